@@ -1,0 +1,18 @@
+# How every target of this project is compiled: the language, the warnings and the sanitizers.
+function(tov_compile_settings target)
+    target_compile_features(${target} PUBLIC cxx_std_20)
+    set_target_properties(${target} PROPERTIES
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON
+        POSITION_INDEPENDENT_CODE ON)
+    target_compile_options(${target} PRIVATE
+        -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+        -Wold-style-cast -Woverloaded-virtual -Wcast-align -Wnull-dereference -Wformat=2 -Wundef
+        $<$<BOOL:${TOV_WARNINGS_AS_ERRORS}>:-Werror>)
+    if(TOV_SANITIZE)
+        target_compile_options(${target} PRIVATE
+            -fsanitize=${TOV_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=${TOV_SANITIZE})
+    endif()
+endfunction()

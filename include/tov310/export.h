@@ -1,0 +1,7 @@
+// Export marks of the two libraries.
+#pragma once
+
+#define TOV_EXPORT __attribute__((visibility("default")))
+
+// Everything that libTov310Core offers is marked TOV_CORE_API; the rest of it is hidden.
+#define TOV_CORE_API TOV_EXPORT

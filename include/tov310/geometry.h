@@ -1,0 +1,67 @@
+// Points, rectangles and segments with coordinates of any arithmetic type; with double they carry device,
+// logical, map and image coordinates.
+#pragma once
+
+#include <cmath>
+#include <utility>
+
+namespace tov {
+
+template <typename T>
+struct CTovPoint {
+    T x{};
+    T y{};
+
+    friend constexpr bool operator==(CTovPoint const&, CTovPoint const&) = default;
+};
+
+template <typename T>
+struct CTovRect {
+    T left{};
+    T top{};
+    T right{};
+    T bottom{};
+
+    // Swaps left with right when right is less than left, and top with bottom likewise.
+    constexpr void Normalize() {
+        if (right < left) std::swap(left, right);
+        if (bottom < top) std::swap(top, bottom);
+    }
+
+    // The rectangle is closed: all four sides belong to it. Expects a normalised rectangle.
+    constexpr bool Contains(T x, T y) const { return left <= x && x <= right && top <= y && y <= bottom; }
+    constexpr bool Contains(CTovPoint<T> const& point) const { return Contains(point.x, point.y); }
+
+    friend constexpr bool operator==(CTovRect const&, CTovRect const&) = default;
+};
+
+template <typename T>
+struct CTovSegment {
+    CTovPoint<T> start;
+    CTovPoint<T> end;
+
+    friend constexpr bool operator==(CTovSegment const&, CTovSegment const&) = default;
+};
+
+// Device coordinate to pixel: to the nearest, a half to the even one (std::rint in the default rounding
+// mode). Values outside the range of int, and NaN, are limited to it; NaN gives 0.
+inline int TovRoundToPixel(double coordinate) {
+    double const rounded = std::rint(coordinate);
+    if (!(rounded >= -2147483648.0)) return std::isnan(rounded) ? 0 : -2147483647 - 1;
+    return rounded >= 2147483647.0 ? 2147483647 : static_cast<int>(rounded);
+}
+
+inline CTovPoint<int> TovRoundToPixel(CTovPoint<double> const& point) {
+    return {TovRoundToPixel(point.x), TovRoundToPixel(point.y)};
+}
+
+inline CTovRect<int> TovRoundToPixel(CTovRect<double> const& rect) {
+    return {TovRoundToPixel(rect.left), TovRoundToPixel(rect.top), TovRoundToPixel(rect.right),
+            TovRoundToPixel(rect.bottom)};
+}
+
+inline CTovSegment<int> TovRoundToPixel(CTovSegment<double> const& segment) {
+    return {TovRoundToPixel(segment.start), TovRoundToPixel(segment.end)};
+}
+
+}  // namespace tov

@@ -1,0 +1,25 @@
+// Texts of paths. Every function takes both "/" and "\" as separators and makes the platform's ("/" here).
+#pragma once
+
+#include <tov310/export.h>
+#include <tov310/types.h>
+
+namespace tov {
+
+// Adds the platform's separator behind a path that is not empty and does not end in a separator.
+TOV_CORE_API void TovEnsureTrailingBackslash(CString& path);
+
+// Removes one separator at the end.
+TOV_CORE_API void TovRemoveTrailingBackslash(CString& path);
+
+// Cuts a path into drive ("C:" or empty), directory with its last separator, name, and extension with its dot.
+// Joined they give the path again. The name of a file that begins with its only dot is all name.
+TOV_CORE_API void TovSplitPath(char const* path, CString& drive, CString& directory, CString& name,
+                               CString& extension);
+
+// Joins the parts, any of which may be null: a missing separator behind the directory, a missing ":" behind the
+// drive and a missing dot before the extension are added.
+TOV_CORE_API CString TovMakePath(char const* drive, char const* directory, char const* name,
+                                 char const* extension);
+
+}  // namespace tov

@@ -1,0 +1,95 @@
+// Windows, their handles and the messages between them, without a toolkit.
+//
+// One thread of the process is the user-interface thread: the one that makes the first window. All windows are
+// made, sent to and destroyed there; other threads may only post, and ask IsWindow.
+#pragma once
+
+#include <tov310/export.h>
+#include <tov310/object.h>
+#include <tov310/types.h>
+
+namespace tov {
+
+// Base of everything that commands and messages are routed to.
+class TOV_CORE_API CCmdTarget : public CObject {
+    TOV_DYNAMIC(CCmdTarget, CObject)
+   public:
+    CCmdTarget() = default;
+    CCmdTarget(CCmdTarget const&) = delete;
+    CCmdTarget& operator=(CCmdTarget const&) = delete;
+};
+
+// A window: an object that has a handle from its birth (a Create function) to its death and answers messages in
+// WindowProc. Destroying the object destroys the window.
+class TOV_CORE_API CWnd : public CCmdTarget {
+    TOV_DYNAMIC(CWnd, CCmdTarget)
+   public:
+    CWnd() = default;
+    ~CWnd() override;
+
+    // 0 before birth and after death.
+    HWND GetSafeHwnd() const { return m_handle; }
+
+    // Ends the window; the object stays and can be born again, under a new handle. Answers 1, or 0 when there is
+    // no window.
+    virtual int DestroyWindow();
+
+    // Answers a message that was sent or posted to this window. Overrides pass what they do not know to their
+    // base class; here that is 0.
+    virtual LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam);
+
+    // The window of a handle; null for 0 and for a dead one. Only on the user-interface thread.
+    static CWnd* FromHandlePermanent(HWND window);
+
+   protected:
+    // Gives the object a handle. Answers 1, or 0 when it has one already, when the caller is not on the
+    // user-interface thread or when no handle is left.
+    int Attach();
+
+    // Takes the handle away; posts that are under way to it are dropped.
+    void Detach();
+
+   private:
+    HWND m_handle;
+};
+
+// A window without anything to see, for hosts that only want to be told. Derive from it and override
+// WindowProc.
+class TOV_CORE_API CTovMessageWindow : public CWnd {
+    TOV_DYNCREATE(CTovMessageWindow, CWnd)
+   public:
+    // Answers 1, or 0 as Attach does.
+    int Create() { return Attach(); }
+};
+
+// Whether the handle names a living window. Any thread may ask.
+TOV_CORE_API int IsWindow(HWND window);
+
+// Whether the caller is on the user-interface thread; true for everybody while there is no window.
+TOV_CORE_API bool TovIsUserInterfaceThread();
+
+// Has the window answer the message now. 0 for a dead handle and, as a fault of the caller, from another thread.
+TOV_CORE_API LRESULT TovSendMessage(HWND window, unsigned message, WPARAM wParam = 0, LPARAM lParam = 0);
+
+// Queues the message for the window and answers 1; 0 for a dead handle. Any thread may post. Messages are
+// delivered in the order of their posts by TovDispatchPosts; a window that is dead by then gets nothing.
+TOV_CORE_API int TovPostMessage(HWND window, unsigned message, WPARAM wParam = 0, LPARAM lParam = 0);
+
+// Delivers what was queued when the call began, so that windows which post to themselves cannot hold it up,
+// and answers the number of messages that reached a window. A host without a toolkit calls it in its main loop;
+// with a toolkit the platform layer does.
+TOV_CORE_API unsigned TovDispatchPosts();
+
+// Waits until something is queued, at most so many milliseconds. Answers whether something is.
+TOV_CORE_API bool TovWaitForPosts(unsigned milliseconds);
+
+// Sets a function that is called, by the posting thread, whenever the empty queue gets its first message; it
+// tells the host's own loop to call TovDispatchPosts. Null for none.
+TOV_CORE_API void TovSetPostWaker(void (*wake)());
+
+// The number of a message by name: that of messages.h for the library's own, otherwise a new one up to 0xDFFF
+// that stays fixed in the process. The same name always gives the same number. 0 for an empty name or when all
+// numbers are given away. Any thread may ask.
+TOV_CORE_API unsigned TovRegisterMessage(char const* name);
+
+}  // namespace tov
