@@ -8,7 +8,7 @@ function(tov_compile_settings target)
         POSITION_INDEPENDENT_CODE ON)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
-        -Wold-style-cast -Woverloaded-virtual -Wcast-align -Wnull-dereference -Wformat=2 -Wundef
+        -Wold-style-cast -Woverloaded-virtual -Wcast-align -Wformat=2 -Wundef
         $<$<BOOL:${TOV_WARNINGS_AS_ERRORS}>:-Werror>)
     if(TOV_SANITIZE)
         target_compile_options(${target} PRIVATE

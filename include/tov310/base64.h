@@ -7,15 +7,16 @@
 namespace tov {
 
 // Encodes `length` bytes. A line end "\r\n" follows every `lineLength` characters; 0 means none. Differs from
-// RFC 2045 in its tail: where the length is a multiple of 3 one more "A" is emitted, and "=" is added until the
-// length of the output, line ends included, is a multiple of 4. Null gives an empty text.
-TOV_CORE_API CString TovEncodeBase64(unsigned char const* data, unsigned long length, unsigned long lineLength);
+// RFC 2045 in its tail: where the length is a multiple of 3 one more "A" is emitted, and "=" is added until
+// the length of the output, line ends included, is a multiple of 4. Null gives an empty text.
+TOV_CORE_API CString TovEncodeBase64(unsigned char const* data, unsigned long length,
+                                     unsigned long lineLength);
 
 // Encodes a whole file with lines of 76 characters; empty when the file cannot be read.
 TOV_CORE_API CString TovEncodeBase64(CString const& path);
 
-// Decodes a text with a closing zero in place and answers the number of bytes. Takes the form above as well as
-// the ordinary one: skips "=" and everything that is not of the alphabet, and drops a lone last character.
+// Decodes a text with a closing zero in place and answers the number of bytes. Takes the form above as well
+// as the ordinary one: skips "=" and everything that is not of the alphabet, and drops a lone last character.
 TOV_CORE_API unsigned long TovDecodeBase64(unsigned char* text);
 
 }  // namespace tov

@@ -12,8 +12,8 @@ class CObject;
 
 // Describes one class. Descriptions are constants that live as long as the module that holds them.
 struct CRuntimeClass {
-    char const* m_lpszClassName;           // name without namespace, as it was given to the macro
-    CRuntimeClass const* m_pBaseClass;     // null only for CObject
+    char const* m_lpszClassName;             // name without namespace, as it was given to the macro
+    CRuntimeClass const* m_pBaseClass;       // null only for CObject
     std::unique_ptr<CObject> (*m_create)();  // null where the class cannot be made by name
 
     // Makes an object with the class's default constructor; null where the class does not offer that.
@@ -30,7 +30,7 @@ struct CRuntimeClass {
 
 // Root of all classes with run-time class information.
 class TOV_CORE_API CObject {
-   public:
+ public:
     static CRuntimeClass const classCObject;
 
     CObject() = default;
@@ -52,21 +52,28 @@ inline std::unique_ptr<CObject> CRuntimeClass::CreateObject() const {
 
 // Stands in the body of a class derived from CObject and gives it `Name::className`, the description of the
 // class. Leaves the access at public. The class must be exported if other modules are to ask for it.
-#define TOV_DYNAMIC(Name, Base)                                                                \
-   public:                                                                                     \
-    static inline constinit ::tov::CRuntimeClass const class##Name{#Name, &Base::class##Base, nullptr}; \
-    ::tov::CRuntimeClass const* GetRuntimeClass() const override { return &class##Name; }
+#define TOV_DYNAMIC(Name, Base)                                                                            \
+ public:                                                                                                   \
+    static inline constinit ::tov::CRuntimeClass const class##Name { #Name, &Base::class##Base, nullptr }; \
+    ::tov::CRuntimeClass const* GetRuntimeClass() const override {                                         \
+        return &class##Name;                                                                               \
+    }
 
 // The same for a class that can be made by name: it needs a public default constructor.
-#define TOV_DYNCREATE(Name, Base)                                                              \
-   public:                                                                                     \
-    static ::std::unique_ptr<::tov::CObject> CreateNew##Name() { return ::std::make_unique<Name>(); } \
-    static inline constinit ::tov::CRuntimeClass const class##Name{#Name, &Base::class##Base,  \
-                                                                   &Name::CreateNew##Name};    \
-    ::tov::CRuntimeClass const* GetRuntimeClass() const override { return &class##Name; }
+#define TOV_DYNCREATE(Name, Base)                                    \
+ public:                                                             \
+    static ::std::unique_ptr<::tov::CObject> CreateNew##Name() {     \
+        return ::std::make_unique<Name>();                           \
+    }                                                                \
+    static inline constinit ::tov::CRuntimeClass const class##Name { \
+#Name, &Base::class##Base, &Name::CreateNew##Name            \
+    };                                                               \
+    ::tov::CRuntimeClass const* GetRuntimeClass() const override {   \
+        return &class##Name;                                         \
+    }
 
 // Stands at namespace scope in a loadable module and lets TovQueryRuntimeClass find Class there under the
 // name Symbol: Class itself, or for a nested class Inner_Outer, which is then asked for as "Inner@Outer".
-#define TOV_EXPORT_CLASS(Symbol, Class)                    \
+#define TOV_EXPORT_CLASS(Symbol, Class)                                         \
     extern "C" TOV_EXPORT ::tov::CRuntimeClass const* const tov_class_##Symbol; \
     ::tov::CRuntimeClass const* const tov_class_##Symbol = &Class

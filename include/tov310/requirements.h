@@ -1,8 +1,9 @@
 // Are the layers that the library stands on recent enough?
 //
 // Five layers are known by the names of the libraries that they stand in for: "ComCtl32.Dll" (controls),
-// "Shell32.Dll" and "ShFolder.Dll" (folders), "Shlwapi.Dll" (path functions) and "Mfc90.Dll" (framework). What
-// versions they have is asked of a replaceable source; the default one answers for the layers of this library.
+// "Shell32.Dll" and "ShFolder.Dll" (folders), "Shlwapi.Dll" (path functions) and "Mfc90.Dll" (framework).
+// What versions they have is asked of a replaceable source; the default one answers for the layers of this
+// library.
 #pragma once
 
 #include <tov310/export.h>
@@ -15,7 +16,7 @@ namespace tov {
 // A version record. The checks compare the product version: major in the upper and minor in the lower
 // 16 bits of dwProductVersionMS.
 struct tagVS_FIXEDFILEINFO {
-    std::uint32_t dwSignature = 0;      // 0xFEEF04BD in a filled record
+    std::uint32_t dwSignature = 0;  // 0xFEEF04BD in a filled record
     std::uint32_t dwStrucVersion = 0;
     std::uint32_t dwFileVersionMS = 0;
     std::uint32_t dwFileVersionLS = 0;
@@ -35,7 +36,7 @@ using VS_FIXEDFILEINFO = tagVS_FIXEDFILEINFO;
 
 // Answers which version a layer has.
 class TOV_CORE_API ITovVersionSource {
-   public:
+ public:
     virtual ~ITovVersionSource();
 
     // Fills the record and answers 0, or answers an error code (system_error.h).
@@ -49,16 +50,18 @@ class TOV_CORE_API ITovVersionSource {
 // puts the default source back.
 TOV_CORE_API void TovSetVersionSource(ITovVersionSource* source);
 
-// Reads the version record of a file. Clears the record and the optional pair first. Answers 1, or 0 with code
-// and text in the pair.
+// Reads the version record of a file. Clears the record and the optional pair first. Answers 1, or 0 with
+// code and text in the pair.
 TOV_CORE_API int TovLoadFixedFileInfo(tagVS_FIXEDFILEINFO& record, char const* file,
                                       unsigned long* error = nullptr, CString* message = nullptr);
 
 // The record of one layer, loaded once in the process. A failed load stays failed: its code is given at every
 // call, its text at the first one only.
-TOV_CORE_API int TovFixedFileInfoComCtl32(tagVS_FIXEDFILEINFO& record, unsigned long* error, CString* message);
+TOV_CORE_API int TovFixedFileInfoComCtl32(tagVS_FIXEDFILEINFO& record, unsigned long* error,
+                                          CString* message);
 TOV_CORE_API int TovFixedFileInfoShell32(tagVS_FIXEDFILEINFO& record, unsigned long* error, CString* message);
-TOV_CORE_API int TovFixedFileInfoShFolder(tagVS_FIXEDFILEINFO& record, unsigned long* error, CString* message);
+TOV_CORE_API int TovFixedFileInfoShFolder(tagVS_FIXEDFILEINFO& record, unsigned long* error,
+                                          CString* message);
 TOV_CORE_API int TovFixedFileInfoShlwapi(tagVS_FIXEDFILEINFO& record, unsigned long* error, CString* message);
 TOV_CORE_API int TovFixedFileInfoMfc(tagVS_FIXEDFILEINFO& record, unsigned long* error, CString* message);
 
@@ -78,8 +81,8 @@ enum eTovRequirements {
     eTovRequirementsMfc = 8,
 };
 
-// Checks ComCtl32, Shell32, Shlwapi and the framework, in this order, up to the first that fails. Answers 1 when
-// all are met, else 0 with the failed one and its message.
+// Checks ComCtl32, Shell32, Shlwapi and the framework, in this order, up to the first that fails. Answers 1
+// when all are met, else 0 with the failed one and its message.
 TOV_CORE_API int TovCheckAllRequirements(eTovRequirements& failed, CString& message);
 
 // 1 when the newer control classes (mask 0xC000) are there.

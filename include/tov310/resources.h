@@ -2,8 +2,8 @@
 //
 // A resource module is a set of files keyed by numeric ids: strings.json with the texts, dialogs/ID.json,
 // menus/ID.json, bitmaps/ID.png and so on. One is built into the library (Simplified Chinese). A host can put
-// a translated one in its place: a folder on disk, or a loadable module made with tov_embed_resources (CMake).
-// What the host's module lacks, the built-in one answers.
+// a translated one in its place: a folder on disk, or a loadable module made with tov_embed_resources
+// (CMake). What the host's module lacks, the built-in one answers.
 #pragma once
 
 #include <tov310/export.h>
@@ -33,7 +33,7 @@ struct TovResourceTable {
 };
 
 // Under this symbol a loadable module offers its table.
-#define TOV_RESOURCE_MODULE_SYMBOL                                 \
+#define TOV_RESOURCE_MODULE_SYMBOL                                   \
     extern "C" TOV_EXPORT tov::TovResourceTable const tov_resources; \
     tov::TovResourceTable const tov_resources
 
@@ -51,11 +51,11 @@ TOV_CORE_API HINSTANCE TovBuiltInResourceModule();
 TOV_CORE_API void TovSetTovResourceHandle(HINSTANCE module);
 TOV_CORE_API HINSTANCE TovGetTovResourceHandle();
 
-// The module from which TovLoadString loads in this thread; null until one is set.
+// The module from which TovLoadString loads in this thread; the built-in one until another is set.
 //
 // TovSetResourceHandle saves the current handle in one slot of the process and makes the given one current.
-// The slot does not nest: a second call overwrites it. TovRestoreResourceHandle makes the saved handle current
-// and clears the slot; with an empty slot it does nothing.
+// The slot does not nest: a second call overwrites it. TovRestoreResourceHandle makes the saved handle
+// current and clears the slot; with an empty slot it does nothing.
 TOV_CORE_API void TovSetResourceHandle(HINSTANCE module);
 TOV_CORE_API HINSTANCE TovGetResourceHandle();
 TOV_CORE_API void TovRestoreResourceHandle();
@@ -63,8 +63,9 @@ TOV_CORE_API void TovRestoreResourceHandle();
 // Text of the current resource handle. Answers 1 and the text, or 0 and an empty text.
 TOV_CORE_API int TovLoadString(unsigned int id, CString& text);
 
-// Text of the given module: sets its handle, loads and restores. With null it is the current handle's text.
-// What the library's module lacks comes from the built-in one. Answers 1 and the text, or 0 and an empty text.
+// Text of the given module: sets its handle, loads and restores, so that
+// a handle which the host had saved before is gone from the slot afterwards. What the library's module lacks
+// comes from the built-in one. Answers 1 and the text, or 0 and an empty text.
 TOV_CORE_API int TovLoadResourceString(HINSTANCE module, unsigned int id, CString& text);
 
 // A resource file of the module by its name inside the resource folder ("dialogs/1234.json"), as it stands;

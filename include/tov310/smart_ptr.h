@@ -9,7 +9,7 @@ namespace tov {
 // Owns one T and counts the pointers to itself. Made and deleted by CTovPtrSmart.
 template <typename T>
 class CAddRefCount {
-   public:
+ public:
     explicit CAddRefCount(T* object) : m_object(object) {}
     CAddRefCount(CAddRefCount const&) = delete;
     CAddRefCount& operator=(CAddRefCount const&) = delete;
@@ -25,7 +25,7 @@ class CAddRefCount {
         if (m_count.fetch_sub(1, std::memory_order_acq_rel) - 1 < 1) delete this;
     }
 
-   private:
+ private:
     T* m_object;
     std::atomic<long> m_count{0};
 };
@@ -34,7 +34,7 @@ class CAddRefCount {
 // object may not be assigned from two threads at once.
 template <typename T>
 class CTovPtrSmart {
-   public:
+ public:
     CTovPtrSmart() = default;
 
     // Takes the object over; it must have come from new and belong to nobody else. Null gives an empty
@@ -75,7 +75,7 @@ class CTovPtrSmart {
 
     friend bool operator==(CTovPtrSmart const& a, CTovPtrSmart const& b) { return a.m_block == b.m_block; }
 
-   private:
+ private:
     void Take(CAddRefCount<T>* block) {
         m_block = block;
         if (block != nullptr) block->AddRef();

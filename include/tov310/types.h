@@ -12,9 +12,9 @@ namespace tov {
 // A null `char const*` argument means an empty text everywhere in the library.
 using CString = std::string;
 
-using WPARAM = std::uintptr_t;   // first parameter of a message, as wide as a pointer
-using LPARAM = std::intptr_t;    // second parameter of a message, as wide as a pointer
-using LRESULT = std::intptr_t;   // answer to a message
+using WPARAM = std::uintptr_t;  // first parameter of a message, as wide as a pointer
+using LPARAM = std::intptr_t;   // second parameter of a message, as wide as a pointer
+using LRESULT = std::intptr_t;  // answer to a message
 
 // Names a window. A handle is never used for a second window in the same process, so one that has
 // outlived its window is harmless: every function that takes it finds nothing. The default value
@@ -30,7 +30,5 @@ struct HWND {
 
 template <>
 struct std::hash<tov::HWND> {
-    std::size_t operator()(tov::HWND window) const noexcept {
-        return std::hash<std::uint64_t>{}(window.id);
-    }
+    std::size_t operator()(tov::HWND window) const noexcept { return std::hash<std::uint64_t>{}(window.id); }
 };

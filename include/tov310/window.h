@@ -1,7 +1,7 @@
 // Windows, their handles and the messages between them, without a toolkit.
 //
-// One thread of the process is the user-interface thread: the one that makes the first window. All windows are
-// made, sent to and destroyed there; other threads may only post, and ask IsWindow.
+// One thread of the process is the user-interface thread: the one that makes the first window. All windows
+// are made, sent to and destroyed there; other threads may only post, and ask IsWindow.
 #pragma once
 
 #include <tov310/export.h>
@@ -13,25 +13,25 @@ namespace tov {
 // Base of everything that commands and messages are routed to.
 class TOV_CORE_API CCmdTarget : public CObject {
     TOV_DYNAMIC(CCmdTarget, CObject)
-   public:
+ public:
     CCmdTarget() = default;
     CCmdTarget(CCmdTarget const&) = delete;
     CCmdTarget& operator=(CCmdTarget const&) = delete;
 };
 
-// A window: an object that has a handle from its birth (a Create function) to its death and answers messages in
-// WindowProc. Destroying the object destroys the window.
+// A window: an object that has a handle from its birth (a Create function) to its death and answers messages
+// in WindowProc. Destroying the object destroys the window.
 class TOV_CORE_API CWnd : public CCmdTarget {
     TOV_DYNAMIC(CWnd, CCmdTarget)
-   public:
+ public:
     CWnd() = default;
     ~CWnd() override;
 
     // 0 before birth and after death.
     HWND GetSafeHwnd() const { return m_handle; }
 
-    // Ends the window; the object stays and can be born again, under a new handle. Answers 1, or 0 when there is
-    // no window.
+    // Ends the window; the object stays and can be born again, under a new handle. Answers 1, or 0 when there
+    // is no window.
     virtual int DestroyWindow();
 
     // Answers a message that was sent or posted to this window. Overrides pass what they do not know to their
@@ -41,7 +41,7 @@ class TOV_CORE_API CWnd : public CCmdTarget {
     // The window of a handle; null for 0 and for a dead one. Only on the user-interface thread.
     static CWnd* FromHandlePermanent(HWND window);
 
-   protected:
+ protected:
     // Gives the object a handle. Answers 1, or 0 when it has one already, when the caller is not on the
     // user-interface thread or when no handle is left.
     int Attach();
@@ -49,7 +49,7 @@ class TOV_CORE_API CWnd : public CCmdTarget {
     // Takes the handle away; posts that are under way to it are dropped.
     void Detach();
 
-   private:
+ private:
     HWND m_handle;
 };
 
@@ -57,7 +57,7 @@ class TOV_CORE_API CWnd : public CCmdTarget {
 // WindowProc.
 class TOV_CORE_API CTovMessageWindow : public CWnd {
     TOV_DYNCREATE(CTovMessageWindow, CWnd)
-   public:
+ public:
     // Answers 1, or 0 as Attach does.
     int Create() { return Attach(); }
 };
@@ -68,7 +68,8 @@ TOV_CORE_API int IsWindow(HWND window);
 // Whether the caller is on the user-interface thread; true for everybody while there is no window.
 TOV_CORE_API bool TovIsUserInterfaceThread();
 
-// Has the window answer the message now. 0 for a dead handle and, as a fault of the caller, from another thread.
+// Has the window answer the message now. 0 for a dead handle and, as a fault of the caller, from another
+// thread.
 TOV_CORE_API LRESULT TovSendMessage(HWND window, unsigned message, WPARAM wParam = 0, LPARAM lParam = 0);
 
 // Queues the message for the window and answers 1; 0 for a dead handle. Any thread may post. Messages are
@@ -76,8 +77,8 @@ TOV_CORE_API LRESULT TovSendMessage(HWND window, unsigned message, WPARAM wParam
 TOV_CORE_API int TovPostMessage(HWND window, unsigned message, WPARAM wParam = 0, LPARAM lParam = 0);
 
 // Delivers what was queued when the call began, so that windows which post to themselves cannot hold it up,
-// and answers the number of messages that reached a window. A host without a toolkit calls it in its main loop;
-// with a toolkit the platform layer does.
+// and answers the number of messages that reached a window. A host without a toolkit calls it in its main
+// loop; with a toolkit the platform layer does.
 TOV_CORE_API unsigned TovDispatchPosts();
 
 // Waits until something is queued, at most so many milliseconds. Answers whether something is.
@@ -87,9 +88,13 @@ TOV_CORE_API bool TovWaitForPosts(unsigned milliseconds);
 // tells the host's own loop to call TovDispatchPosts. Null for none.
 TOV_CORE_API void TovSetPostWaker(void (*wake)());
 
+// Sets a function that is told of faults of the caller that have no other way to be seen, such as a send from
+// the wrong thread. Null puts the default back, which writes the text to the standard error output.
+TOV_CORE_API void TovSetFaultHandler(void (*report)(char const* text));
+
 // The number of a message by name: that of messages.h for the library's own, otherwise a new one up to 0xDFFF
-// that stays fixed in the process. The same name always gives the same number. 0 for an empty name or when all
-// numbers are given away. Any thread may ask.
+// that stays fixed in the process. The same name always gives the same number. 0 for an empty name or when
+// all numbers are given away. Any thread may ask.
 TOV_CORE_API unsigned TovRegisterMessage(char const* name);
 
 }  // namespace tov

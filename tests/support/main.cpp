@@ -1,0 +1,16 @@
+// Every test program runs in a configuration folder of its own, so that nothing is read from or written to
+// the user's, and fails on a fault that the library reports and the test did not ask for.
+#include "support/faults.h"
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    tov::test::TemporaryFolder const configuration;
+    setenv("XDG_CONFIG_HOME", configuration.path().c_str(), 1);
+    testing::UnitTest::GetInstance()->listeners().Append(new tov::test::FaultListener);
+    return RUN_ALL_TESTS();
+}

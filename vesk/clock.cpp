@@ -1,0 +1,9 @@
+#include "vesk/clock.h"
+
+#include <ctime>
+
+namespace tov {
+
+void VeskReadTimeZone() { tzset(); }
+
+}  // namespace tov

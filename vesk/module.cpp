@@ -1,0 +1,30 @@
+#include "vesk/module.h"
+
+#include <dlfcn.h>
+
+#include <filesystem>
+#include <system_error>
+
+namespace tov {
+
+void* VeskLoadModule(char const* path, CString& reason) {
+    void* const module = dlopen(path, RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+    if (module == nullptr) {
+        char const* const words = dlerror();
+        reason = words != nullptr ? words : "";
+    }
+    return module;
+}
+
+void* VeskFindSymbol(void* module, char const* name) { return dlsym(module, name); }
+
+CString VeskModulePath(void const* address) {
+    std::error_code failure;
+    if (address == nullptr) return std::filesystem::read_symlink("/proc/self/exe", failure).string();
+    Dl_info info{};
+    if (dladdr(address, &info) == 0 || info.dli_fname == nullptr) return {};
+    std::filesystem::path const path = std::filesystem::absolute(info.dli_fname, failure);
+    return failure ? CString(info.dli_fname) : path.string();
+}
+
+}  // namespace tov
