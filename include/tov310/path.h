@@ -1,4 +1,5 @@
-// Texts of paths. Every function takes both "/" and "\" as separators and makes the platform's ("/" here).
+// Texts of paths. Every function takes both "/" and "\" as separators; where it adds one it is the platform's
+// ("/" here). What stands in a path already is left as it is.
 #pragma once
 
 #include <tov310/export.h>
@@ -12,13 +13,14 @@ TOV_CORE_API void TovEnsureTrailingBackslash(CString& path);
 // Removes one separator at the end.
 TOV_CORE_API void TovRemoveTrailingBackslash(CString& path);
 
-// Cuts a path into drive ("C:" or empty), directory with its last separator, name, and extension with its dot.
-// Joined they give the path again. The name of a file that begins with its only dot is all name.
+// Cuts a path into drive ("C:", or empty), directory with its last separator, name, and extension with its
+// dot. Joined they give the path again. A name whose only dot is its first character has no extension, nor
+// has "..". Null is an empty path. The outputs may share their text with the path.
 TOV_CORE_API void TovSplitPath(char const* path, CString& drive, CString& directory, CString& name,
                                CString& extension);
 
-// Joins the parts, any of which may be null: a missing separator behind the directory, a missing ":" behind the
-// drive and a missing dot before the extension are added.
+// Joins the parts, any of which may be null or empty. A missing separator behind the directory and a missing
+// dot before the extension are added; of the drive only the letter counts.
 TOV_CORE_API CString TovMakePath(char const* drive, char const* directory, char const* name,
                                  char const* extension);
 
