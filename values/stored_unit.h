@@ -1,0 +1,25 @@
+// The unit that the profile remembers for one kind of value.
+#pragma once
+
+#include <tov310/unit_settings.h>
+
+namespace tov {
+
+struct StoredUnit {
+    char const* section;
+    char const* numberEntry;  // the unit id; what is read
+    char const* textEntry;    // its abbreviation, for people who read the file
+    int const* units;         // the ids that can be stored, ending with -1
+
+    // The stored unit; -1 when there is none or it is not one of the units.
+    long Read() const;
+
+    // Gives the settings the stored unit, or stores the given one and gives it to them when none is stored or
+    // it is excluded. A unit that cannot be stored or is excluded does nothing.
+    void Choose(CTovUnitSettings& settings, long unit, int const* excluded) const;
+};
+
+StoredUnit StoredAngleUnit(char const* section);
+StoredUnit StoredDistanceUnit();
+
+}  // namespace tov
