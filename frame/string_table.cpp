@@ -8,15 +8,13 @@ namespace tov {
 namespace {
 
 // Takes the events of the parser, so that a faulty table is refused at the place of its fault and no tree of
-// arbitrary depth is ever built. Where an event comes that a table does not have, its lexer stands right
-// behind it, which is where the text that is told points.
+// arbitrary depth is ever built.
 class TableReader : public nlohmann::json_sax<nlohmann::json> {
  public:
     explicit TableReader(StringTable& table) : m_table(table) {}
 
     bool Complete() const { return m_complete; }
     std::string const& Reason() const { return m_reason; }
-    std::size_t Position() const { return m_position; }
 
     bool null() override { return Refuse("a value is not a text"); }
     bool boolean(bool) override { return Refuse("a value is not a text"); }
@@ -54,13 +52,18 @@ class TableReader : public nlohmann::json_sax<nlohmann::json> {
         return true;
     }
 
-    bool parse_error(std::size_t position, std::string const&,
-                     nlohmann::json::exception const& fault) override {
-        m_position = position;
-        // The exception's text begins with its class in brackets, which helps nobody here.
+    bool parse_error(std::size_t, std::string const&, nlohmann::json::exception const& fault) override {
+        // The exception's text begins with its class in brackets and a place, which is told in one form for
+        // all faults.
         std::string_view words = fault.what();
         if (auto const bracket = words.find("] "); bracket != words.npos) words.remove_prefix(bracket + 2);
+        if (words.starts_with("parse error at "))
+            words.remove_prefix(std::min(words.find(": "), words.size() - 2) + 2);
         m_reason = words;
+        // It quotes what was read last, which need not be whole characters.
+        std::replace_if(
+            m_reason.begin(), m_reason.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; },
+            '?');
         return false;
     }
 
@@ -72,13 +75,12 @@ class TableReader : public nlohmann::json_sax<nlohmann::json> {
 
     StringTable& m_table;
     std::string m_reason;
-    std::size_t m_position = 0;
     unsigned m_id = 0;
     bool m_open = false;
     bool m_complete = false;
 };
 
-// Iterates over the text and notes how far the parser has come: it tells a place only for faults of syntax.
+// Iterates over the text and notes how far the parser has come, since it tells a place only for some faults.
 struct Counter {
     using iterator_category = std::input_iterator_tag;
     using value_type = char;
@@ -115,8 +117,9 @@ bool ParseStringTable(std::string_view json, StringTable& table, std::string& re
     if (parsed && reader.Complete()) return true;
     table.clear();
     reason = reader.Reason().empty() ? "the table is not an object" : reader.Reason();
-    auto const line = std::count(json.data(), std::min(furthest, json.data() + json.size()), '\n') + 1;
-    if (reader.Position() == 0) reason = "line " + std::to_string(line) + ": " + reason;
+    // The last character may be the one behind a number, and a line end.
+    auto const line = std::count(json.data(), furthest != json.data() ? furthest - 1 : furthest, '\n') + 1;
+    reason = "line " + std::to_string(line) + ": " + reason;
     return false;
 }
 

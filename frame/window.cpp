@@ -153,6 +153,11 @@ unsigned TovDispatchPosts() {
         }
         lock.lock();
     }
+    // What was posted meanwhile found the queue filled and woke nobody; without this call a host that only
+    // dispatches when it is told to would never hear of it.
+    void (*const wake)() = queue.posts.empty() ? nullptr : queue.wake;
+    lock.unlock();
+    if (wake != nullptr) wake();
     return delivered;
 }
 
@@ -165,8 +170,13 @@ bool TovWaitForPosts(unsigned milliseconds) {
 
 void TovSetPostWaker(void (*wake)()) {
     PostQueue& queue = PostQueue::Instance();
-    std::scoped_lock const lock(queue.guard);
-    queue.wake = wake;
+    bool waiting = false;
+    {
+        std::scoped_lock const lock(queue.guard);
+        queue.wake = wake;
+        waiting = !queue.posts.empty();
+    }
+    if (waiting && wake != nullptr) wake();
 }
 
 void TovSetFaultHandler(void (*report)(char const* text)) {

@@ -84,8 +84,9 @@ TOV_CORE_API unsigned TovDispatchPosts();
 // Waits until something is queued, at most so many milliseconds. Answers whether something is.
 TOV_CORE_API bool TovWaitForPosts(unsigned milliseconds);
 
-// Sets a function that is called, by the posting thread, whenever the empty queue gets its first message; it
-// tells the host's own loop to call TovDispatchPosts. Null for none.
+// Sets a function that tells the host's own loop to call TovDispatchPosts. It is called by the posting thread
+// whenever the empty queue gets its first message, by a dispatch that leaves messages in the queue, and at once
+// when some are waiting already. Null for none.
 TOV_CORE_API void TovSetPostWaker(void (*wake)());
 
 // Sets a function that is told of faults of the caller that have no other way to be seen, such as a send from
