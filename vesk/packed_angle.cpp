@@ -19,6 +19,8 @@ constexpr Factor gonPerRadian{63.66197723675813, 9.492459733141914e-16};        
 constexpr Factor radiansPerSecond{4.84813681109536e-06, 9.320078015422868e-23};  // pi / 648000
 constexpr Factor radiansPerGon{0.015707963267948967, -7.754553812077691e-19};    // pi / 200
 
+constexpr double exactIntegers = 9007199254740992.0;  // 2^53
+
 // An unevaluated sum; low is small against high.
 struct Sum {
     double high;
@@ -51,8 +53,7 @@ Sum Quotient(Sum const& value, double divisor) {
 // Nearest whole number of a normalised value that is not negative, half away from zero; exact, given that the
 // value is below 2^63.
 std::uint64_t RoundHalfUp(Sum const& value) {
-    constexpr double exactBelow = 9007199254740992.0;  // 2^53
-    if (value.high >= exactBelow) {
+    if (value.high >= exactIntegers) {
         // Here the high part is a whole number.
         return static_cast<std::uint64_t>(static_cast<std::int64_t>(value.high) +
                                           static_cast<std::int64_t>(std::floor(value.low + 0.5)));
@@ -100,7 +101,7 @@ WholeAndRest CutWhole(Sum const& value) {
 double JoinDigits(double whole, std::uint64_t fraction, int digits) {
     double const power = PowerOfTen(digits);
     double const all = whole * power + static_cast<double>(fraction);
-    if (all < 9007199254740992.0) return all / power;
+    if (all < exactIntegers) return all / power;
     return whole + static_cast<double>(fraction) / power;
 }
 
@@ -203,7 +204,9 @@ double VeskRadToPackedDms(double radians, int decimals, unsigned long limit) {
     auto const fullCircles = [&degrees, limit] {
         if (limit != 0) degrees = std::fmod(degrees, sexagesimal.circle);
     };
-    if (decimals < 0) {
+    int const digits = std::min(decimals, 4 + maxSplitDecimals);
+    // Digits that the packed double cannot hold are not rounded to: it would come out as "60" then.
+    if (digits < 0 || (degrees + 1) * PowerOfTen(digits) >= exactIntegers) {
         double minutes = std::floor(seconds.high / 60);
         double rest = (seconds.high - minutes * 60) + seconds.low;
         if (rest < 0 && minutes > 0) {
@@ -223,7 +226,6 @@ double VeskRadToPackedDms(double radians, int decimals, unsigned long limit) {
         fullCircles();
         packed = JoinPacked(degrees, minutes, std::max(rest, 0.0));
     } else {
-        int const digits = std::min(decimals, 4 + maxSplitDecimals);
         // Below four digits the unit of rounding is a step of the angle, not of the decimal number.
         static constexpr unsigned steps[] = {3600, 600, 60, 10};
         std::uint64_t const perSecond = digits > 4 ? powersOfTen[digits - 4] : 1;
