@@ -36,5 +36,7 @@ target_link_libraries(Tov310Core
     PUBLIC Threads::Threads
     PRIVATE $<BUILD_INTERFACE:Tov310CoreObjects> SQLite::SQLite3 ${CMAKE_DL_LIBS})
 if(NOT TOV_SANITIZE)
-    target_link_options(Tov310Core PRIVATE -Wl,--no-undefined)
+    set(tov_core_map "${PROJECT_SOURCE_DIR}/cmake/tov310-core.map")
+    target_link_options(Tov310Core PRIVATE -Wl,--no-undefined "-Wl,--version-script=${tov_core_map}")
+    set_target_properties(Tov310Core PROPERTIES LINK_DEPENDS "${tov_core_map}")
 endif()
