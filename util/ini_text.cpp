@@ -216,9 +216,9 @@ bool IniText::IsWritableSection(std::string_view name) {
 }
 
 bool IniText::IsWritableEntry(std::string_view name) {
+    if (HasLineEnd(name)) return false;
     name = TrimProfileText(name);
-    return !HasLineEnd(name) && name.find('=') == std::string_view::npos && !name.starts_with(';') &&
-           !name.starts_with('[');
+    return name.find('=') == std::string_view::npos && !name.starts_with(';') && !name.starts_with('[');
 }
 
 bool IniText::IsWritableValue(std::string_view value) {
@@ -226,8 +226,9 @@ bool IniText::IsWritableValue(std::string_view value) {
 }
 
 bool IniText::IsWritableLine(std::string_view line) {
+    if (HasLineEnd(line)) return false;
     line = TrimProfileText(line);
-    return !HasLineEnd(line) && !line.empty() && !line.starts_with(';') && !line.starts_with('[');
+    return !line.empty() && !line.starts_with(';') && !line.starts_with('[');
 }
 
 }  // namespace tov

@@ -214,6 +214,10 @@ RegistryStore& RegistryStore::Instance() {
 }
 
 void RegistryStore::Close() {
+    // Nothing is to be moved from the log into a damaged file.
+    if (m_damaged && m_database != nullptr) {
+        sqlite3_db_config(m_database.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    }
     ForgetKeys();
     for (auto& statement : m_statements)
         statement.reset();
@@ -312,8 +316,9 @@ bool RegistryStore::OpenFile() {
 bool RegistryStore::Open() {
     auto const folder = UserConfigFolder();
     FileStamp now;
-    if (std::exchange(m_damaged, false)) {
+    if (m_damaged) {
         Close();
+        m_damaged = false;
         if (!StatFile(m_path.c_str(), now)) m_refused = now;
     }
     bool const samePath = m_path.size() > folder.size() && m_path[folder.size()] == '/' &&
