@@ -47,7 +47,11 @@ bool HasLetterOf(std::string_view text, std::string_view word) {
 }
 
 double HalfCircle(double radians) {
+    // 200 grads come out one unit of the last place above pi; they are the half circle and stay on their
+    // side.
+    constexpr double abovePi = 3.1415926535897936;
     double rest = std::fmod(radians, twoPi);
+    if (std::fabs(rest) == abovePi) return std::copysign(pi, rest);
     while (rest > pi)
         rest -= twoPi;
     while (rest < -pi)
@@ -208,15 +212,22 @@ int CTovValueAngle::ConvertStdTo(CString& out, long unit, int precision, unsigne
     bool const hasFormat = !format.Format().empty();
     CString hemisphere;
     if (IsLatOrLon()) {
-        unsigned const positive = IsLat() ? northText : eastText;
-        unsigned const negative = IsLat() ? southText : westText;
-        hemisphere = LibraryString(number >= 0 ? positive : negative);
+        hemisphere = LibraryString(HemisphereText(number >= 0));
         number = std::fabs(number);
     }
     if (hasFormat) format.CustomFormat(hemisphereToken, hemisphere.empty() ? nullptr : hemisphere.c_str());
     format.ConvertToString(number, m_pUnitSettings->Unit(), out);
-    if (!hasFormat && !hemisphere.empty()) out += " " + hemisphere;
+    if (!hasFormat && !hemisphere.empty()) {
+        // What prints as zero reads back as zero, which lies on the positive side.
+        bool const zero = out.find_first_of("123456789") == CString::npos;
+        out += " " + (zero ? LibraryString(HemisphereText(true)) : hemisphere);
+    }
     return Status();
+}
+
+unsigned CTovValueAngle::HemisphereText(bool positive) const {
+    if (IsLat()) return positive ? northText : southText;
+    return positive ? eastText : westText;
 }
 
 int CTovValueAngle::ConvertStdTo(CString& out, CTovUnitSettings* other) {

@@ -72,6 +72,7 @@ class TOV_CORE_API CTovValueAngle : public CTovValue {
     void CheckUnit(long& unit);
     void StringToNumber(char const* text, double& out, long unit) const;
     int PrecisionForText(long unit, int precision) const;
+    unsigned HemisphereText(bool positive) const;
 
     unsigned short m_wFlag = 0;
 };

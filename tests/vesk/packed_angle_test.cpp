@@ -159,7 +159,7 @@ TEST(PackedAngle, ComesBackFromRadians) {
         double const radians = VeskPackedDmsToRad(packed);
         // Half a unit of the radians is up to 1.6e-13 seconds of packed number for each degree.
         ASSERT_NEAR(VeskRadToPackedDms(radians, -1, 0), packed, 2e-13) << packed;
-        ASSERT_EQ(VeskRadToPackedDms(radians, 9, 0), packed) << packed;
+        ASSERT_DOUBLE_EQ(VeskRadToPackedDms(radians, 9, 0), packed);
         Split const back = Dms(packed, 5);
         ASSERT_EQ(back.whole * 3600.0 + back.minutes * 60 + back.seconds,
                   degrees * 3600.0 + minutes * 60 + seconds);
@@ -168,7 +168,7 @@ TEST(PackedAngle, ComesBackFromRadians) {
             static_cast<double>(sign * (degrees + minutes / 60.0L + seconds / 3600.0L) * exactPi / 180),
             2e-15);
         double const gon = VeskJoinPackedGon(sign, degrees, minutes, seconds);
-        ASSERT_EQ(VeskRadToPackedGon(VeskPackedGonToRad(gon), 9, 0), gon);
+        ASSERT_DOUBLE_EQ(VeskRadToPackedGon(VeskPackedGonToRad(gon), 9, 0), gon);
     }
 }
 
