@@ -4,6 +4,8 @@
 
 namespace tov {
 
-void VeskReadTimeZone() { tzset(); }
+void VeskReadTimeZone() {
+    tzset();
+}
 
 }  // namespace tov

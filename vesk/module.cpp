@@ -16,7 +16,9 @@ void* VeskLoadModule(char const* path, CString& reason) {
     return module;
 }
 
-void* VeskFindSymbol(void* module, char const* name) { return dlsym(module, name); }
+void* VeskFindSymbol(void* module, char const* name) {
+    return dlsym(module, name);
+}
 
 CString VeskModulePath(void const* address) {
     std::error_code failure;

@@ -12,8 +12,8 @@ void* VeskLoadModule(char const* path, CString& reason);
 // The address of an exported symbol; null where there is none.
 void* VeskFindSymbol(void* module, char const* name);
 
-// The path of the module that holds the given address, as the loader knows it; the executable's for null. Empty
-// when it cannot be told.
+// The path of the module that holds the given address, as the loader knows it; the executable's for null.
+// Empty when it cannot be told.
 CString VeskModulePath(void const* address);
 
 }  // namespace tov
