@@ -6,6 +6,8 @@ function(tov_compile_settings target)
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON
         POSITION_INDEPENDENT_CODE ON)
+    # The same numbers on every processor: products and sums are fused only where the source says so.
+    target_compile_options(${target} PRIVATE -ffp-contract=off)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
         -Wold-style-cast -Woverloaded-virtual -Wcast-align -Wformat=2 -Wundef

@@ -194,7 +194,7 @@ int CTovValueAngle::ConvertStdTo(double& out, long unit, int precision, unsigned
 int CTovValueAngle::PrecisionForText(long unit, int precision) const {
     CTovFormat& format = *m_pUnitSettings->Format();
     bool const packed = unit == TOV_UNIT_PACKED_DMS || unit == TOV_UNIT_PACKED_GON;
-    bool const smallUnits = format.UseSecOnly() != 0 && format.Format().empty();
+    bool const smallUnits = format.UseSecOnly() != 0 && !format.HasFormat();
     if (HasFields(unit)) return HasFields(m_pUnitSettings->Unit()) ? -1 : precision;
     if (!packed || (precision < 0 && unit == TOV_UNIT_PACKED_GON)) return precision;
     if (smallUnits) return -1;
@@ -209,7 +209,7 @@ int CTovValueAngle::ConvertStdTo(CString& out, long unit, int precision, unsigne
     if (status != 0) return status;
 
     CTovFormat& format = *m_pUnitSettings->Format();
-    bool const hasFormat = !format.Format().empty();
+    bool const hasFormat = format.HasFormat();
     CString hemisphere;
     if (IsLatOrLon()) {
         hemisphere = LibraryString(HemisphereText(number >= 0));

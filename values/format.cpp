@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <optional>
 #include <string_view>
@@ -71,52 +70,96 @@ FieldSigns SignsOf(long unit) {
     return {LibraryString(degreeSignText), "'", "\""};
 }
 
-// Builds a short text without touching the heap; what does not fit is a matter of very long decimals and goes
-// through the slow end.
+constexpr char digitPairs[] =
+    "00010203040506070809101112131415161718192021222324252627282930313233343536373839404142434445464748495051"
+    "525354"
+    "5556575859606162636465666768697071727374757677787980818283848586878889909192939495969798"
+    "99";
+
+// Writes a text over what a string holds and cuts the string at the end: a string that is used again, as in
+// the rows of a table, has the right length already.
 class TextBuilder {
  public:
-    explicit TextBuilder(CString& out) : m_out(out) { m_out.clear(); }
-    ~TextBuilder() { Flush(); }
+    explicit TextBuilder(CString& out) : m_out(out), m_at(out.data()) {}
+    ~TextBuilder() { Finish(); }
     TextBuilder(TextBuilder const&) = delete;
     TextBuilder& operator=(TextBuilder const&) = delete;
 
     void Put(char c) {
-        if (m_length == m_buffer.size()) Flush();
-        m_buffer[m_length++] = c;
+        Need(1);
+        *m_at++ = c;
     }
+
     void Put(std::string_view text) {
-        for (char const c : text)
-            Put(c);
+        Need(text.size());
+        if (text.size() == 1) {
+            *m_at++ = text[0];
+        } else if (text.size() == 2) {
+            m_at = std::copy_n(text.data(), 2, m_at);
+        } else {
+            m_at = std::copy(text.begin(), text.end(), m_at);
+        }
     }
 
     // A whole number right-justified in a width.
     void PutInteger(std::uint64_t number, int width, char pad) {
         char digits[20];
-        char* const end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-        for (auto missing = width - (end - digits); missing > 0; --missing)
-            Put(pad);
-        Put(std::string_view(digits, static_cast<std::size_t>(end - digits)));
+        char* first = std::end(digits);
+        while (number >= 100) {
+            first -= 2;
+            std::copy_n(digitPairs + number % 100 * 2, 2, first);
+            number /= 100;
+        }
+        if (number >= 10) {
+            first -= 2;
+            std::copy_n(digitPairs + number * 2, 2, first);
+        } else {
+            *--first = static_cast<char>('0' + number);
+        }
+        auto const length = std::end(digits) - first;
+        Need(static_cast<std::size_t>(std::max<std::ptrdiff_t>(length, width)));
+        for (auto missing = width - length; missing > 0; --missing)
+            *m_at++ = pad;
+        m_at = std::copy(first, std::end(digits), m_at);
     }
 
     // The number count / 10^counted with so many decimals, right-justified in a width.
     void PutDecimal(std::uint64_t count, int counted, int decimals, int width, char pad) {
         std::uint64_t const power = powersOfTen[counted];
-        PutInteger(count / power, width - decimals - 1, pad);
-        Put('.');
-        PutInteger(count % power, counted, '0');
+        std::uint64_t const whole = count / power;
+        std::uint64_t fraction = count - whole * power;
+        PutInteger(whole, width - decimals - 1, pad);
+        Need(static_cast<std::size_t>(decimals) + 1);
+        *m_at++ = '.';
+        char* last = m_at + counted;
+        for (int left = counted; left >= 2; left -= 2) {
+            last -= 2;
+            std::copy_n(digitPairs + fraction % 100 * 2, 2, last);
+            fraction /= 100;
+        }
+        if (counted % 2 != 0) *m_at = static_cast<char>('0' + fraction);
+        m_at += counted;
         for (int missing = decimals - counted; missing > 0; --missing)
-            Put('0');
+            *m_at++ = '0';
     }
 
-    void Flush() {
-        m_out.append(m_buffer.data(), m_length);
-        m_length = 0;
-    }
+    // Gives the string its length; more may be put after it.
+    void Finish() { m_out.resize(static_cast<std::size_t>(m_at - m_out.data())); }
+
+    // Follows a change of the string after Finish.
+    void Resume() { m_at = m_out.data() + m_out.size(); }
 
  private:
+    void Need(std::size_t length) {
+        if (static_cast<std::size_t>(m_out.data() + m_out.size() - m_at) < length) [[unlikely]] {
+            auto const used = m_at - m_out.data();
+            m_out.resize(std::max<std::size_t>((m_out.size() + length) * 2, 40));
+            m_at = m_out.data() + used;
+        }
+    }
+
     CString& m_out;
-    std::array<char, 120> m_buffer;
-    std::size_t m_length = 0;
+    char* m_at;
 };
 
 // The fields of a packed angle and how the precision of a format prints them.
@@ -436,8 +479,9 @@ void CTovFormat::PrintFields(double value, long unit, CString& out) const {
     }
     fields.PutSeconds(text, minutes ? '0' : ' ');
     if (m_bTrimTrailingZeros != 0) {
-        text.Flush();
+        text.Finish();
         CutTrailingZeros(out);
+        text.Resume();
     }
     if (signs) text.Put(fields.signs.seconds);
 }
@@ -469,8 +513,9 @@ void CTovFormat::PrintFormat(double value, long unit, CString& out) const {
                     }
                     anyToken = true;
                     if (!std::isfinite(value)) {
-                        builder.Flush();
+                        builder.Finish();
                         if (name->token == FieldToken::kSeconds) AppendNumber(text, value, {.blank = true});
+                        builder.Resume();
                     } else {
                         if (!fields) fields.emplace(value, unit, m_nPrecision, m_bLimitToCircle != 0);
                         PutToken(builder, *name, *fields, m_bTrimLeadingZeros != 0);

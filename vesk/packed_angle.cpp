@@ -1,5 +1,6 @@
 #include <tov310/packed_angle.h>
 
+#include "vesk/cpu.h"
 #include "vesk/packed_split.h"
 
 #include <algorithm>
@@ -27,32 +28,32 @@ struct Sum {
     double low;
 };
 
-Sum Product(double a, double b) {
+TOV_INLINE Sum Product(double a, double b) {
     double const high = a * b;
     return {high, std::fma(a, b, -high)};
 }
 
-Sum Product(double a, Factor const& b) {
+TOV_INLINE Sum Product(double a, Factor const& b) {
     Sum const product = Product(a, b.high);
     return {product.high, std::fma(a, b.low, product.low)};
 }
 
 // The same value with the low part within half a unit of the high one; a value below 0 by less than rounding
 // is 0.
-Sum Normalized(Sum const& value) {
+TOV_INLINE Sum Normalized(Sum const& value) {
     double const high = value.high + value.low;
     if (high < 0) return {0, 0};
     return {high, value.low - (high - value.high)};
 }
 
-Sum Quotient(Sum const& value, double divisor) {
+TOV_INLINE Sum Quotient(Sum const& value, double divisor) {
     double const high = value.high / divisor;
     return {high, (std::fma(-high, divisor, value.high) + value.low) / divisor};
 }
 
 // Nearest whole number of a normalised value that is not negative, half away from zero; exact, given that the
 // value is below 2^63.
-std::uint64_t RoundHalfUp(Sum const& value) {
+TOV_INLINE std::uint64_t RoundHalfUp(Sum const& value) {
     if (value.high >= exactIntegers) {
         // Here the high part is a whole number.
         return static_cast<std::uint64_t>(static_cast<std::int64_t>(value.high) +
@@ -65,17 +66,21 @@ std::uint64_t RoundHalfUp(Sum const& value) {
     return static_cast<std::uint64_t>(whole) + (up ? 1 : 0);
 }
 
-double Signed(bool negative, double magnitude) {
+TOV_INLINE double Signed(bool negative, double magnitude) {
     return negative && magnitude != 0 ? -magnitude : magnitude;
 }
 
-int LimitToInt(double value) {
+TOV_INLINE int LimitToInt(double value) {
     constexpr int most = std::numeric_limits<int>::max();
     return value >= most ? most : static_cast<int>(value);
 }
 
-double PowerOfTen(int exponent) {
+TOV_INLINE double PowerOfTen(int exponent) {
     return static_cast<double>(powersOfTen[exponent]);
+}
+
+TOV_INLINE double WithinCircle(double whole, bool limit, AngleSystem const& system) {
+    return limit && whole >= system.circle ? std::fmod(whole, system.circle) : whole;
 }
 
 // An angle as whole units and an exact rest of them, 0 <= rest < 1.
@@ -84,7 +89,7 @@ struct WholeAndRest {
     Sum rest;
 };
 
-WholeAndRest CutWhole(Sum const& value) {
+TOV_INLINE WholeAndRest CutWhole(Sum const& value) {
     double whole = std::floor(value.high);
     double rest = value.high - whole;
     if (rest + value.low < 0) {
@@ -98,7 +103,7 @@ WholeAndRest CutWhole(Sum const& value) {
 }
 
 // whole + fraction / 10^digits as the nearest double.
-double JoinDigits(double whole, std::uint64_t fraction, int digits) {
+TOV_INLINE double JoinDigits(double whole, std::uint64_t fraction, int digits) {
     double const power = PowerOfTen(digits);
     double const all = whole * power + static_cast<double>(fraction);
     if (all < exactIntegers) return all / power;
@@ -106,16 +111,17 @@ double JoinDigits(double whole, std::uint64_t fraction, int digits) {
 }
 
 // whole + (minutes * 100 + seconds) / 10000 with one rounding.
-double JoinPacked(double whole, double minutes, double seconds) {
+TOV_INLINE double JoinPacked(double whole, double minutes, double seconds) {
     double const digits = minutes * 100 + seconds;
     double const lost = seconds - (digits - minutes * 100);
-    double const quotient = digits / 10000;
-    double const rest = (std::fma(-quotient, 10000.0, digits) + lost) / 10000;
+    double const quotient = digits * 1e-4;  // what it lacks is in the rest
+    double const rest = (std::fma(-quotient, 10000.0, digits) + lost) * 1e-4;
     double const sum = whole + quotient;
     return sum + (quotient - (sum - whole) + rest);
 }
 
-double JoinCarried(int sign, double whole, double minutes, double seconds, AngleSystem const& system) {
+TOV_INLINE double JoinCarried(int sign, double whole, double minutes, double seconds,
+                              AngleSystem const& system) {
     double const fullMinutes = std::floor(seconds / system.seconds);
     if (fullMinutes > 0) {
         minutes += fullMinutes;
@@ -138,7 +144,7 @@ struct ExactParts {
     double seconds;
 };
 
-ExactParts CutExactly(double magnitude) {
+TOV_INLINE ExactParts CutExactly(double magnitude) {
     double degrees = std::floor(magnitude);
     double const rest = magnitude - degrees;
     std::uint64_t const digits = RoundHalfUp(Product(rest, 1e10));
@@ -153,20 +159,31 @@ ExactParts CutExactly(double magnitude) {
 
 }  // namespace
 
-PackedParts SplitPacked(double packed, int decimals, bool limit, AngleSystem const& system) {
+TOV_FUSED_CLONE PackedParts SplitPacked(double packed, int decimals, bool limit, AngleSystem const& system) {
     PackedParts parts;
     parts.decimals = std::clamp(decimals, 0, maxSplitDecimals);
     if (!std::isfinite(packed)) return parts;
     double const magnitude = std::fabs(packed);
     double whole = std::floor(magnitude);
+    double rest = magnitude - whole;
     int const digits = 4 + parts.decimals;
-    std::uint64_t count = RoundHalfUp(Product(magnitude - whole, PowerOfTen(digits)));
+    std::uint64_t count = RoundHalfUp(Product(rest, PowerOfTen(digits)));
     std::uint64_t const perSecond = powersOfTen[parts.decimals];
 
-    whole += static_cast<double>(count / powersOfTen[digits]);
-    count %= powersOfTen[digits];
-    auto minutes = static_cast<unsigned>(count / (100 * perSecond));
-    std::uint64_t seconds = count % (100 * perSecond);
+    if (count >= powersOfTen[digits]) {
+        count = 0;
+        rest = 0;
+        whole += 1;
+    }
+    // Multiplying is faster than dividing and errs by one at the most.
+    std::uint64_t const perMinute = 100 * perSecond;
+    auto minutes = static_cast<unsigned>(rest * 100);
+    if (count < minutes * perMinute) --minutes;
+    std::uint64_t seconds = count - minutes * perMinute;
+    if (seconds >= perMinute) {
+        seconds -= perMinute;
+        ++minutes;
+    }
     if (seconds >= system.seconds * perSecond) {
         seconds -= system.seconds * perSecond;
         ++minutes;
@@ -175,7 +192,7 @@ PackedParts SplitPacked(double packed, int decimals, bool limit, AngleSystem con
         minutes -= system.minutes;
         whole += 1;
     }
-    if (limit && whole >= system.circle) whole = std::fmod(whole, system.circle);
+    whole = WithinCircle(whole, limit, system);
     parts.whole = LimitToInt(whole);
     parts.minutes = static_cast<int>(minutes);
     parts.seconds = seconds;
@@ -183,7 +200,7 @@ PackedParts SplitPacked(double packed, int decimals, bool limit, AngleSystem con
     return parts;
 }
 
-double VeskPackedDmsToRad(double packed) {
+TOV_FUSED_CLONE double VeskPackedDmsToRad(double packed) {
     if (!std::isfinite(packed)) return packed;
     ExactParts const parts = CutExactly(std::fabs(packed));
     double const fullSeconds = parts.degrees * 3600 + parts.minutes * 60;
@@ -193,7 +210,7 @@ double VeskPackedDmsToRad(double packed) {
     return Signed(packed < 0, radians.high + (radians.low + lost * radiansPerSecond.high));
 }
 
-double VeskRadToPackedDms(double radians, int decimals, unsigned long limit) {
+TOV_FUSED_CLONE double VeskRadToPackedDms(double radians, int decimals, unsigned long limit) {
     if (!std::isfinite(radians)) return radians;
     WholeAndRest const angle = CutWhole(Product(std::fabs(radians), degreesPerRadian));
     double degrees = angle.whole;
@@ -201,20 +218,18 @@ double VeskRadToPackedDms(double radians, int decimals, unsigned long limit) {
     seconds.low += angle.rest.low * 3600;
 
     double packed = 0;
-    auto const fullCircles = [&degrees, limit] {
-        if (limit != 0) degrees = std::fmod(degrees, sexagesimal.circle);
-    };
     int const digits = std::min(decimals, 4 + maxSplitDecimals);
     // Digits that the packed double cannot hold are not rounded to: it would come out as "60" then.
     if (digits < 0 || (degrees + 1) * PowerOfTen(digits) >= exactIntegers) {
-        double minutes = std::floor(seconds.high / 60);
+        // The factor errs upwards, so that the minutes are right or one too many.
+        double minutes = static_cast<int>(seconds.high * 0.016666666666666670);
         double rest = (seconds.high - minutes * 60) + seconds.low;
         if (rest < 0 && minutes > 0) {
             minutes -= 1;
             rest += 60;
         }
         // What the packed double cannot tell from a full minute is one: there it jumps from 59.99... to 100.
-        double const resolution = 10000 * (std::nextafter(degrees + 1, HUGE_VAL) - (degrees + 1));
+        double const resolution = 10000 * std::numeric_limits<double>::epsilon() * (degrees + 1);
         if (rest >= 60 - resolution) {
             rest = 0;
             minutes += 1;
@@ -223,7 +238,7 @@ double VeskRadToPackedDms(double radians, int decimals, unsigned long limit) {
             minutes -= 60;
             degrees += 1;
         }
-        fullCircles();
+        degrees = WithinCircle(degrees, limit != 0, sexagesimal);
         packed = JoinPacked(degrees, minutes, std::max(rest, 0.0));
     } else {
         // Below four digits the unit of rounding is a step of the angle, not of the decimal number.
@@ -244,23 +259,23 @@ double VeskRadToPackedDms(double radians, int decimals, unsigned long limit) {
             minutes -= 60;
             degrees += 1;
         }
-        fullCircles();
+        degrees = WithinCircle(degrees, limit != 0, sexagesimal);
         packed = JoinDigits(degrees, minutes * 100 * perSecond + count, std::max(digits, 4));
     }
     return Signed(radians < 0, packed);
 }
 
-double VeskPackedGonToRad(double gon) {
+TOV_FUSED_CLONE double VeskPackedGonToRad(double gon) {
     Sum const radians = Product(gon, radiansPerGon);
     return std::isfinite(gon) ? radians.high + radians.low : gon;
 }
 
-double VeskRadToPackedGon(double radians, int decimals, unsigned long limit) {
+TOV_FUSED_CLONE double VeskRadToPackedGon(double radians, int decimals, unsigned long limit) {
     if (!std::isfinite(radians)) return radians;
     Sum const value = Product(std::fabs(radians), gonPerRadian);
     if (decimals < 0) {
         double const gon = value.high + value.low;
-        return Signed(radians < 0, limit != 0 ? std::fmod(gon, centesimal.circle) : gon);
+        return Signed(radians < 0, WithinCircle(gon, limit != 0, centesimal));
     }
     int const digits = std::min(decimals, 4 + maxSplitDecimals);
     WholeAndRest const angle = CutWhole(value);
@@ -269,12 +284,12 @@ double VeskRadToPackedGon(double radians, int decimals, unsigned long limit) {
     std::uint64_t count = RoundHalfUp(Normalized({scaled.high, scaled.low + angle.rest.low * power}));
     double whole = angle.whole + static_cast<double>(count / powersOfTen[digits]);
     count %= powersOfTen[digits];
-    if (limit != 0) whole = std::fmod(whole, centesimal.circle);
+    whole = WithinCircle(whole, limit != 0, centesimal);
     return Signed(radians < 0, JoinDigits(whole, count, digits));
 }
 
-void VeskSplitPackedDms(double packed, int& sign, int& degrees, int& minutes, double& seconds, int decimals,
-                        int limit) {
+TOV_FUSED_CLONE void VeskSplitPackedDms(double packed, int& sign, int& degrees, int& minutes, double& seconds,
+                                        int decimals, int limit) {
     if (decimals < 0 && std::isfinite(packed)) {
         ExactParts parts = CutExactly(std::fabs(packed));
         parts.seconds = std::max(parts.seconds, 0.0);
@@ -286,7 +301,7 @@ void VeskSplitPackedDms(double packed, int& sign, int& degrees, int& minutes, do
             parts.minutes -= 60;
             parts.degrees += 1;
         }
-        if (limit != 0) parts.degrees = std::fmod(parts.degrees, sexagesimal.circle);
+        parts.degrees = WithinCircle(parts.degrees, limit != 0, sexagesimal);
         degrees = LimitToInt(parts.degrees);
         minutes = static_cast<int>(parts.minutes);
         seconds = parts.seconds;
@@ -300,7 +315,8 @@ void VeskSplitPackedDms(double packed, int& sign, int& degrees, int& minutes, do
     seconds = static_cast<double>(parts.seconds) / PowerOfTen(parts.decimals);
 }
 
-void VeskSplitPackedGon(double packed, int& sign, int& gon, int& c, double& cc, int decimals, int limit) {
+TOV_FUSED_CLONE void VeskSplitPackedGon(double packed, int& sign, int& gon, int& c, double& cc, int decimals,
+                                        int limit) {
     // Without rounding every digit of a gon number is told apart by the most decimals.
     PackedParts const parts =
         SplitPacked(packed, decimals < 0 ? maxSplitDecimals : decimals, limit != 0, centesimal);
@@ -310,15 +326,15 @@ void VeskSplitPackedGon(double packed, int& sign, int& gon, int& c, double& cc, 
     cc = static_cast<double>(parts.seconds) / PowerOfTen(parts.decimals);
 }
 
-double VeskJoinPackedDms(int sign, int degrees, int minutes, double seconds) {
+TOV_FUSED_CLONE double VeskJoinPackedDms(int sign, int degrees, int minutes, double seconds) {
     return JoinCarried(sign, degrees, minutes, seconds, sexagesimal);
 }
 
-double VeskJoinPackedGon(int sign, int gon, int c, double cc) {
+TOV_FUSED_CLONE double VeskJoinPackedGon(int sign, int gon, int c, double cc) {
     return JoinCarried(sign, gon, c, cc, centesimal);
 }
 
-double VeskJoinDecimalDeg(int sign, int degrees, int minutes, double seconds) {
+TOV_FUSED_CLONE double VeskJoinDecimalDeg(int sign, int degrees, int minutes, double seconds) {
     return Signed(sign < 0, degrees + (minutes * 60.0 + seconds) / 3600);
 }
 

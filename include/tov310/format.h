@@ -50,6 +50,7 @@ class TOV_CORE_API CTovFormat {
     virtual CString Format();
     // A null or empty format is ignored.
     virtual void Format(char const* format);
+    bool HasFormat() const { return !m_expandedFormat.empty(); }
 
     // The custom token and what is put in its place; null empties.
     virtual void CustomFormat(char const* token, char const* text);
