@@ -17,12 +17,6 @@ constexpr std::int64_t oneSecond = 1'000'000'000;
 
 constexpr std::size_t mostCachedFiles = 64;  // far more than a program uses; only a bound for the memory
 
-// Whether a file that was read at `time` or later cannot be changed any more without its stamp showing it.
-bool IsSettled(FileStamp const& stamp, std::int64_t time) {
-    bool const coarse = stamp.modified % oneSecond == 0;
-    return time - std::max(stamp.modified, stamp.changed) > (coarse ? coarseTick : fineTick);
-}
-
 Immortal<IniStore>& IniStoreOfProcess() {
     static Immortal<IniStore> store;
     return store;
@@ -37,6 +31,11 @@ IniStore& IniStore::Instance() {
         return true;
     }();
     return *IniStoreOfProcess();
+}
+
+bool IniStore::IsSettled(FileStamp const& stamp, std::int64_t time) {
+    bool const coarse = stamp.modified % oneSecond == 0;
+    return time - std::max(stamp.modified, stamp.changed) > (coarse ? coarseTick : fineTick);
 }
 
 void IniStore::Keep(char const* path, File file) {

@@ -36,6 +36,10 @@ class IniStore {
     // asked.
     bool Edit(char const* path, bool creates, std::function<std::string(IniText const&)> const& edit);
 
+    // Whether a file that was read at this time or later, by the clock of files, cannot be changed any more
+    // without its stamp showing it.
+    static bool IsSettled(FileStamp const& stamp, std::int64_t time);
+
  private:
     struct File {
         std::unique_ptr<IniText const> text;

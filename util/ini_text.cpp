@@ -21,15 +21,14 @@ IniText::IniText(std::string bytes) : m_bytes(std::move(bytes)) {
     m_readable = !m_bytes.starts_with("\xFF\xFE") && !m_bytes.starts_with("\xFE\xFF");
     if (!m_readable) return;
     std::size_t at = m_bytes.starts_with(utf8Mark) ? utf8Mark.size() : 0;
-    bool reachable = false;  // whether the entries here are those of the first section of the name
     std::size_t index = 0;
     for (; at < m_bytes.size(); at = m_lines[index++].next) {
         Line const& line = m_lines.emplace_back(ParseLine(at));
         if (line.kind == Kind::Header) {
             if (!m_sections.empty()) m_sections.back().end = index;
             m_sections.push_back({index, index});
-            reachable = m_byName.try_emplace(NameOf(line), m_sections.size() - 1).second;
-        } else if (line.kind == Kind::Entry && reachable) {
+            m_byName.try_emplace(NameOf(line), m_sections.size() - 1);
+        } else if (line.kind == Kind::Entry && !m_sections.empty()) {
             m_entries.try_emplace({m_sections.back().header, NameOf(line)}, index);
         }
     }

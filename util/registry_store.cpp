@@ -214,8 +214,8 @@ RegistryStore& RegistryStore::Instance() {
 }
 
 void RegistryStore::Close() {
-    // Nothing is to be moved from the log into a damaged file.
-    if (m_damaged && m_database != nullptr) {
+    // Nothing is to be moved from the log into a file that is damaged or not ours.
+    if (m_unfit && m_database != nullptr) {
         sqlite3_db_config(m_database.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     }
     ForgetKeys();
@@ -227,7 +227,7 @@ void RegistryStore::Close() {
 // Looks at every result of SQLite once. Damage that shows itself only now makes the file unfit.
 bool RegistryStore::Note(int result) {
     int const kind = result & 0xFF;
-    if (kind == SQLITE_CORRUPT || kind == SQLITE_NOTADB) m_damaged = true;
+    if (kind == SQLITE_CORRUPT || kind == SQLITE_NOTADB) m_unfit = true;
     return kind == SQLITE_OK || kind == SQLITE_DONE;
 }
 
@@ -286,8 +286,6 @@ bool RegistryStore::OpenFile() {
     m_database.reset(raw);
     if (!Note(opened)) return false;
     sqlite3_busy_handler(raw, WaitForWriter, nullptr);
-    // Until the file has been found fit, closing it again must not move the log into it.
-    sqlite3_db_config(raw, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     // In one transaction: another process may be setting the file up.
     if (!Run("BEGIN")) return false;
     auto const id = Number("PRAGMA application_id");
@@ -298,27 +296,26 @@ bool RegistryStore::OpenFile() {
         if (!SetUp()) return false;
     } else if (id != applicationId || version != schemaVersion) {
         // An unreadable number may only mean that the file was not to be had just now.
-        m_damaged = m_damaged || id.has_value();
+        m_unfit = m_unfit || id.has_value();
         return false;
     } else {
         // Answers the text "ok", or what is wrong.
         if (Number("SELECT count(*) FROM pragma_quick_check(1) WHERE quick_check = 'ok'") != 1) {
-            m_damaged = true;
+            m_unfit = true;
             return false;
         }
     }
     if (!Run("PRAGMA synchronous = FULL; PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF"))
         return false;
-    sqlite3_db_config(raw, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
     return Prepare() && !StatFile(m_path.c_str(), m_opened);
 }
 
 bool RegistryStore::Open() {
     auto const folder = UserConfigFolder();
     FileStamp now;
-    if (m_damaged) {
+    if (m_unfit) {
         Close();
-        m_damaged = false;
+        m_unfit = false;
         if (!StatFile(m_path.c_str(), now)) m_refused = now;
     }
     bool const samePath = m_path.size() > folder.size() && m_path[folder.size()] == '/' &&
@@ -337,7 +334,7 @@ bool RegistryStore::Open() {
     if (MakePrivateFolder(folder)) return false;
     if (OpenFile()) return true;
     Close();
-    if (std::exchange(m_damaged, false) && !StatFile(m_path.c_str(), now)) m_refused = now;
+    if (std::exchange(m_unfit, false) && !StatFile(m_path.c_str(), now)) m_refused = now;
     return false;
 }
 

@@ -93,9 +93,9 @@ class RegistryStore {
     std::unique_ptr<sqlite3, CloseDatabase> m_database;
     std::array<std::unique_ptr<sqlite3_stmt, FinalizeStatement>, statements> m_statements;
     std::string m_path;
-    FileStamp m_opened;      // which file the connection holds
-    FileStamp m_refused;     // the state of a file that was found unfit
-    bool m_damaged = false;  // found during an operation
+    FileStamp m_opened;    // which file the connection holds
+    FileStamp m_refused;   // the state of a file that was found unfit
+    bool m_unfit = false;  // found at its opening or during an operation
     std::unordered_map<std::string, Key>
         m_keys;  // by root and folded text; numbers of keys are never used twice
 };

@@ -206,6 +206,21 @@ TEST(IniStore, SeesEveryChangeByOthers) {
     EXPECT_EQ(Value(path, "S", "a"), "<no file>");
 }
 
+// The stamp of a change in the same tick is the same, and a tick may be two seconds long.
+TEST(IniStore, AStampIsTrustedOnlyOnceItsTickIsOver) {
+    constexpr std::int64_t second = 1'000'000'000;
+    FileStamp fine{1, 2, 3, 50 * second + 7, 50 * second + 7};
+    FileStamp renamed{1, 2, 3, 10 * second + 7, 50 * second + 7};
+    FileStamp coarse{1, 2, 3, 50 * second, 50 * second};
+    for (FileStamp const& stamp : {fine, renamed, coarse}) {
+        EXPECT_FALSE(IniStore::IsSettled(stamp, stamp.changed));
+        EXPECT_FALSE(IniStore::IsSettled(stamp, stamp.changed + 10'000'000));
+        EXPECT_FALSE(IniStore::IsSettled(stamp, stamp.changed - 9 * second)) << "a clock that goes behind";
+        EXPECT_EQ(IniStore::IsSettled(stamp, stamp.changed + second), stamp != coarse);
+        EXPECT_TRUE(IniStore::IsSettled(stamp, stamp.changed + 3 * second));
+    }
+}
+
 TEST(IniStore, WritesThroughLinksAndKeepsTheMode) {
     test::TemporaryFolder const folder;
     fs::create_directory(folder.path() / "real");

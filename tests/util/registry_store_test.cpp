@@ -212,7 +212,13 @@ TEST_F(RegistryStoreTest, ForkedProcessesBothWrite) {
     ASSERT_TRUE(WriteText("software\\S", "v", "1"));
     pid_t const child = ::fork();
     if (child == 0) {
-        bool good = ReadText("software\\S", "v") == "1";
+        // The connection must not have come along: its locks have not.
+        bool good =
+            std::ranges::none_of(fs::directory_iterator("/proc/self/fd"), [this](auto const& descriptor) {
+                std::error_code gone;
+                return fs::read_symlink(descriptor, gone).string().starts_with(File());
+            });
+        good = good && ReadText("software\\S", "v") == "1";
         for (int i = 0; i < 50; ++i)
             good = good && WriteText("software\\S", Numbered('c', i), "1");
         ::_exit(good ? 0 : 1);
@@ -262,6 +268,20 @@ TEST_F(RegistryStoreTest, UnfitFilesAreNeverTouched) {
     Put(good);
     EXPECT_EQ(ReadText("software\\S", "1"), std::string(100, 'x'));
 
+    // A killed process has left its log beside the file, which was damaged later.
+    pid_t const child = ::fork();
+    if (child == 0) ::_exit(WriteText("software\\S", "1", "new") ? 0 : 1);
+    int status = -1;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_EQ(status, 0);
+    ASSERT_TRUE(fs::exists(File() + "-wal"));
+    Put(rows[3].second);
+    EXPECT_EQ(ReadText("software\\S", "1"), "<none>");
+    Store().Close();
+    EXPECT_TRUE(Bytes() == rows[3].second);
+    Put(good);
+    EXPECT_EQ(ReadText("software\\S", "1"), "new");
+
     Sql("PRAGMA user_version = 2");  // as a later version of the library might
     Store().Close();
     EXPECT_FALSE(WriteText("software\\S", "1", "y"));
@@ -289,11 +309,11 @@ TEST_F(RegistryStoreTest, DamageFoundInTheMiddleEndsTheWrites) {
         for (std::size_t at = 2 * 4096; at < size; at += 4096)
             file.seekp(std::streamoff(at)).write("\0\0\0\0", 4);
     }
+    auto const damaged = Bytes();
     int read = 0;
     for (int i = 0; i < 2000; ++i)
         read += Store().Read(user, "software\\S", std::to_string(i)).has_value();
     EXPECT_LT(read, 2000);
-    auto const damaged = Bytes();
     EXPECT_FALSE(WriteText("software\\S", "1", "y"));
     Store().Close();
     EXPECT_TRUE(Bytes() == damaged);
