@@ -54,9 +54,10 @@ TOV_CORE_API HKEY TovGetRegistryProfileRoot();
 // In a file an entry is a line "name=value" below "[section]". Blanks around names and values do not count,
 // and a pair of quotes around a value (either kind) is taken off when it is read; so a value keeps its blanks
 // at the ends when it is written in quotes. Where a name stands twice the first one counts. Lines that begin
-// with ";" are comments. What could not be read back is refused with 0: a line end in a name or value, "]" in
-// a section,
-// "=" in an entry or "[" or ";" at its start.
+// with ";" are comments. Lines end with LF or CR LF; new ones as their neighbours do, those of a new file
+// with CR LF, which every reader of such files takes. What could not be read back is refused with 0: a line
+// end in a name or value, "]" in a section, "=" in an entry or "[" or ";" at its start. A file in UTF-16 is
+// neither read nor written.
 //
 // In the registry a value lies at root \ "software\" + path \ section \ entry; an empty path stands for the
 // profile path. Reading makes the key of the section when it is missing. Values are texts or 32-bit numbers,
