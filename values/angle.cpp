@@ -135,7 +135,8 @@ void CTovValueAngle::StdFormat(CString& out) {
 void CTovValueAngle::StringToNumber(char const* text, double& out, long unit) const {
     std::string_view const all = text != nullptr ? text : "";
     if (!HasFields(unit) || m_pUnitSettings->Format()->UseSecOnly() != 0) {
-        out = ReadNumber(all);
+        // A number that no conversion of units makes infinite.
+        out = std::clamp(ReadNumber(all), -1e300, 1e300);
     } else {
         AngleFields const fields = ReadAngleFields(all, m_pUnitSettings->Format()->TrimLeadingZeros() != 0);
         auto const join = unit == TOV_UNIT_DMS ? VeskJoinPackedDms : VeskJoinPackedGon;

@@ -56,8 +56,8 @@ TOV_INLINE Sum Quotient(Sum const& value, double divisor) {
 TOV_INLINE std::uint64_t RoundHalfUp(Sum const& value) {
     if (value.high >= exactIntegers) {
         // Here the high part is a whole number.
-        return static_cast<std::uint64_t>(static_cast<std::int64_t>(value.high) +
-                                          static_cast<std::int64_t>(std::floor(value.low + 0.5)));
+        auto const low = static_cast<std::int64_t>(std::floor(value.low + 0.5));
+        return static_cast<std::uint64_t>(value.high) + static_cast<std::uint64_t>(low);
     }
     double const whole = std::floor(value.high);
     // This difference is exact, and unless it is 0 it outweighs the low part.
@@ -202,6 +202,8 @@ TOV_FUSED_CLONE PackedParts SplitPacked(double packed, int decimals, bool limit,
 
 TOV_FUSED_CLONE double VeskPackedDmsToRad(double packed) {
     if (!std::isfinite(packed)) return packed;
+    // Whole degrees beyond all minutes; their seconds might overflow.
+    if (std::fabs(packed) >= exactIntegers) return packed * 0.017453292519943295;
     ExactParts const parts = CutExactly(std::fabs(packed));
     double const fullSeconds = parts.degrees * 3600 + parts.minutes * 60;
     double const all = fullSeconds + parts.seconds;

@@ -79,7 +79,10 @@ TEST(Angle, ReadsTexts) {
     for (auto const& row : rows)
         EXPECT_NEAR(Read(row.text, row.unit), row.degrees, 3e-9) << row.text;
     EXPECT_EQ(Read(nullptr, 12), 0);
-    EXPECT_TRUE(std::isfinite(Read("1e999", 11)));
+    for (long const unit : {11L, 12L, 13L, 14L, 15L, 16L, 17L, 18L}) {
+        EXPECT_TRUE(std::isfinite(Read("-1e999", unit)) && std::isfinite(Read("1e999", unit, false, true)))
+            << unit;
+    }
     EXPECT_NEAR(Read("99999999999 0 0", 12), std::fmod(2147483647.0, 360), 1e-6);
 }
 

@@ -71,6 +71,7 @@ TEST(PackedAngle, SplitsRoundsAndCarries) {
             EXPECT_NEAR(got.seconds, row.dms.seconds, 1e-10);
         }
     }
+    EXPECT_EQ(Dms(359.9999999999, 15).whole, 360);  // the largest count of digits
     EXPECT_EQ(Gon(99.99999999, 1), (Split{1, 100, 0, 0}));
     EXPECT_EQ(Gon(-399.999999999, 3, 1), (Split{1, 0, 0, 0}));
     EXPECT_EQ(Gon(-12.34567, 1), (Split{-1, 12, 34, 56.7}));
@@ -145,6 +146,7 @@ TEST(PackedAngle, RoundsAnglesFromRadians) {
     EXPECT_EQ(VeskRadToPackedGon(-0.5, 6, 0), -31.830989);
     EXPECT_TRUE(std::isnan(VeskRadToPackedDms(nan, 3, 1)));
     EXPECT_EQ(VeskPackedDmsToRad(HUGE_VAL), HUGE_VAL);
+    EXPECT_TRUE(std::isfinite(VeskPackedDmsToRad(std::numeric_limits<double>::max())));
 }
 
 // A packed number with the digits of a real angle comes back from radians as it was, rounded and unrounded.
