@@ -138,26 +138,6 @@ TEST(Angle, NormalisesWhatIsStored) {
     EXPECT_EQ(static_cast<double>(angle), 1.2345678901234567);
 }
 
-TEST(Angle, TakesOnlyDoublesAndTexts) {
-    CTovValueAngle angle(1.0, 18, nullptr);
-    angle = 5;
-    angle = 5L;
-    angle = 5U;
-    angle = 5UL;
-    angle = 2.5F;
-    angle = static_cast<short>(5);
-    angle = static_cast<unsigned short>(5);
-    EXPECT_EQ(angle.GetDouble(), 1.0);
-    EXPECT_EQ(static_cast<int>(angle), 0);
-    EXPECT_EQ(static_cast<float>(angle), 0.0F);
-    EXPECT_EQ(angle.SetInt(5), 0);
-    angle = "0.5";
-    EXPECT_EQ(angle.GetDouble(), 0.5);
-    static_assert(!std::is_assignable_v<CTovValueAngle&, bool>);
-    static_assert(!std::is_assignable_v<CTovValueAngle&, char>);
-    static_assert(!std::is_assignable_v<CTovValueAngle&, std::nullptr_t>);
-}
-
 TEST(Angle, PrintsHemispheres) {
     struct {
         double degrees;
@@ -171,7 +151,7 @@ TEST(Angle, PrintsHemispheres) {
         {-1e-9, nullptr, "   0° 00' 00.0000\" 北",
          "   0° 00' 00.0000\" 东"},  // zero has no hemisphere of its own
         {-12.5, "%Q%DegOrG", "S  12", "W  12"},
-        {12.5, "%DegOrG,%MinOrC", "  12,30", "  12,30"},  // no place for the letter, and none behind
+        {12.5, "%DegOrG,%MinOrC", "  12,30", "  12,30"}  // no place for the letter, and none behind
     };
     for (auto const& row : rows) {
         CTovUnitSettingsAngleLatLon settings;
@@ -206,6 +186,9 @@ TEST(Angle, GivesOtherUnitsInTheMannerOfItsOwn) {
     EXPECT_EQ(angle.IsValid(), 1);  // the answer has cleared the status
     EXPECT_EQ(angle.ConvertToStd(1.0, 99L, -1, 0UL), 1);
     EXPECT_EQ(angle.GetDouble(), 0);
+    angle = 5;  // only doubles and texts go into a value that has a unit
+    EXPECT_EQ(angle.GetDouble() + angle.SetFloat(2.5F) + static_cast<int>(CTovValueAngle(1.0, 18, nullptr)),
+              0);
 
     CTovUnitSettingsAngle gon(16, nullptr);
     CTovValueAngle const right(pi / 2, 18, nullptr);
@@ -290,6 +273,9 @@ TEST(Angle, TheHalfCircleStaysOnItsSide) {
         }
     }
 }
+
+static_assert(!std::is_assignable_v<CTovValueAngle&, bool> && !std::is_assignable_v<CTovValueAngle&, char>);
+static_assert(!std::is_assignable_v<CTovValueAngle&, std::nullptr_t>);
 
 struct Manner {
     long unit;

@@ -97,22 +97,6 @@ TEST_F(UnitSettings, DefaultSettingsChooseAndStore) {
     EXPECT_EQ(Stored(distance, distanceEntry), 22);
 }
 
-TEST_F(UnitSettings, HaveTheirDefaults) {
-    EXPECT_EQ(CTovUnitSettings().Unit(), 2);
-    EXPECT_EQ(CTovUnitSettings().Precision(), 6);
-    EXPECT_EQ(CTovUnitSettingsAngle().Precision(), 5);
-    EXPECT_EQ(CTovUnitSettingsAngle().DefaultUnit(), -1);
-    EXPECT_EQ(CTovUnitSettingsAngle().Section(), "");
-    EXPECT_EQ(CTovUnitSettingsAngle::Default().Section(), angle);
-    EXPECT_EQ(CTovUnitSettingsAngleLatLon().Precision(), 9);
-    EXPECT_EQ(CTovUnitSettingsAngleLatLon().Section(), latLon);
-    EXPECT_EQ(CTovUnitSettingsDistance().Precision(), 6);
-    int count = 0;
-    for (int const* unit = CTovUnitSettingsAngle::Units(); *unit != -1; ++unit)
-        EXPECT_EQ(*unit, 11 + count++);
-    EXPECT_EQ(count, 8);
-}
-
 TEST_F(UnitSettings, CopyTheirFormat) {
     CTovUnitSettingsAngle settings(11, "%.2f%U");
     CTovUnitSettingsAngle copy(settings);
@@ -123,6 +107,8 @@ TEST_F(UnitSettings, CopyTheirFormat) {
     EXPECT_EQ(copy.Format()->Format(), "%.2f%U");
     EXPECT_EQ(assigned.Format()->Format(), "%.2f%U");
     EXPECT_EQ(copy.Precision(), 5);
+    EXPECT_EQ(CTovUnitSettingsAngleLatLon().Precision(), 9);
+    EXPECT_TRUE(CTovUnitSettingsAngleLatLon().IsKindOf(&CTovUnitSettingsAngle::classCTovUnitSettingsAngle));
     EXPECT_EQ(copy.Unit(), 11);
     EXPECT_NE(copy.Format(), assigned.Format());
 }
@@ -149,14 +135,6 @@ TEST_F(UnitSettings, AbbreviateUnits) {
     CString text;
     settings.GetUnitAbbreviation(text);
     EXPECT_EQ(text, "\"");
-}
-
-TEST_F(UnitSettings, KnowTheirClass) {
-    CTovUnitSettingsAngleLatLon const settings;
-    EXPECT_TRUE(settings.IsKindOf(&CTovUnitSettingsAngle::classCTovUnitSettingsAngle));
-    EXPECT_TRUE(settings.IsKindOf(&CObject::classCObject));
-    EXPECT_FALSE(settings.IsKindOf(&CTovUnitSettingsDistance::classCTovUnitSettingsDistance));
-    EXPECT_STREQ(settings.GetRuntimeClass()->m_lpszClassName, "CTovUnitSettingsAngleLatLon");
 }
 
 }  // namespace
