@@ -174,8 +174,8 @@ int TovCheckComCtl32Version(CString& message) {
 
 int TovCheckShell32Version(CString& message) {
     if (Check(shell32, "Shell32.dll", Version(4, 71), 26001, message) != 0) return 1;
-    // An older one is good enough with ShFolder beside it; one that cannot be read is not.
-    return shell32.loaded ? TovCheckShFolderVersion(message) : 0;
+    // An older one is good enough with ShFolder beside it; one that cannot be read fails there too.
+    return TovCheckShFolderVersion(message);
 }
 
 int TovCheckShFolderVersion(CString& message) {

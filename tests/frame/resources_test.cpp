@@ -202,6 +202,15 @@ TEST_F(Resources, LoadingATextTakesTheSlotAndPutsTheCurrentHandleBack) {
     EXPECT_EQ(TovGetResourceHandle(), module) << "what the host had saved is gone";
 }
 
+TEST_F(Resources, ARestoreEmptiesTheOneSlotForAllThreads) {
+    ResourceFolder const one{{"strings.json", R"({"26000": "one"})"}};
+    HINSTANCE const module = Load(one.path());
+    TovSetResourceHandle(module);
+    std::thread([] { TovRestoreResourceHandle(); }).join();
+    TovRestoreResourceHandle();
+    EXPECT_EQ(TovGetResourceHandle(), module) << "the other thread had it all";
+}
+
 TEST_F(Resources, AnotherThreadHasACurrentHandleOfItsOwn) {
     ResourceFolder const one{{"strings.json", R"({"26000": "one"})"}};
     HINSTANCE const module = Load(one.path());
