@@ -4,11 +4,13 @@
 #include <tov310/angle.h>
 #include <tov310/application.h>
 #include <tov310/base64.h>
+#include <tov310/cmd_ui.h>
 #include <tov310/compare.h>
 #include <tov310/distance.h>
 #include <tov310/export.h>
 #include <tov310/format.h>
 #include <tov310/geometry.h>
+#include <tov310/menu.h>
 #include <tov310/messages.h>
 #include <tov310/object.h>
 #include <tov310/packed_angle.h>

@@ -43,6 +43,39 @@ struct CTovSegment {
     friend constexpr bool operator==(CTovSegment const&, CTovSegment const&) = default;
 };
 
+// Pixels of windows and of the screen.
+struct POINT {
+    int x = 0;
+    int y = 0;
+
+    friend constexpr bool operator==(POINT const&, POINT const&) = default;
+};
+
+struct CPoint : POINT {
+    constexpr CPoint() = default;
+    constexpr CPoint(int left, int top) : POINT{left, top} {}
+    constexpr CPoint(POINT const& point) : POINT(point) {}
+};
+
+struct CSize {
+    int cx = 0;
+    int cy = 0;
+
+    friend constexpr bool operator==(CSize const&, CSize const&) = default;
+};
+
+// The right and the bottom side do not belong to it.
+struct CRect {
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+
+    constexpr int Width() const { return right - left; }
+    constexpr int Height() const { return bottom - top; }
+    friend constexpr bool operator==(CRect const&, CRect const&) = default;
+};
+
 // Device coordinate to pixel: to the nearest, a half to the even one (std::rint in the default rounding
 // mode). Values outside the range of int, and NaN, are limited to it; NaN gives 0.
 inline int TovRoundToPixel(double coordinate) {

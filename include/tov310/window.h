@@ -8,7 +8,35 @@
 #include <tov310/object.h>
 #include <tov310/types.h>
 
+#include <span>
+
 namespace tov {
+
+class CCmdTarget;
+class CCmdUI;
+
+// What OnCmdMsg is asked for: to do a command, or to tell the state of one.
+inline constexpr int CN_COMMAND = 0;
+inline constexpr int CN_UPDATE_COMMAND_UI = -1;
+
+// Answers who would handle a command, for those who ask without having it done.
+struct CTovCommandInfo {
+    CCmdTarget* target = nullptr;
+};
+
+// What one class does for a command or a row of them; made by TovCommand in cmd_ui.h.
+struct CTovCommandHandler {
+    unsigned first = 0;
+    unsigned last = 0;
+    int (*command)(CCmdTarget& target, unsigned id) = nullptr;  // 0 lets the command go on
+    void (*update)(CCmdTarget& target, CCmdUI& state) = nullptr;
+};
+
+// The handlers of one class and the table of the class that it comes from, which is asked after it.
+struct CTovCommandTable {
+    CTovCommandTable const* base = nullptr;
+    std::span<CTovCommandHandler const> handlers;
+};
 
 // Base of everything that commands and messages are routed to.
 class TOV_CORE_API CCmdTarget : public CObject {
@@ -17,6 +45,22 @@ class TOV_CORE_API CCmdTarget : public CObject {
     CCmdTarget() = default;
     CCmdTarget(CCmdTarget const&) = delete;
     CCmdTarget& operator=(CCmdTarget const&) = delete;
+
+    // Has a command done (CN_COMMAND; `extra` is of no meaning) or its state told (CN_UPDATE_COMMAND_UI;
+    // `extra` is the CCmdUI*). Answers 1 once somebody has. With `info` nothing is done: 1 means that there
+    // is a handler and that info names it. This class asks its own table; overrides route on to others.
+    virtual int OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info);
+
+ protected:
+    // The handlers of the class, base classes included. The table lives as long as the class:
+    //
+    //   CTovCommandTable const* MyView::GetCommandTable() const {
+    //       static constexpr CTovCommandHandler handlers[] = {
+    //           TovCommand<MyView, &MyView::OnRefresh, &MyView::OnUpdateRefresh>(idRefresh)};
+    //       static CTovCommandTable const table{CView::GetCommandTable(), handlers};
+    //       return &table;
+    //   }
+    virtual CTovCommandTable const* GetCommandTable() const { return nullptr; }
 };
 
 // A window: an object that has a handle from its birth (a Create function) to its death and answers messages
@@ -85,8 +129,8 @@ TOV_CORE_API unsigned TovDispatchPosts();
 TOV_CORE_API bool TovWaitForPosts(unsigned milliseconds);
 
 // Sets a function that tells the host's own loop to call TovDispatchPosts. It is called by the posting thread
-// whenever the empty queue gets its first message, by a dispatch that leaves messages in the queue, and at once
-// when some are waiting already. Null for none.
+// whenever the empty queue gets its first message, by a dispatch that leaves messages in the queue, and at
+// once when some are waiting already. Null for none.
 TOV_CORE_API void TovSetPostWaker(void (*wake)());
 
 // Sets a function that is told of faults of the caller that have no other way to be seen, such as a send from
