@@ -193,11 +193,13 @@ void CMenu::MeasureItem(MEASUREITEMSTRUCT*) {}
 
 void CMenu::DrawItem(DRAWITEMSTRUCT*) {}
 
-void CMenu::TakeEntries(CMenu& other) {
+int CMenu::TakeEntries(CMenu& other) {
+    if (StandsIn(other)) return 0;
     std::vector<Entry> entries = std::exchange(other.m_entries, {});
     for (Entry& entry : entries)
         Adopt(entry);
     m_entries = std::move(entries);
+    return 1;
 }
 
 bool CMenu::Find(CMenu& menu, unsigned place, unsigned flags, Place& found) {
@@ -268,13 +270,16 @@ unsigned CMenu::SetState(unsigned place, unsigned flags, unsigned mask) {
     return before;
 }
 
+// Whether this menu is the other one or a popup somewhere in it.
+bool CMenu::StandsIn(CMenu const& other) const {
+    CMenu const* menu = this;
+    while (menu != nullptr && menu != &other)
+        menu = menu->m_parent;
+    return menu != nullptr;
+}
+
 bool CMenu::CanHold(Entry const& entry) const {
-    if ((entry.flags & MF_POPUP) == 0) return true;
-    if (entry.popup == nullptr) return false;
-    for (CMenu const* menu = this; menu != nullptr; menu = menu->m_parent) {
-        if (menu == entry.popup.get()) return false;
-    }
-    return true;
+    return (entry.flags & MF_POPUP) == 0 || (entry.popup != nullptr && !StandsIn(*entry.popup));
 }
 
 void CMenu::Adopt(Entry& entry) {

@@ -11,6 +11,7 @@
 #include <tov310/format.h>
 #include <tov310/geometry.h>
 #include <tov310/menu.h>
+#include <tov310/menu_popup.h>
 #include <tov310/messages.h>
 #include <tov310/object.h>
 #include <tov310/packed_angle.h>

@@ -98,6 +98,10 @@ class TOV_CORE_API CMenu : public CObject {
     // the number of entries at the top level.
     unsigned InsertCopies(CMenu const& from, unsigned position);
 
+    // Takes over all entries of another menu, which is empty then, in the place of its own. Answers 1, or 0
+    // for a menu that this one stands in.
+    int TakeEntries(CMenu& other);
+
     // Entries of this menu itself.
     unsigned GetMenuItemCount() const;
     // The command at a position: 0 for a separator, tovNoMenuItem for a popup and behind the last.
@@ -127,10 +131,6 @@ class TOV_CORE_API CMenu : public CObject {
     virtual void MeasureItem(MEASUREITEMSTRUCT* item);
     virtual void DrawItem(DRAWITEMSTRUCT* item);
 
- protected:
-    // Takes over all entries of the other menu in the place of its own.
-    void TakeEntries(CMenu& other);
-
  private:
     struct Entry;
     struct Place {
@@ -145,6 +145,7 @@ class TOV_CORE_API CMenu : public CObject {
     int Replace(unsigned place, unsigned flags, Entry entry);
     unsigned SetState(unsigned place, unsigned flags, unsigned mask);
     void Adopt(Entry& entry);
+    bool StandsIn(CMenu const& other) const;
     bool CanHold(Entry const& entry) const;
 
     std::vector<Entry> m_entries;
