@@ -1,15 +1,21 @@
 // Everything of libTov310Core.
 #pragma once
 
+#include <tov310/accelerator.h>
 #include <tov310/angle.h>
 #include <tov310/application.h>
 #include <tov310/base64.h>
 #include <tov310/cmd_ui.h>
 #include <tov310/compare.h>
 #include <tov310/distance.h>
+#include <tov310/document.h>
+#include <tov310/event_channels.h>
 #include <tov310/export.h>
 #include <tov310/format.h>
 #include <tov310/geometry.h>
+#include <tov310/help_app.h>
+#include <tov310/last_documents.h>
+#include <tov310/log_file.h>
 #include <tov310/menu.h>
 #include <tov310/menu_popup.h>
 #include <tov310/messages.h>
@@ -20,9 +26,16 @@
 #include <tov310/profile.h>
 #include <tov310/requirements.h>
 #include <tov310/resources.h>
+#include <tov310/single_instance.h>
 #include <tov310/smart_ptr.h>
+#include <tov310/system.h>
 #include <tov310/system_error.h>
+#include <tov310/text.h>
 #include <tov310/types.h>
+#include <tov310/undo_redo.h>
 #include <tov310/unit_settings.h>
 #include <tov310/value.h>
+#include <tov310/view.h>
+#include <tov310/wait_cursor.h>
+#include <tov310/win_thread.h>
 #include <tov310/window.h>

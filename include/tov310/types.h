@@ -26,6 +26,15 @@ struct HWND {
     friend constexpr auto operator<=>(HWND const&, HWND const&) = default;
 };
 
+// A message on its way.
+struct tagMSG {
+    HWND hwnd;
+    unsigned message = 0;
+    WPARAM wParam = 0;
+    LPARAM lParam = 0;
+};
+using MSG = tagMSG;
+
 }  // namespace tov
 
 template <>

@@ -1,0 +1,128 @@
+#include <tov310/document.h>
+
+#include <tov310/application.h>
+#include <tov310/messages.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace tov {
+
+CView* CFrameWnd::GetActiveView() const {
+    CWnd* const window = CWnd::FromHandlePermanent(m_activeView);
+    bool const isView = window != nullptr && window->IsKindOf(&CView::classCView);
+    return isView ? static_cast<CView*>(window) : nullptr;
+}
+
+void CFrameWnd::SetActiveView(CView* view) {
+    m_activeView = view != nullptr ? view->GetSafeHwnd() : HWND{};
+}
+
+void CFrameWnd::ActivateFrame() {}
+
+CView::~CView() {
+    if (m_pDocument != nullptr) m_pDocument->RemoveView(this);
+}
+
+CFrameWnd* CView::GetParentFrame() const {
+    return nullptr;
+}
+
+CDocument::~CDocument() {
+    for (Life* life = m_lives; life != nullptr; life = life->m_outer)
+        life->m_document = nullptr;
+    for (CView* const view : m_views)
+        view->m_pDocument = nullptr;
+    if (m_template != nullptr) m_template->RemoveDocument(this);
+}
+
+void CDocument::SetTitle(char const* title) {
+    m_title = title != nullptr ? title : "";
+}
+
+void CDocument::AddView(CView* view) {
+    if (view == nullptr || view->m_pDocument == this) return;
+    if (view->m_pDocument != nullptr) view->m_pDocument->RemoveView(view);
+    m_views.push_back(view);
+    view->m_pDocument = this;
+    OnChangedViewList();
+}
+
+void CDocument::RemoveView(CView* view) {
+    auto const found = std::ranges::find(m_views, view);
+    if (found == m_views.end()) return;
+    view->m_pDocument = nullptr;
+    m_views.erase(found);
+    OnChangedViewList();
+}
+
+void CDocument::OnChangedViewList() {}
+
+void CDocument::OnCloseDocument() {
+    Life const life(*this);
+    while (!m_views.empty()) {
+        CView* const view = m_views.front();
+        CFrameWnd* const frame = view->GetParentFrame();
+        RemoveView(view);
+        if (life.IsOver()) return;
+        // The views of the frame may hold the last pointers to this document.
+        if (frame != nullptr) frame->DestroyWindow();
+        if (life.IsOver()) return;
+    }
+    if (m_template != nullptr) m_template->RemoveDocument(this);
+}
+
+CDocument::Life::Life(CDocument& document)
+    : m_document(&document), m_outer(std::exchange(document.m_lives, this)) {}
+
+CDocument::Life::~Life() {
+    if (m_document != nullptr) m_document->m_lives = m_outer;
+}
+
+CDocTemplate::~CDocTemplate() {
+    for (CDocument* const document : m_documents)
+        document->m_template = nullptr;
+}
+
+void CDocTemplate::AddDocument(CDocument* document) {
+    if (document == nullptr || document->m_template == this) return;
+    if (document->m_template != nullptr) document->m_template->RemoveDocument(document);
+    m_documents.push_back(document);
+    document->m_template = this;
+}
+
+void CDocTemplate::RemoveDocument(CDocument* document) {
+    auto const found = std::ranges::find(m_documents, document);
+    if (found == m_documents.end()) return;
+    document->m_template = nullptr;
+    m_documents.erase(found);
+}
+
+int CTovDocument::Compare(CTovDocument* other) {
+    return other == this;
+}
+
+int CTovDocument::ActivateFirstView() const {
+    for (CView* const view : GetViews()) {
+        if (CFrameWnd* const frame = view->GetParentFrame()) {
+            frame->ActivateFrame();
+            frame->SetActiveView(view);
+            return 1;
+        }
+    }
+    return 0;
+}
+
+void CTovDocument::OnCloseDocument() {
+    bool const hasFrame =
+        std::ranges::any_of(GetViews(), [](CView const* view) { return view->GetParentFrame() != nullptr; });
+    CWinApp const* const app = TovGetApp();
+    if (hasFrame && app != nullptr && app->GetMainWnd()) {
+        Life const life(*this);
+        TovSendMessage(app->GetMainWnd(), WM_TOV_DOCUMENT_CLOSE, reinterpret_cast<WPARAM>(this));
+        if (life.IsOver()) return;
+    }
+    CDocument::OnCloseDocument();
+}
+
+}  // namespace tov

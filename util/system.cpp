@@ -1,0 +1,37 @@
+#include <tov310/system.h>
+
+#include "util/immortal.h"
+
+#include <atomic>
+
+namespace tov {
+namespace {
+
+class NoScreen final : public ITovSystem {};
+
+ITovSystem* DefaultSystem() {
+    static Immortal<NoScreen> none;
+    return &*none;
+}
+
+std::atomic<ITovSystem*> systemInForce{nullptr};  // null stands for the default
+
+}  // namespace
+
+ITovSystem::~ITovSystem() = default;
+
+void ITovSystem::SetCursor(unsigned int) {}
+
+void ITovSystem::RefreshCursor() {}
+
+ITovSystem* TovGetSystem() {
+    ITovSystem* const system = systemInForce.load();
+    return system != nullptr ? system : DefaultSystem();
+}
+
+ITovSystem* TovSetSystem(ITovSystem* system) {
+    ITovSystem* const before = systemInForce.exchange(system);
+    return before != nullptr ? before : DefaultSystem();
+}
+
+}  // namespace tov
