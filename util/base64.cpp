@@ -79,6 +79,19 @@ CString TovEncodeBase64(CString const& path) try {
     return {};
 }
 
+CString TovEncodeIso8859(char const* text) {
+    constexpr char hex[] = "0123456789ABCDEF";
+    CString encoded;
+    for (; text != nullptr && *text != '\0'; ++text) {
+        unsigned const byte = static_cast<unsigned char>(*text);
+        if (byte < 0x9A && byte != '=')
+            encoded += *text;
+        else
+            encoded.append({'=', hex[byte >> 4], hex[byte & 15]});
+    }
+    return encoded;
+}
+
 unsigned long TovDecodeBase64(unsigned char* text) {
     if (text == nullptr) return 0;
     // What is written never overtakes what was read: four characters are read before three bytes are written.

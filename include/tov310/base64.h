@@ -19,4 +19,7 @@ TOV_CORE_API CString TovEncodeBase64(CString const& path);
 // as the ordinary one: skips "=" and everything that is not of the alphabet, and drops a lone last character.
 TOV_CORE_API unsigned long TovDecodeBase64(unsigned char* text);
 
+// The text with every byte from 0x9A on and every "=" as "=" and two hexadecimal digits, for headers of mails.
+TOV_CORE_API CString TovEncodeIso8859(char const* text);
+
 }  // namespace tov

@@ -141,6 +141,12 @@ TEST(Base64, DecoderTouchesNothingBehindItsText) {
               std::string_view("\0behind\0", 8));
 }
 
+TEST(Iso8859, BytesOutsideItsRangeAndTheMarkItselfAreEscaped) {
+    EXPECT_EQ(TovEncodeIso8859("a=b\x99\x9a\xc3\xa4\xff\r\n"), "a=3Db\x99=9A=C3=A4=FF\r\n");
+    EXPECT_EQ(TovEncodeIso8859(""), "");
+    EXPECT_EQ(TovEncodeIso8859(nullptr), "");
+}
+
 TEST(Base64, WholeFilesAreEncodedInLinesOf76) {
     test::TemporaryFolder const folder;
     std::mt19937 random(312);
