@@ -124,8 +124,8 @@ enum MessageOrdinal : unsigned {
 
 inline constexpr unsigned tovMessageCount = detail::messageCount;
 
-// Messages of the platform. A command that was chosen: its id in the lowest 16 bits of wParam, where a menu leaves
-// the others 0; lParam 0 for a menu.
+// Messages of the platform. A command that was chosen: its id in the lowest 16 bits of wParam, where a menu
+// leaves the others 0; lParam 0 for a menu.
 inline constexpr unsigned WM_COMMAND = 0x0111;
 
 #define TOV_MESSAGE_NUMBER(name) \
