@@ -4,7 +4,6 @@
 #include <tov310/messages.h>
 
 #include <algorithm>
-#include <utility>
 
 namespace tov {
 
@@ -29,8 +28,6 @@ CFrameWnd* CView::GetParentFrame() const {
 }
 
 CDocument::~CDocument() {
-    for (Life* life = m_lives; life != nullptr; life = life->m_outer)
-        life->m_document = nullptr;
     for (CView* const view : m_views)
         view->m_pDocument = nullptr;
     if (m_template != nullptr) m_template->RemoveDocument(this);
@@ -59,24 +56,17 @@ void CDocument::RemoveView(CView* view) {
 void CDocument::OnChangedViewList() {}
 
 void CDocument::OnCloseDocument() {
-    Life const life(*this);
+    auto const life = Life();
     while (!m_views.empty()) {
         CView* const view = m_views.front();
         CFrameWnd* const frame = view->GetParentFrame();
         RemoveView(view);
-        if (life.IsOver()) return;
+        if (life.expired()) return;
         // The views of the frame may hold the last pointers to this document.
         if (frame != nullptr) frame->DestroyWindow();
-        if (life.IsOver()) return;
+        if (life.expired()) return;
     }
     if (m_template != nullptr) m_template->RemoveDocument(this);
-}
-
-CDocument::Life::Life(CDocument& document)
-    : m_document(&document), m_outer(std::exchange(document.m_lives, this)) {}
-
-CDocument::Life::~Life() {
-    if (m_document != nullptr) m_document->m_lives = m_outer;
 }
 
 CDocTemplate::~CDocTemplate() {
@@ -118,9 +108,9 @@ void CTovDocument::OnCloseDocument() {
         std::ranges::any_of(GetViews(), [](CView const* view) { return view->GetParentFrame() != nullptr; });
     CWinApp const* const app = TovGetApp();
     if (hasFrame && app != nullptr && app->GetMainWnd()) {
-        Life const life(*this);
+        auto const life = Life();
         TovSendMessage(app->GetMainWnd(), WM_TOV_DOCUMENT_CLOSE, reinterpret_cast<WPARAM>(this));
-        if (life.IsOver()) return;
+        if (life.expired()) return;
     }
     CDocument::OnCloseDocument();
 }

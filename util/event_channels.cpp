@@ -9,6 +9,7 @@
 
 namespace tov {
 
+ITovEvent::~ITovEvent() = default;
 ITovEventSupplier::~ITovEventSupplier() = default;
 ITovEventConsumer::~ITovEventConsumer() = default;
 ITovEventChannel::~ITovEventChannel() = default;

@@ -4,6 +4,7 @@
 #include <tov310/smart_ptr.h>
 #include <tov310/view.h>
 
+#include <memory>
 #include <vector>
 
 namespace tov {
@@ -38,20 +39,8 @@ class TOV_CORE_API CDocument : public CCmdTarget {
     virtual void OnChangedViewList();
 
  protected:
-    // Tells in the middle of an operation whether the document has died of what it called.
-    class TOV_CORE_API Life {
-     public:
-        explicit Life(CDocument& document);
-        Life(Life const&) = delete;
-        Life& operator=(Life const&) = delete;
-        ~Life();
-        bool IsOver() const { return m_document == nullptr; }
-
-     private:
-        friend class CDocument;
-        CDocument* m_document;
-        Life* m_outer;
-    };
+    // Expires with the document: tells in the middle of an operation whether it has died of what it called.
+    std::weak_ptr<void const> Life() const { return m_life; }
 
  private:
     friend class CDocTemplate;
@@ -59,7 +48,7 @@ class TOV_CORE_API CDocument : public CCmdTarget {
     CString m_title;
     CDocTemplate* m_template = nullptr;
     std::vector<CView*> m_views;
-    Life* m_lives = nullptr;
+    std::shared_ptr<void const> m_life = std::make_shared<char>();
 };
 
 // A kind of documents: the list of those that are open. It does not own them.

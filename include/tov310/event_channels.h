@@ -67,7 +67,7 @@ class TOV_CORE_API ITovEvent {
 
  protected:
     ITovEvent() = default;
-    ~ITovEvent() = default;
+    virtual ~ITovEvent();
 };
 
 // Who receives events. The channel does not own it: a consumer unregisters before it goes.
