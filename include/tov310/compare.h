@@ -8,6 +8,19 @@ namespace tov {
 // By bytes, as strcmp does, which for UTF-8 is by code points. Null counts as empty.
 TOV_CORE_API int TovCompare(char const* a, char const* b);
 
+// The order in which numbers within a text sort by value: runs of the digits 0 to 9 compare as numbers, of
+// any length; numbers of equal value are equal however many zeros they begin with; everything else compares
+// by bytes. So "a9" < "a10" and "a01" = "a1". Null counts as empty. An order (transitive) of classes of equal
+// texts: sort with any algorithm.
+TOV_CORE_API int TovStringCompareIS(char const* const& a, char const* const& b);
+TOV_CORE_API int TovCompareIS(char const* a, char const* b);
+
+// The same without regard to the case of letters: characters compare as their small letters, in all scripts
+// and whatever the locale (simple case folding of Unicode). Bytes that are no UTF-8 come behind all
+// characters.
+TOV_CORE_API int TovStringCompareNoCaseIS(char const* const& a, char const* const& b);
+TOV_CORE_API int TovCompareNoCaseIS(char const* a, char const* b);
+
 TOV_CORE_API int TovCompare(int a, int b);
 
 // Equal when |a - b| < e * max(|a|, |b|) + e with e = 2^-52. A NaN equals a NaN and comes behind every
