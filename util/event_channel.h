@@ -70,10 +70,18 @@ class CTovEventChannel final : public ITovEventChannel {
     };
     using Consumers = std::vector<Consumer>;
 
+    // An event on its way to consumers.
+    struct Passing {
+        CTovEventPriv const& event;
+        ITovEventSupplier* supplier;
+        void Forget(ITovEventSupplier const* leaving);
+    };
+
     // A push under way. It walks the table by position until somebody changes the table, and from then on its
     // copy of the consumers that were still to come.
     struct Push {
         Push* outer;
+        Passing passing;
         std::size_t next = 0;
         bool detached = false;
         std::vector<ITovEventConsumer*> copy{};
@@ -83,6 +91,7 @@ class CTovEventChannel final : public ITovEventChannel {
     struct Flush {
         Flush* outer;
         ITovEventConsumer* consumer;
+        Passing* passing = nullptr;
         bool removed = false;
     };
 
@@ -95,7 +104,8 @@ class CTovEventChannel final : public ITovEventChannel {
     Consumer* NextOf(Push& push);
     void BeforeChange();
     bool IsBeingFlushed(ITovEventConsumer* consumer) const;
-    void Hold(ITovEventConsumer* consumer, ITovEvent* event, ITovEventSupplier* supplier);
+    void ForgetSupplier(ITovEventSupplier const* supplier);
+    void Hold(ITovEventConsumer* consumer, Passing const& passing);
     static bool Deliver(ITovEventConsumer& consumer, ITovEvent& event) noexcept;
 
     long m_references = 1;

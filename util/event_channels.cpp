@@ -2,7 +2,7 @@
 
 #include <tov310/plugin.h>
 
-#include "util/immortal.h"
+#include "vesk/immortal.h"
 
 #include <algorithm>
 #include <memory>
@@ -135,16 +135,30 @@ int CTovEventChannel::RegisterConsumer(ITovEventConsumer* consumer, int enabled)
     return 1;
 }
 
-int CTovEventChannel::UnregisterConsumer(ITovEventConsumer* consumer, ITovEventSupplier* supplier) {
-    if (supplier != nullptr) {
-        for (Consumer& other : m_consumers) {
-            for (auto& [priority, held] : other.held) {
-                if (held.supplier != supplier) continue;
-                held.supplier = nullptr;
-                held.event.ForgetSupplier(supplier);
-            }
+void CTovEventChannel::Passing::Forget(ITovEventSupplier const* leaving) {
+    if (supplier != leaving) return;
+    supplier = nullptr;
+    event.ForgetSupplier(leaving);
+}
+
+// It may leave while its own event is on the way.
+void CTovEventChannel::ForgetSupplier(ITovEventSupplier const* supplier) {
+    for (Consumer& consumer : m_consumers) {
+        for (auto& [priority, held] : consumer.held) {
+            if (held.supplier != supplier) continue;
+            held.supplier = nullptr;
+            held.event.ForgetSupplier(supplier);
         }
     }
+    for (Push* push = m_pushes; push != nullptr; push = push->outer)
+        push->passing.Forget(supplier);
+    for (Flush* flush = m_flushes; flush != nullptr; flush = flush->outer) {
+        if (flush->passing != nullptr) flush->passing->Forget(supplier);
+    }
+}
+
+int CTovEventChannel::UnregisterConsumer(ITovEventConsumer* consumer, ITovEventSupplier* supplier) {
+    if (supplier != nullptr) ForgetSupplier(supplier);
     Consumer* const found = consumer != nullptr ? Find(consumer) : nullptr;
     if (found == nullptr) return 1;
     BeforeChange();
@@ -178,12 +192,12 @@ inline bool CTovEventChannel::Deliver(ITovEventConsumer& consumer, ITovEvent& ev
     }
 }
 
-void CTovEventChannel::Hold(ITovEventConsumer* consumer, ITovEvent* event, ITovEventSupplier* supplier) {
+void CTovEventChannel::Hold(ITovEventConsumer* consumer, Passing const& passing) {
     // The calls into the event come first: it may be of the host's making and change the table meanwhile.
-    CTovEventPriv reference(event);
-    int const priority = event->Priority();
+    CTovEventPriv reference(passing.event.Event());
+    int const priority = reference.Event()->Priority();
     if (Consumer* const found = Find(consumer)) {
-        found->held.emplace(priority, HeldEvent{std::move(reference), supplier});
+        found->held.emplace(priority, HeldEvent{std::move(reference), passing.supplier});
     }
 }
 
@@ -191,13 +205,13 @@ int CTovEventChannel::PushEvent(ITovEvent* event, ITovEventSupplier* supplier) {
     if (event == nullptr || supplier == nullptr) return -1;
     CTovEventPriv const reference(event);
     reference.Stamp(m_id, supplier);
-    Push push{m_pushes};
+    Push push{m_pushes, {reference, supplier}};
     Work const work(*this, m_pushes, push);
     while (Consumer* const next = NextOf(push)) {
         if (next->enabled != 0) {
             Deliver(*next->consumer, *event);
         } else {
-            Hold(next->consumer, event, supplier);
+            Hold(next->consumer, push.passing);
         }
     }
     return 0;
@@ -214,7 +228,10 @@ int CTovEventChannel::FlushConsumer(ITovEventConsumer* consumer) {
         auto const node = found->held.extract(found->held.begin());
         HeldEvent const& held = node.mapped();
         held.event.Stamp(m_id, held.supplier);
+        Passing passing{held.event, held.supplier};
+        flush.passing = &passing;
         delivered += Deliver(*consumer, *held.event.Event());
+        flush.passing = nullptr;
     }
     return delivered;
 }
