@@ -10,6 +10,7 @@ HandleTable& HandleTable::Instance() {
 }
 
 HWND HandleTable::Add(CWnd& window) {
+    std::scoped_lock const lock(m_guard);
     std::uint32_t index = 0;
     if (!m_free.empty()) {
         index = m_free.back();
@@ -31,6 +32,7 @@ HWND HandleTable::Add(CWnd& window) {
 }
 
 void HandleTable::Remove(HWND window) {
+    std::scoped_lock const lock(m_guard);
     if (SlotOf(window) == nullptr) return;
     auto const index = static_cast<std::uint32_t>(window.id);
     Slot& slot = SlotAt(index);

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 namespace tov {
@@ -26,7 +27,7 @@ class HandleTable {
     // Null for a dead handle. Only on the user-interface thread.
     CWnd* Find(HWND window) const {
         Slot const* const slot = SlotOf(window);
-        return slot != nullptr ? slot->window : nullptr;
+        return slot != nullptr ? slot->window.load(std::memory_order_relaxed) : nullptr;
     }
 
     // Any thread may ask.
@@ -35,7 +36,7 @@ class HandleTable {
  private:
     struct Slot {
         std::atomic<std::uint64_t> id{0};  // of the living window; 0 for none
-        CWnd* window = nullptr;
+        std::atomic<CWnd*> window{nullptr};
         std::uint32_t generation = 0;
     };
 
@@ -58,6 +59,7 @@ class HandleTable {
 
     // Slots never move, so that other threads can look while one is added.
     std::array<std::atomic<Chunk*>, chunkCount> m_chunks{};
+    std::mutex m_guard;  // of what follows: a window may be destroyed on a wrong thread, which is reported
     std::vector<std::uint32_t> m_free;
     std::uint32_t m_used = 0;
 };

@@ -1,6 +1,8 @@
 #include <tov310/messages.h>
 #include <tov310/window.h>
 
+#include "vesk/immortal.h"
+
 #include <map>
 #include <mutex>
 #include <string>
@@ -30,7 +32,8 @@ struct Registry {
 
 unsigned TovRegisterMessage(char const* name) {
     if (name == nullptr || *name == '\0') return 0;
-    static Registry registry;
+    static Immortal<Registry> immortal;
+    Registry& registry = *immortal;
     std::scoped_lock const lock(registry.guard);
     auto const found = registry.numbers.find(std::string_view(name));
     if (found != registry.numbers.end()) return found->second;

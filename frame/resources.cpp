@@ -3,12 +3,12 @@
 
 #include "frame/resource_module.h"
 #include "vesk/error_codes.h"
+#include "vesk/file.h"
+#include "vesk/immortal.h"
 #include "vesk/module.h"
 
 #include <atomic>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <mutex>
 #include <utility>
 #include <vector>
@@ -78,34 +78,36 @@ std::unique_ptr<CTovResourceModule> CTovResourceModule::FromFolder(std::string c
                                                                    std::string& reason) {
     namespace fs = std::filesystem;
     auto module = std::make_unique<CTovResourceModule>();
+    auto const load = [&](fs::path const& file) {
+        std::string bytes;
+        if (std::error_code const failure = ReadWholeFile(file.c_str(), bytes)) {
+            error = VeskErrorCode(failure.value());
+            reason = file.string();
+            return false;
+        }
+        auto const stored = module->m_contents.insert_or_assign(
+            file.lexically_relative(folder).generic_string(), std::move(bytes));
+        module->m_files.insert_or_assign(stored.first->first, stored.first->second);
+        return true;
+    };
+    // The texts first: a folder without them is no module, whatever else it holds.
+    if (!load(fs::path(folder) / stringsFile)) return nullptr;
+    if (!ParseStringTable(module->m_contents[stringsFile], module->m_strings, reason)) {
+        error = TOV_ERROR_INVALID_PARAMETER;
+        reason = CString(stringsFile) + ": " + reason;
+        return nullptr;
+    }
     std::error_code failure;
     fs::recursive_directory_iterator entry(folder, failure);
     for (; !failure && entry != fs::recursive_directory_iterator(); entry.increment(failure)) {
-        if (!entry->is_regular_file(failure)) continue;
-        std::ifstream file(entry->path(), std::ios::binary);
-        std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-        if (!file) {
-            error = TOV_ERROR_IO;
-            reason = entry->path().string();
+        std::error_code unknown;
+        if (entry->is_regular_file(unknown) && entry->path().filename() != stringsFile &&
+            !load(entry->path())) {
             return nullptr;
         }
-        auto const stored = module->m_contents.insert_or_assign(
-            entry->path().lexically_relative(folder).generic_string(), std::move(bytes));
-        module->m_files.emplace(stored.first->first, stored.first->second);
     }
     if (failure) {
         error = VeskErrorCode(failure.value());
-        return nullptr;
-    }
-    auto const strings = module->m_contents.find(stringsFile);
-    if (strings == module->m_contents.end()) {
-        error = TOV_ERROR_NOT_FOUND;
-        reason = (fs::path(folder) / stringsFile).string();
-        return nullptr;
-    }
-    if (!ParseStringTable(strings->second, module->m_strings, reason)) {
-        error = TOV_ERROR_INVALID_PARAMETER;
-        reason = strings->first + ": " + reason;
         return nullptr;
     }
     return module;
@@ -117,9 +119,9 @@ std::string_view CTovResourceModule::FindFile(std::string_view name) const {
 }
 
 std::string const& LibraryString(unsigned id) {
-    static std::string const none;
+    static Immortal<std::string> none;
     std::string const* const text = FindString(libraryHandle.load(std::memory_order_acquire), id);
-    return text != nullptr ? *text : none;
+    return text != nullptr ? *text : *none;
 }
 
 HINSTANCE TovBuiltInResourceModule() {

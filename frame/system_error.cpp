@@ -23,7 +23,9 @@ constexpr unsigned long lastNetworkCode = 2999;
 HINSTANCE NetworkMessages() {
     static HINSTANCE const module = []() -> HINSTANCE {
         static char const here = 0;
-        std::filesystem::path const folder = std::filesystem::path(VeskModulePath(&here)).parent_path();
+        CString const library = VeskModulePath(&here);
+        if (library.empty()) return nullptr;
+        std::filesystem::path const folder = std::filesystem::path(library).parent_path();
         for (char const* name : {"netmsg", "netmsg.so"}) {
             std::filesystem::path const candidate = folder / name;
             std::error_code failure;

@@ -1,7 +1,7 @@
 // The cache of initialisation files and their locked edits. See the header for the model.
 #include "util/ini_store.h"
 
-#include "util/immortal.h"
+#include "vesk/immortal.h"
 
 #include <algorithm>
 #include <utility>

@@ -11,10 +11,6 @@ namespace {
 constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view newLineEnd = "\r\n";
 
-bool HasLineEnd(std::string_view text) {
-    return text.find_first_of("\r\n") != std::string_view::npos;
-}
-
 }  // namespace
 
 IniText::IniText(std::string bytes) : m_bytes(std::move(bytes)) {

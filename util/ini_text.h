@@ -2,10 +2,12 @@
 // here.
 //
 // A text is a row of lines, each closed by LF or CR LF (the last one perhaps by nothing):
-//   [section]      opens a section; text behind the "]" means nothing, and a missing "]" stands at the line's
-//   end name=value     an entry; blanks around name and value do not belong to them ; comment      like an
-//   empty line, for people only anything else  a bare line: no entry, but given out with the list of the
-//   section
+//
+//   [section]     opens a section; text behind the "]" means nothing, a missing "]" stands at the line's end
+//   name=value    an entry; blanks around name and value do not belong to them
+//   ; comment     like an empty line, for people only
+//   anything else is a bare line: no entry, but given out with the list of its section
+//
 // Lines above the first section belong to nobody. Where a section, or an entry in it, stands twice, the first
 // one counts. A line is read up to its first zero byte. A byte order mark of UTF-8 is passed over; a text in
 // UTF-16 is left alone altogether.

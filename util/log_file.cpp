@@ -1,6 +1,6 @@
 #include <tov310/log_file.h>
 
-#include "util/immortal.h"
+#include "vesk/immortal.h"
 #include "vesk/append_file.h"
 #include "vesk/print.h"
 

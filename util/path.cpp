@@ -27,7 +27,7 @@ void TovEnsureTrailingBackslash(CString& path) {
 }
 
 void TovRemoveTrailingBackslash(CString& path) {
-    if (!path.empty() && IsPathSeparator(path.back())) path.pop_back();
+    if (path.size() > 1 && IsPathSeparator(path.back())) path.pop_back();
 }
 
 void TovSplitPath(char const* path, CString& drive, CString& directory, CString& name, CString& extension) {

@@ -8,6 +8,7 @@
 #include "util/profile_text.h"
 #include "util/registry_store.h"
 #include "vesk/file.h"
+#include "vesk/immortal.h"
 
 #include <algorithm>
 #include <array>
@@ -23,8 +24,8 @@ constexpr std::size_t mostRegistryData = 8192;  // bytes of a listed text with i
 constexpr std::size_t mostRegistryName = 260;   // characters of a listed name
 
 CString& ProfilePath() {
-    static CString path;
-    return path;
+    static Immortal<CString> path;
+    return *path;
 }
 
 HKEY& ProfileRoot() {
@@ -199,6 +200,11 @@ int WriteFileString(char const* path, char const* section, char const* entry, ch
 }
 
 int WriteRegistryString(char const* path, char const* section, char const* entry, char const* value) {
+    // What a file could not hold is refused here too, so that a list of entries stays one.
+    if (HasLineEnd(section) || (entry != nullptr && HasLineEnd(entry)) ||
+        (value != nullptr && HasLineEnd(value))) {
+        return 0;
+    }
     auto& store = RegistryStore::Instance();
     auto const key = RegistrySection(path, section);
     if (entry == nullptr) return store.DeleteKey(ProfileRoot(), key);
@@ -278,6 +284,7 @@ int CTovProfileEntries::WriteProfileInt(char const* path, char const* section, c
         if (NamesFile(OrEmpty(path))) {
             return WriteFileString(path, OrEmpty(section), OrEmpty(entry), ProfileNumberText(value).c_str());
         }
+        if (HasLineEnd(OrEmpty(section)) || HasLineEnd(OrEmpty(entry))) return 0;
         return RegistryStore::Instance().Write(ProfileRoot(),
                                                RegistrySection(OrEmpty(path), OrEmpty(section)),
                                                OrEmpty(entry), {registryNumber, value, {}});

@@ -105,4 +105,9 @@ constexpr std::string_view CutProfileText(std::string_view text, std::size_t lim
     return text.substr(0, limit);
 }
 
+// A line end would break the text of a file, and a list of entries, in two.
+inline bool HasLineEnd(std::string_view text) {
+    return text.find_first_of("\r\n") != std::string_view::npos;
+}
+
 }  // namespace tov

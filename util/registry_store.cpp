@@ -1,7 +1,7 @@
 // The registry tree on SQLite. See the header for the model.
 #include "util/registry_store.h"
 
-#include "util/immortal.h"
+#include "vesk/immortal.h"
 
 #include <sqlite3.h>
 

@@ -3,7 +3,7 @@
 #include <tov310/system_error.h>
 #include <tov310/window.h>
 
-#include "util/immortal.h"
+#include "vesk/immortal.h"
 #include "vesk/error_codes.h"
 #include "vesk/local_socket.h"
 #include "vesk/lock_file.h"

@@ -1,6 +1,6 @@
 #include <tov310/system.h>
 
-#include "util/immortal.h"
+#include "vesk/immortal.h"
 
 #include <atomic>
 

@@ -1,7 +1,7 @@
 #include <tov310/text.h>
 
 #include "frame/resource_module.h"
-#include "util/immortal.h"
+#include "vesk/immortal.h"
 
 #include <array>
 #include <charconv>

@@ -37,6 +37,12 @@ constexpr bool HasFields(long unit) {
     return unit == TOV_UNIT_DMS || unit == TOV_UNIT_GON;
 }
 
+// The decimals of the packed number: four digits of minutes and seconds, and one more.
+int PackedPrecision(long unit, int precision) {
+    constexpr int more = 5;
+    return precision >= 0 && HasFields(unit) ? std::min(precision, maxNumberWidth) + more : precision;
+}
+
 // Whether the first character of the word stands anywhere in the text.
 bool HasLetterOf(std::string_view text, std::string_view word) {
     if (word.empty()) return false;
@@ -115,7 +121,7 @@ int CTovValueAngle::SetDouble(double value) {
 }
 
 void CTovValueAngle::GetString(CString& out) {
-    ConvertStdTo(out, TOV_UNIT_ANGLE, m_pUnitSettings->Precision(),
+    ConvertStdTo(out, TOV_UNIT_ANGLE, RoundingPrecision(*m_pUnitSettings),
                  static_cast<unsigned long>(m_pUnitSettings->Format()->LimitToCircle()));
 }
 
@@ -175,7 +181,7 @@ int CTovValueAngle::ConvertToStd(char const* text, long unit, int precision, uns
 
 int CTovValueAngle::ConvertToStd(double value, long unit, int precision, unsigned long limit) {
     CheckUnit(unit);
-    if (precision >= 0 && HasFields(unit)) precision += 5;
+    precision = PackedPrecision(unit, precision);
     double radians = 0;
     Status(Convert(value, unit, radians, TOV_UNIT_RADIANS, precision, limit));
     SetDouble(radians);
@@ -184,8 +190,7 @@ int CTovValueAngle::ConvertToStd(double value, long unit, int precision, unsigne
 
 int CTovValueAngle::ConvertStdTo(double& out, long unit, int precision, unsigned long limit) {
     CheckUnit(unit);
-    // The decimals of the packed number: four digits of minutes and seconds, and one more.
-    if (precision >= 0 && HasFields(unit)) precision += 5;
+    precision = PackedPrecision(unit, precision);
     Status(Convert(m_dValue, TOV_UNIT_RADIANS, out, unit, precision, limit));
     return Status();
 }
@@ -211,19 +216,63 @@ int CTovValueAngle::ConvertStdTo(CString& out, long unit, int precision, unsigne
 
     CTovFormat& format = *m_pUnitSettings->Format();
     bool const hasFormat = format.HasFormat();
-    CString hemisphere;
-    if (IsLatOrLon()) {
-        hemisphere = LibraryString(HemisphereText(number >= 0));
-        number = std::fabs(number);
+    if (limit != 0) number = WithinPrintedCircle(number);
+    bool positive = number >= 0;
+    if (IsLatOrLon()) number = std::fabs(number);
+    auto const print = [&](double what, CString& text) {
+        if (hasFormat) {
+            format.CustomFormat(hemisphereToken,
+                                IsLatOrLon() ? LibraryString(HemisphereText(positive)).c_str() : nullptr);
+        }
+        format.ConvertToString(what, m_pUnitSettings->Unit(), text);
+    };
+    print(number, out);
+    if (IsLatOrLon() && !positive) {
+        // What prints as zero reads back as zero, which lies on the positive side. A format may hold digits
+        // of its own: there zero itself tells.
+        bool zero = out.find_first_of("123456789") == CString::npos;
+        if (!zero && hasFormat) {
+            CString nothing = out;
+            print(0, nothing);
+            zero = nothing == out;
+        }
+        positive = zero;
+        if (zero && hasFormat) print(number, out);
     }
-    if (hasFormat) format.CustomFormat(hemisphereToken, hemisphere.empty() ? nullptr : hemisphere.c_str());
-    format.ConvertToString(number, m_pUnitSettings->Unit(), out);
-    if (!hasFormat && !hemisphere.empty()) {
-        // What prints as zero reads back as zero, which lies on the positive side.
-        bool const zero = out.find_first_of("123456789") == CString::npos;
-        out += " " + (zero ? LibraryString(HemisphereText(true)) : hemisphere);
-    }
+    if (!hasFormat && IsLatOrLon()) out += " " + LibraryString(HemisphereText(positive));
     return Status();
+}
+
+// With the limit set a number that would be printed as a full circle is 0. Units with fields, and packed
+// numbers, are limited where they are cut.
+double CTovValueAngle::WithinPrintedCircle(double number) const {
+    CTovFormat& format = *m_pUnitSettings->Format();
+    bool const small = format.UseSecOnly() != 0 && !format.HasFormat();
+    double circle = 0;
+    double scale = 1;
+    switch (m_pUnitSettings->Unit()) {
+        case TOV_UNIT_DEGREES:
+            circle = 360, scale = small ? 3600 : 1;
+            break;
+        case TOV_UNIT_GRADS:
+            circle = 400, scale = small ? 1000 : 1;
+            break;
+        case TOV_UNIT_GON:
+        case TOV_UNIT_PACKED_GON:
+            circle = small ? 400 : 0, scale = 1000;
+            break;
+        case TOV_UNIT_REVOLUTIONS:
+            circle = 1;
+            break;
+        case TOV_UNIT_RADIANS:
+            circle = twoPi;
+            break;
+        default:
+            break;
+    }
+    if (circle == 0) return number;
+    double const power = std::pow(10.0, std::min(format.DecimalsShown(), 15));
+    return std::round(std::fabs(number) * scale * power) / power >= circle * scale ? 0 : number;
 }
 
 unsigned CTovValueAngle::HemisphereText(bool positive) const {
@@ -233,19 +282,19 @@ unsigned CTovValueAngle::HemisphereText(bool positive) const {
 
 int CTovValueAngle::ConvertStdTo(CString& out, CTovUnitSettings* other) {
     if (other == nullptr) other = m_pUnitSettings;
-    return ConvertStdTo(out, other->Unit(), other->Precision(),
+    return ConvertStdTo(out, other->Unit(), RoundingPrecision(*other),
                         static_cast<unsigned long>(other->Format()->LimitToCircle()));
 }
 
 int CTovValueAngle::ConvertStdTo(CString& out, int usePrecision, int useLimit) {
     return ConvertStdTo(
-        out, m_pUnitSettings->Unit(), usePrecision != 0 ? m_pUnitSettings->Precision() : -1,
+        out, m_pUnitSettings->Unit(), usePrecision != 0 ? RoundingPrecision(*m_pUnitSettings) : -1,
         useLimit != 0 ? static_cast<unsigned long>(m_pUnitSettings->Format()->LimitToCircle()) : 0UL);
 }
 
 int CTovValueAngle::ConvertStdTo(double& out, int usePrecision, int useLimit) {
     return ConvertStdTo(
-        out, m_pUnitSettings->Unit(), usePrecision != 0 ? m_pUnitSettings->Precision() : -1,
+        out, m_pUnitSettings->Unit(), usePrecision != 0 ? RoundingPrecision(*m_pUnitSettings) : -1,
         useLimit != 0 ? static_cast<unsigned long>(m_pUnitSettings->Format()->LimitToCircle()) : 0UL);
 }
 

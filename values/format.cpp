@@ -399,6 +399,11 @@ void CTovFormat::BuildFmtList() {
         rest.remove_prefix(at + 2);
     }
     m_expandedFormat.push_back({CString(rest), false});
+    // A format of nothing is none.
+    if (std::all_of(m_expandedFormat.begin(), m_expandedFormat.end(),
+                    [](Piece const& p) { return p.text.empty(); })) {
+        m_expandedFormat.clear();
+    }
 }
 
 std::vector<CTovFormat::Piece> CTovFormat::WithCustomText() const {

@@ -46,6 +46,18 @@ bool ReadFloating(std::string_view& text, T& value) {
     return true;
 }
 
+// The decimal exponent of a number that is rounded to so many decimals in the scientific form.
+int ExponentOf(double magnitude, int decimals) {
+    char digits[maxNumberWidth + 330];
+    char* const end =
+        std::to_chars(digits, digits + sizeof digits, magnitude, std::chars_format::scientific, decimals).ptr;
+    char const* exponent = std::find(digits, end, 'e') + 1;
+    if (*exponent == '+') ++exponent;
+    int number = 0;
+    std::from_chars(exponent, end, number);
+    return number;
+}
+
 int ReadLimited(std::string_view format, std::size_t& at) {
     int number = 0;
     for (; at < format.size() && IsDigit(format[at]); ++at) {
@@ -73,6 +85,9 @@ std::size_t ReadConversion(std::string_view format, std::size_t position, Number
             case '0':
                 conversion.zeros = true;
                 break;
+            case '#':
+                conversion.full = true;
+                break;
             default:
                 flag = false;
                 continue;
@@ -89,6 +104,7 @@ std::size_t ReadConversion(std::string_view format, std::size_t position, Number
             conversion.precision = ReadLimited(format, at);
         }
     }
+    if (at < format.size() && (format[at] == 'l' || format[at] == 'L')) ++at;
     if (at >= format.size() || std::string_view("fFeEgG").find(format[at]) == std::string_view::npos)
         return 0;
     conversion.kind = format[at];
@@ -101,12 +117,25 @@ void AppendNumber(std::string& out, double value, NumberConversion const& conver
     bool const finite = std::isfinite(value);
     char const kind = conversion.kind;
     bool const upper = kind >= 'A' && kind <= 'Z';
-    auto const format = kind == 'f' || kind == 'F'   ? std::chars_format::fixed
-                        : kind == 'e' || kind == 'E' ? std::chars_format::scientific
-                                                     : std::chars_format::general;
-    char* const end = std::to_chars(digits, digits + sizeof digits, std::fabs(value), format,
-                                    std::clamp(conversion.precision, 0, maxNumberWidth))
-                          .ptr;
+    auto format = kind == 'f' || kind == 'F'   ? std::chars_format::fixed
+                  : kind == 'e' || kind == 'E' ? std::chars_format::scientific
+                                               : std::chars_format::general;
+    int precision = std::clamp(conversion.precision, 0, maxNumberWidth);
+    if (conversion.full && finite && format == std::chars_format::general) {
+        // All digits: the form that the rounded number's exponent chooses, without cutting zeros.
+        precision = std::max(precision, 1);
+        int const exponent = ExponentOf(std::fabs(value), precision - 1);
+        bool const fixed = exponent >= -4 && exponent < precision;
+        format = fixed ? std::chars_format::fixed : std::chars_format::scientific;
+        precision -= fixed ? 1 + exponent : 1;
+    }
+    char* end = std::to_chars(digits, digits + sizeof digits, std::fabs(value), format, precision).ptr;
+    if (conversion.full && finite && std::find(digits, end, '.') == end) {
+        char* const exponent = std::find(digits, end, 'e');
+        std::copy_backward(exponent, end, end + 1);
+        *exponent = '.';
+        ++end;
+    }
     bool const nothing = finite && std::all_of(digits, end, [](char c) { return c < '1' || c > '9'; });
     // The exponent of a zero is zero as well, so that the digits alone decide.
     if (upper) {

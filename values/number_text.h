@@ -13,6 +13,7 @@ struct NumberConversion {
     bool plus = false;   // flag +
     bool blank = false;  // flag blank
     bool zeros = false;  // flag 0
+    bool full = false;   // flag #: always a point, and all digits of %g
     int width = 0;       // limited to maxNumberWidth
     int precision = 6;   // limited to maxNumberWidth
     bool star = false;   // the precision is an argument
@@ -21,8 +22,8 @@ struct NumberConversion {
 // What is asked for beyond this has no use, and a text from outside may ask for anything.
 inline constexpr int maxNumberWidth = 1024;
 
-// Reads a conversion of a floating number that begins at the "%" at `position`. Answers its length, or 0
-// where there is none.
+// Reads a conversion of a floating number, with an "l" or "L" as may be, that begins at the "%" at
+// `position`. Answers its length, or 0 where there is none.
 std::size_t ReadConversion(std::string_view format, std::size_t position, NumberConversion& conversion);
 
 // Prints as printf does, except that what prints as zero has no "-".

@@ -5,6 +5,12 @@
 
 namespace tov {
 
+// The decimals to which values are rounded: as in printing, a precision below 1 means 6.
+inline int RoundingPrecision(CTovUnitSettings& settings) {
+    int const precision = settings.Precision();
+    return precision < 1 ? 6 : precision;
+}
+
 struct StoredUnit {
     char const* section;
     char const* numberEntry;  // the unit id; what is read

@@ -2,6 +2,7 @@
 #include <tov310/unit_settings.h>
 
 #include "values/stored_unit.h"
+#include "vesk/immortal.h"
 
 #include <utility>
 
@@ -129,20 +130,26 @@ void CTovUnitSettings::UnitAbbreviation(long unit, CString& abbreviation, int us
     CTovFormat(unit, useSecOnly, 0, nullptr).GetUnitAbbreviation(abbreviation);
 }
 
-CTovUnitSettingsAngle::CTovUnitSettingsAngle() : CTovUnitSettingsAngle(CString()) {}
+CTovUnitSettingsAngle::CTovUnitSettingsAngle() {
+    Format()->Precision(angleDecimals);
+}
 
 CTovUnitSettingsAngle::CTovUnitSettingsAngle(long unit, char const* format) : CTovUnitSettings(unit, format) {
     Format()->Precision(angleDecimals);
 }
 
-CTovUnitSettingsAngle::CTovUnitSettingsAngle(CString section) : m_strSection(std::move(section)) {
-    Format()->Precision(angleDecimals);
+CTovUnitSettingsAngle::CTovUnitSettingsAngle(CTovUnitSettingsAngle const& other) : CTovUnitSettings(other) {}
+
+CTovUnitSettingsAngle& CTovUnitSettingsAngle::operator=(CTovUnitSettingsAngle const& other) {
+    CTovUnitSettings::operator=(other);
+    return *this;
 }
 
 CTovUnitSettingsAngle& CTovUnitSettingsAngle::Default() {
-    static CTovUnitSettingsAngle StaticUnitSettingsAngle{
-        CString(CTovProfileEntries::UnitSettingsAngleSection())};
-    return StaticUnitSettingsAngle;
+    static Immortal<CTovUnitSettingsAngle> StaticUnitSettingsAngle;
+    [[maybe_unused]] static bool const named =
+        (StaticUnitSettingsAngle->Section(CTovProfileEntries::UnitSettingsAngleSection()), true);
+    return *StaticUnitSettingsAngle;
 }
 
 void CTovUnitSettingsAngle::DefaultSettings(long unit, int const* excluded) {
@@ -157,14 +164,19 @@ int const* CTovUnitSettingsAngle::Units() {
     return angleUnits;
 }
 
-CTovUnitSettingsAngleLatLon::CTovUnitSettingsAngleLatLon()
-    : CTovUnitSettingsAngle(CString(CTovProfileEntries::UnitSettingsAngleLatLonSection())) {
+CTovUnitSettingsAngleLatLon::CTovUnitSettingsAngleLatLon() {
+    Section(CTovProfileEntries::UnitSettingsAngleLatLonSection());
     Format()->Precision(latLonDecimals);
 }
 
+CTovUnitSettingsAngleLatLon::CTovUnitSettingsAngleLatLon(CTovUnitSettingsAngleLatLon const& other)
+    : CTovUnitSettingsAngleLatLon() {
+    *this = other;
+}
+
 CTovUnitSettingsAngleLatLon& CTovUnitSettingsAngleLatLon::Default() {
-    static CTovUnitSettingsAngleLatLon StaticUnitSettingsAngleLatLon;
-    return StaticUnitSettingsAngleLatLon;
+    static Immortal<CTovUnitSettingsAngleLatLon> StaticUnitSettingsAngleLatLon;
+    return *StaticUnitSettingsAngleLatLon;
 }
 
 void CTovUnitSettingsAngleLatLon::DefaultSettings(long unit, int const* excluded) {
@@ -177,8 +189,8 @@ CTovUnitSettingsDistance::CTovUnitSettingsDistance(long unit, char const* format
     : CTovUnitSettings(unit, format) {}
 
 CTovUnitSettingsDistance& CTovUnitSettingsDistance::Default() {
-    static CTovUnitSettingsDistance StaticUnitSettingsDistance;
-    return StaticUnitSettingsDistance;
+    static Immortal<CTovUnitSettingsDistance> StaticUnitSettingsDistance;
+    return *StaticUnitSettingsDistance;
 }
 
 void CTovUnitSettingsDistance::DefaultSettings(long unit) {

@@ -1,6 +1,8 @@
 #include <tov310/packed_angle.h>
 #include <tov310/value.h>
 
+#include "values/stored_unit.h"
+
 #include <utility>
 
 namespace tov {
@@ -42,8 +44,12 @@ int detail::ConvertPacked(double in, long from, double& out, long to, int precis
 }
 
 CTovValue::CTovValue(CTovUnitSettings* settings, int own) {
+    if (own != 0 || settings == nullptr) {
+        m_ownSettings = settings != nullptr ? std::shared_ptr<CTovUnitSettings>(settings)
+                                            : std::make_shared<CTovUnitSettings>();
+        settings = m_ownSettings.get();
+    }
     m_pUnitSettings = settings;
-    if (own != 0) m_ownSettings.reset(settings);
 }
 
 CTovValue::~CTovValue() {
@@ -109,8 +115,8 @@ int CTovValue::SetDouble(double value) {
 
 void CTovValue::UnitSettings(CTovUnitSettings* settings, int own) {
     if (settings == nullptr) return;
-    // Settings that the value owns already may be put in again.
-    if (settings == m_ownSettings.get() && own != 0) return;
+    // Settings that are owned already stay so: letting them go would leave nothing to point at.
+    if (settings == m_ownSettings.get()) return;
     Release();
     m_pUnitSettings = settings;
     if (own != 0) m_ownSettings.reset(settings);
@@ -132,7 +138,7 @@ struct ConversionRange {
 
     // Only settings of angles know of a circle.
     ConversionRange(CTovUnitSettings& settings, int usePrecision, int useLimit)
-        : precision(usePrecision != 0 ? settings.Precision() : -1),
+        : precision(usePrecision != 0 ? RoundingPrecision(settings) : -1),
           limit(useLimit != 0 && settings.IsKindOf(&CTovUnitSettingsAngle::classCTovUnitSettingsAngle)
                     ? static_cast<unsigned long>(settings.Format()->LimitToCircle())
                     : 0) {}

@@ -83,6 +83,11 @@ TOV_INLINE double WithinCircle(double whole, bool limit, AngleSystem const& syst
     return limit && whole >= system.circle ? std::fmod(whole, system.circle) : whole;
 }
 
+// An angle so large that its double has no minutes; one that overflows is the largest.
+TOV_INLINE double WholeUnits(double whole, bool limit, AngleSystem const& system) {
+    return WithinCircle(std::min(whole, std::numeric_limits<double>::max()), limit, system);
+}
+
 // An angle as whole units and an exact rest of them, 0 <= rest < 1.
 struct WholeAndRest {
     double whole;
@@ -214,7 +219,10 @@ TOV_FUSED_CLONE double VeskPackedDmsToRad(double packed) {
 
 TOV_FUSED_CLONE double VeskRadToPackedDms(double radians, int decimals, unsigned long limit) {
     if (!std::isfinite(radians)) return radians;
-    WholeAndRest const angle = CutWhole(Product(std::fabs(radians), degreesPerRadian));
+    Sum const value = Product(std::fabs(radians), degreesPerRadian);
+    if (!(value.high < exactIntegers))
+        return Signed(radians < 0, WholeUnits(value.high, limit != 0, sexagesimal));
+    WholeAndRest const angle = CutWhole(value);
     double degrees = angle.whole;
     Sum seconds = Product(angle.rest.high, 3600.0);
     seconds.low += angle.rest.low * 3600;
@@ -275,6 +283,8 @@ TOV_FUSED_CLONE double VeskPackedGonToRad(double gon) {
 TOV_FUSED_CLONE double VeskRadToPackedGon(double radians, int decimals, unsigned long limit) {
     if (!std::isfinite(radians)) return radians;
     Sum const value = Product(std::fabs(radians), gonPerRadian);
+    if (!(value.high < exactIntegers))
+        return Signed(radians < 0, WholeUnits(value.high, limit != 0, centesimal));
     if (decimals < 0) {
         double const gon = value.high + value.low;
         return Signed(radians < 0, WithinCircle(gon, limit != 0, centesimal));

@@ -29,6 +29,7 @@ class TOV_CORE_API CTovValueAngle : public CTovValue {
     CTovValueAngle(char const* text, CTovUnitSettingsAngle* settings);
 
     CTovValueAngle(CTovValueAngle const&) = default;
+    // Takes number, settings and flag.
     CTovValueAngle& operator=(CTovValueAngle const&) = default;
     ~CTovValueAngle() override;
     using CTovValue::operator=;
@@ -38,7 +39,8 @@ class TOV_CORE_API CTovValueAngle : public CTovValue {
     int SetString(char const* text) override;
 
     // Stores the rest of the division by 2 pi, with the sign of the value; a latitude or longitude is brought
-    // to the half circle on either side of 0. (A latitude is not limited to a quarter.)
+    // to the half circle on either side of 0. What is not finite becomes NaN. (A latitude is not limited to a
+    // quarter.)
     int SetDouble(double value) override;
 
     // Text and abbreviation as "%s [%s]"; in units 12 and 15 the text alone.
@@ -72,6 +74,7 @@ class TOV_CORE_API CTovValueAngle : public CTovValue {
     void CheckUnit(long& unit);
     void StringToNumber(char const* text, double& out, long unit) const;
     int PrecisionForText(long unit, int precision) const;
+    double WithinPrintedCircle(double number) const;
     unsigned HemisphereText(bool positive) const;
 
     unsigned short m_wFlag = 0;
@@ -86,6 +89,7 @@ class TOV_CORE_API CTovValueAngleLat : public CTovValueAngle {
     CTovValueAngleLat& operator=(CTovValueAngleLat const&) = default;
     // Takes the number alone.
     CTovValueAngleLat& operator=(CTovValueAngle const& other);
+    CTovValueAngleLat& operator=(CTovValue const&) = delete;  // a value of another kind
 
     int SetDouble(double value) override;
 };
@@ -99,6 +103,7 @@ class TOV_CORE_API CTovValueAngleLon : public CTovValueAngle {
     CTovValueAngleLon& operator=(CTovValueAngleLon const&) = default;
     // Takes the number alone.
     CTovValueAngleLon& operator=(CTovValueAngle const& other);
+    CTovValueAngleLon& operator=(CTovValue const&) = delete;  // a value of another kind
 
     int SetDouble(double value) override;
 };

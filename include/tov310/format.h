@@ -19,12 +19,11 @@ namespace tov {
 //   %DegOrG  %degOrG      sign and degrees or gon; in small letters followed by their sign
 //   %MinOrC  %minOrC      minutes or c
 //   %SecOrCC %secOrCC     seconds or cc
-//   for all others: the first conversion of the kinds %f %e %g (also in capitals, with flags, width and
-//   precision) takes the number; "%%" is a percent sign; ".*" takes the precision of this object. Everything
-//   else stands for itself.
-//   %?  %[  %]            where a "%?" stands behind the third character, the first bracketed section is left
-//   out
-//                         and the second one stays, without its brackets
+//   for all others: the first conversion of the kinds %f %e %g (also in capitals, with the flags - + 0 # and
+//   blank, width, precision and "l") takes the number; "%%" is a percent sign; ".*" takes the precision of
+//   this object. Everything else stands for itself.
+//   %?  %[  %]            with a "%?" behind the third character the first bracketed section is left out,
+//                         and the second one stays without its brackets
 //
 // Tokens are replaced in one pass: what was put in is not searched again.
 class TOV_CORE_API CTovFormat {
@@ -56,7 +55,7 @@ class TOV_CORE_API CTovFormat {
     virtual void CustomFormat(char const* token, char const* text);
 
     // Decimals; below 1 means 6. In units 12 and 15 the seconds have Precision - 5 decimals, below 6
-    // always 5. Initially 6.
+    // always 5; more than 15 of them are zeros. What is beyond 1024 counts as 1024. Initially 6.
     virtual void Precision(int precision);
     virtual int Precision();
 

@@ -72,8 +72,9 @@ inline std::unique_ptr<CObject> CRuntimeClass::CreateObject() const {
         return &class##Name;                                         \
     }
 
-// Stands at namespace scope in a loadable module and lets TovQueryRuntimeClass find Class there under the
-// name Symbol: Class itself, or for a nested class Inner_Outer, which is then asked for as "Inner@Outer".
-#define TOV_EXPORT_CLASS(Symbol, Class)                                         \
+// Stands at namespace scope in a loadable module and lets TovQueryRuntimeClass find a class there under the
+// name Symbol; Description is that of the class: TOV_EXPORT_CLASS(Plain, Plain::classPlain). A nested class
+// has its names joined from the inside out by "_", Inner_Outer, and is asked for as "Inner@Outer".
+#define TOV_EXPORT_CLASS(Symbol, Description)                                   \
     extern "C" TOV_EXPORT ::tov::CRuntimeClass const* const tov_class_##Symbol; \
-    ::tov::CRuntimeClass const* const tov_class_##Symbol = &Class
+    ::tov::CRuntimeClass const* const tov_class_##Symbol = &Description

@@ -10,7 +10,7 @@ namespace tov {
 // Adds the platform's separator behind a path that is not empty and does not end in a separator.
 TOV_CORE_API void TovEnsureTrailingBackslash(CString& path);
 
-// Removes one separator at the end.
+// Removes one separator at the end, but not that of the root.
 TOV_CORE_API void TovRemoveTrailingBackslash(CString& path);
 
 // Cuts a path into drive ("C:", or empty), directory with its last separator, name, and extension with its

@@ -66,7 +66,7 @@ TOV_CORE_API int TovFixedFileInfoShlwapi(tagVS_FIXEDFILEINFO& record, unsigned l
 TOV_CORE_API int TovFixedFileInfoMfc(tagVS_FIXEDFILEINFO& record, unsigned long* error, CString* message);
 
 // Each answers 1 and an empty message, or 0 and a message for the user. The least versions are 4.71, for the
-// framework 9.0; an older Shell32 is good enough with a readable ShFolder if its major version is 4.
+// framework 9.0; a Shell32 from 4.0 on is good enough where ShFolder can be read.
 TOV_CORE_API int TovCheckComCtl32Version(CString& message);
 TOV_CORE_API int TovCheckShell32Version(CString& message);
 TOV_CORE_API int TovCheckShFolderVersion(CString& message);

@@ -63,9 +63,9 @@ TOV_CORE_API void TovRestoreResourceHandle();
 // Text of the current resource handle. Answers 1 and the text, or 0 and an empty text.
 TOV_CORE_API int TovLoadString(unsigned int id, CString& text);
 
-// Text of the given module: sets its handle, loads and restores, so that
-// a handle which the host had saved before is gone from the slot afterwards. What the library's module lacks
-// comes from the built-in one. Answers 1 and the text, or 0 and an empty text.
+// Text of the given module: makes its handle current, loads and restores, so that a handle which the host had
+// saved before is gone from the slot afterwards. With null it is the current handle's text. What the module
+// lacks comes from the built-in one. Answers 1 and the text, or 0 and an empty text.
 TOV_CORE_API int TovLoadResourceString(HINSTANCE module, unsigned int id, CString& text);
 
 // A resource file of the module by its name inside the resource folder ("dialogs/1234.json"), as it stands;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 #include <utility>
 
 namespace tov {
@@ -40,7 +41,10 @@ class CTovPtrSmart {
     // Takes the object over; it must have come from new and belong to nobody else. Null gives an empty
     // pointer.
     explicit CTovPtrSmart(T* object) {
-        if (object != nullptr) Take(new CAddRefCount<T>(object));
+        std::unique_ptr<T> owned(object);
+        if (object == nullptr) return;
+        Take(std::make_unique<CAddRefCount<T>>(object).release());
+        static_cast<void>(owned.release());
     }
 
     CTovPtrSmart(CTovPtrSmart const& other) { Take(other.m_block); }

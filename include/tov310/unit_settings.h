@@ -79,6 +79,9 @@ class TOV_CORE_API CTovUnitSettingsAngle : public CTovUnitSettings {
  public:
     CTovUnitSettingsAngle();
     CTovUnitSettingsAngle(long unit, char const* format);
+    // Copies take unit, status and format; each object keeps its own section.
+    CTovUnitSettingsAngle(CTovUnitSettingsAngle const& other);
+    CTovUnitSettingsAngle& operator=(CTovUnitSettingsAngle const& other);
 
     // As in CTovFormat.
     void UseDmsSymbols(int use) { Format()->UseDmsSymbols(use); }
@@ -109,7 +112,7 @@ class TOV_CORE_API CTovUnitSettingsAngle : public CTovUnitSettings {
     CString const& Section() const { return m_strSection; }
 
  protected:
-    explicit CTovUnitSettingsAngle(CString section);
+    void Section(char const* section) { m_strSection = section; }
     void LoadOrStore(long unit, int const* excluded);
 
  private:
@@ -122,6 +125,8 @@ class TOV_CORE_API CTovUnitSettingsAngleLatLon : public CTovUnitSettingsAngle {
     TOV_DYNAMIC(CTovUnitSettingsAngleLatLon, CTovUnitSettingsAngle)
  public:
     CTovUnitSettingsAngleLatLon();
+    CTovUnitSettingsAngleLatLon(CTovUnitSettingsAngleLatLon const& other);
+    CTovUnitSettingsAngleLatLon& operator=(CTovUnitSettingsAngleLatLon const& other) = default;
 
     static CTovUnitSettingsAngleLatLon& Default();
     static void DefaultSettings(long unit, int const* excluded = nullptr);

@@ -42,17 +42,17 @@ TOV_CORE_API int ConvertPacked(double in, long from, double& out, long to, int p
 // how a text becomes the number again. A value shares its settings; only one that was made from a unit and a
 // format has its own, and its copies keep those alive.
 //
-// Conversions answer the status: 0, or 1 for a unit that is not known. Where they take them:
+// Conversions answer the status: 0, or 1 for a unit that is not known, which also makes the number 0; a
+// constructor leaves it to be asked with IsValid. What they take:
+//
 //   unit       the unit of the number or text; 10 or 20 (or 2) means that of the settings
-//   precision  decimals to which a sexagesimal or gon number is rounded, -1 for none; in units 12 and 15 of
-//   the
-//              seconds plus one, in 13 and 16 of the packed number
-//   limit      not 0 keeps a sexagesimal or gon number within the circle
+//   precision  decimals to which a sexagesimal or gon number is rounded, -1 for none:
+//              in units 12 and 15 one less than the decimals of the seconds, in 13 and 16 those of the
+//              number. A text in units 12 and 15 always has the decimals of its format
+//   limit      not 0 keeps a sexagesimal or gon number, and the text of any angle, below a full circle
 class TOV_CORE_API CTovValue {
  public:
-    CTovValue() = default;
     CTovValue(CTovValue const&) = default;
-    CTovValue& operator=(CTovValue const&) = default;
     virtual ~CTovValue();
 
     // The text in the unit and format of the settings, without the unit.
@@ -84,8 +84,8 @@ class TOV_CORE_API CTovValue {
     // The text with the unit beside it.
     virtual void StdFormat(CString& out) = 0;
 
-    // Puts other settings in; with own not 0 the value deletes them when neither it nor a copy uses them any
-    // more. Null is ignored.
+    // Puts other settings in, or changes who owns the present ones; with own not 0 the value deletes them
+    // when neither it nor a copy uses them any more. Null is ignored.
     virtual void UnitSettings(CTovUnitSettings* settings, int own);
     virtual CTovUnitSettings* UnitSettings();
     virtual void GetUnitAbbreviation(CString& abbreviation);
@@ -150,8 +150,12 @@ class TOV_CORE_API CTovValue {
     }
 
  protected:
-    // Takes the settings; those that the value owns otherwise come from UnitSettings.
+    // Takes the settings, and with own not 0 owns them; null gives the value settings of its own without a
+    // unit.
     explicit CTovValue(CTovUnitSettings* settings, int own = 0);
+
+    // Takes number, settings and status.
+    CTovValue& operator=(CTovValue const&) = default;
 
     // Keeps the first error.
     void Status(int status) {

@@ -1,4 +1,5 @@
 #include <tov310/angle.h>
+#include <tov310/distance.h>
 #include <tov310/profile.h>
 
 #include <gtest/gtest.h>
@@ -151,6 +152,7 @@ TEST(Angle, PrintsHemispheres) {
         {-1e-9, nullptr, "   0° 00' 00.0000\" 北",
          "   0° 00' 00.0000\" 东"},  // zero has no hemisphere of its own
         {-12.5, "%Q%DegOrG", "S  12", "W  12"},
+        {-1e-9, "1: %SecOrCC %Q", "1:   0.0000 北", "1:   0.0000 东"},
         {12.5, "%DegOrG,%MinOrC", "  12,30", "  12,30"}  // no place for the letter, and none behind
     };
     for (auto const& row : rows) {
@@ -180,6 +182,8 @@ TEST(Angle, GivesOtherUnitsInTheMannerOfItsOwn) {
     double number = 0;
     EXPECT_EQ(angle.ConvertStdTo(number, 12L, 2, 0UL), 0);
     EXPECT_EQ(number, 12.3);
+    EXPECT_EQ(angle.ConvertStdTo(number, 12L, std::numeric_limits<int>::max(), 0UL), 0);
+    EXPECT_NEAR(number, 12.3, 1e-15);
     text = "stays";
     EXPECT_EQ(angle.ConvertStdTo(text, 99L, -1, 0UL), 1);
     EXPECT_EQ(text, "stays");
@@ -202,16 +206,18 @@ TEST(Angle, GivesOtherUnitsInTheMannerOfItsOwn) {
 }
 
 TEST(Angle, CirclesEndAtTheLimit) {
-    for (long const unit : {12L, 13L, 15L, 16L}) {
-        CTovUnitSettingsAngle settings(unit, nullptr);
+    for (long const unit : {11L, 12L, 13L, 14L, 15L, 16L, 17L, 18L, -11L, -12L, -13L, -14L, -15L, -16L}) {
+        CTovUnitSettingsAngle settings(std::abs(unit), nullptr);
         settings.LimitToCircle(1);
+        settings.UseSecOnly(unit < 0);
+        settings.Precision(4);  // 2 pi prints as a little more than itself
         CTovValueAngle angle(&settings);
         angle = std::nextafter(2 * pi, 0);
         EXPECT_EQ(Text(angle).find_first_of("123456789-"), CString::npos) << unit << Text(angle);
         angle = -std::nextafter(2 * pi, 0);
         EXPECT_EQ(Text(angle).find_first_of("123456789-"), CString::npos) << unit << Text(angle);
         settings.LimitToCircle(0);
-        EXPECT_NE(Text(angle).find(unit < 14 ? "-360" : "-400"), CString::npos) << unit << Text(angle);
+        EXPECT_EQ(Text(angle)[0], '-') << unit << Text(angle);
     }
 }
 
@@ -247,6 +253,7 @@ TEST(Angle, CopiesShareSettingsThatLive) {
     EXPECT_EQ(Text(copy), "12.50");
     EXPECT_EQ(Text(assigned), "12.50");
     copy.UnitSettings(copy.UnitSettings(), 1);
+    copy.UnitSettings(copy.UnitSettings(), 0);
     copy.UnitSettings(nullptr, 1);
     EXPECT_EQ(Text(copy), "12.50");
     CTovUnitSettingsAngle own(17, nullptr);
@@ -276,6 +283,8 @@ TEST(Angle, TheHalfCircleStaysOnItsSide) {
 
 static_assert(!std::is_assignable_v<CTovValueAngle&, bool> && !std::is_assignable_v<CTovValueAngle&, char>);
 static_assert(!std::is_assignable_v<CTovValueAngle&, std::nullptr_t>);
+static_assert(!std::is_assignable_v<CTovValueAngleLat&, CTovValueDistance&>);
+static_assert(!std::is_assignable_v<CTovValue&, CTovValue&>);
 
 struct Manner {
     long unit;

@@ -145,8 +145,14 @@ TEST(Format, ReplacesTokensInOnePass) {
         {1.5, 11, "%-8.1f|%+g", nullptr, "1.5     |%+g"},  // the second conversion has no argument
         {1.5, 11, "%s%n%d%x%.*f", Precision(2), "%s%n%d%x1.50"},
         {1.5, 11, "%.*f", Precision(0), "1.500000"},
-        {1.5, 11, "%*f %5$f %lf 100%% %", nullptr, "%*f %5$f %lf 100% %"},
+        {1.5, 11, "%*f %5$f %hf 100%% %", nullptr, "%*f %5$f %hf 100% %"},
         {-0.001, 11, "%.1f", nullptr, "0.0"},
+        {1.5, 11, "%8.2lf|", nullptr, "    1.50|"},
+        {2.0, 11, "%#.0f", nullptr, "2."},
+        {0.0001, 11, "%#.3g", nullptr, "0.000100"},
+        {99999.5, 11, "%#.5g", nullptr, "1.0000e+05"},
+        {3.0, 11, "%#.0e", nullptr, "3.e+00"},
+        {12.3456789, 12, "%U", nullptr, "  12° 34' 56.78900\""},  // nothing is no format
         {12345.678, 21, "%.2e %U", [](CTovFormat& f) { f.SetUnitAbbreviation("%f"); }, "1.23e+04 %f"},
         // Sections: only behind the third character, and the first of two goes.
         {1.5, 11, "abc%?%[x%]%[%.1f%]", nullptr, "abc1.5"},

@@ -111,6 +111,11 @@ TEST_F(UnitSettings, CopyTheirFormat) {
     EXPECT_TRUE(CTovUnitSettingsAngleLatLon().IsKindOf(&CTovUnitSettingsAngle::classCTovUnitSettingsAngle));
     EXPECT_EQ(copy.Unit(), 11);
     EXPECT_NE(copy.Format(), assigned.Format());
+    CTovUnitSettingsAngle::Default() = settings;  // the section is the object's own
+    EXPECT_EQ(CTovUnitSettingsAngle::Default().Section(), angle);
+    EXPECT_EQ(CTovUnitSettingsAngle(CTovUnitSettingsAngle::Default()).Section(), "");
+    EXPECT_EQ(CTovUnitSettingsAngleLatLon(CTovUnitSettingsAngleLatLon::Default()).Section(), latLon);
+    CTovUnitSettingsAngle::Default() = CTovUnitSettingsAngle();
 }
 
 TEST_F(UnitSettings, AbbreviateUnits) {

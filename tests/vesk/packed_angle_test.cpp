@@ -145,6 +145,11 @@ TEST(PackedAngle, RoundsAnglesFromRadians) {
     EXPECT_EQ(VeskRadToPackedGon(2 * pi, 4, 1), 0);
     EXPECT_EQ(VeskRadToPackedGon(-0.5, 6, 0), -31.830989);
     EXPECT_TRUE(std::isnan(VeskRadToPackedDms(nan, 3, 1)));
+    for (double const huge : {1e17, 1e307, -1.7e308}) {
+        EXPECT_LT(std::fabs(VeskRadToPackedDms(huge, 5, 1)), 360);
+        EXPECT_TRUE(std::isfinite(VeskRadToPackedDms(huge, -1, 0)) &&
+                    std::isfinite(VeskRadToPackedGon(huge, 3, 0)));
+    }
     EXPECT_EQ(VeskPackedDmsToRad(HUGE_VAL), HUGE_VAL);
     EXPECT_TRUE(std::isfinite(VeskPackedDmsToRad(std::numeric_limits<double>::max())));
 }
