@@ -1,5 +1,8 @@
 #include <tov310/base64.h>
 
+#include "util/base64_blocks.h"
+#include "vesk/memory.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -24,44 +27,76 @@ constexpr std::array<std::uint8_t, 256> digits = [] {
     return table;
 }();
 
-// All characters in one line and without padding. Every text is closed by one more character than its whole
-// groups need, also where no bits are left for it.
-CString Characters(unsigned char const* data, std::size_t length) {
-    CString text(length / 3 * 4 + length % 3 + 1, '\0');
-    char* out = text.data();
-    unsigned char const* const groupsEnd = data + length / 3 * 3;
-    for (; data != groupsEnd; data += 3, out += 4) {
+// Whole groups of three bytes.
+void EncodeGroups(unsigned char const* data, std::size_t length, char* out) {
+    std::size_t const done = EncodeBase64Blocks(data, length, out);
+    unsigned char const* const end = data + length;
+    out += done / 3 * 4;
+    for (data += done; data != end; data += 3, out += 4) {
         unsigned const bits = unsigned{data[0]} << 16 | unsigned{data[1]} << 8 | data[2];
         out[0] = alphabet[bits >> 18];
         out[1] = alphabet[bits >> 12 & 63];
         out[2] = alphabet[bits >> 6 & 63];
         out[3] = alphabet[bits & 63];
     }
-    unsigned const first = length % 3 > 0 ? data[0] : 0;
-    unsigned const second = length % 3 > 1 ? data[1] : 0;
-    unsigned const bits = first << 16 | second << 8;
-    for (std::size_t i = 0; i <= length % 3; ++i)
-        *out++ = alphabet[bits >> (18 - 6 * i) & 63];
-    return text;
 }
 
-CString Broken(std::string_view characters, std::size_t lineLength) {
-    CString text;
-    text.reserve(characters.size() + characters.size() / lineLength * 2 + 3);
-    for (std::size_t at = 0; at < characters.size(); at += lineLength) {
-        std::string_view const line = characters.substr(at, lineLength);
-        text += line;
-        if (line.size() == lineLength) text += "\r\n";
+// Takes characters and breaks them into lines.
+class LineWriter {
+ public:
+    LineWriter(CString& text, std::size_t lineLength) : m_text(text), m_lineLength(lineLength) {}
+
+    void Append(std::string_view characters) {
+        if (m_lineLength == 0) {
+            m_text += characters;
+            return;
+        }
+        while (!characters.empty()) {
+            std::string_view const part = characters.substr(0, m_lineLength - m_column);
+            m_text += part;
+            characters.remove_prefix(part.size());
+            m_column += part.size();
+            if (m_column != m_lineLength) continue;
+            m_text += "\r\n";
+            m_column = 0;
+        }
     }
-    return text;
-}
+
+ private:
+    CString& m_text;
+    std::size_t m_lineLength;
+    std::size_t m_column = 0;
+};
 
 }  // namespace
 
 CString TovEncodeBase64(unsigned char const* data, unsigned long length, unsigned long lineLength) {
     if (data == nullptr) return {};
-    CString text = Characters(data, length);
-    if (lineLength != 0) text = Broken(text, lineLength);
+    // The characters are made piece by piece in the cache: clearing the whole text first would take longer
+    // than the encoding.
+    constexpr std::size_t pieceBytes = 3072;
+    char piece[pieceBytes / 3 * 4];
+    std::size_t const rest = length % 3;
+    std::size_t const characters = length / 3 * 4 + rest + 1;
+    CString text;
+    text.reserve(characters + (lineLength != 0 ? characters / lineLength * 2 : 0) + 3);
+    VeskExpectWrites(text.data(), text.capacity());
+    LineWriter writer(text, lineLength);
+    unsigned char const* const groupsEnd = data + (length - rest);
+    while (data != groupsEnd) {
+        std::size_t const bytes = std::min(pieceBytes, static_cast<std::size_t>(groupsEnd - data));
+        EncodeGroups(data, bytes, piece);
+        writer.Append({piece, bytes / 3 * 4});
+        data += bytes;
+    }
+    // Every text is closed by one more character than its whole groups need, also where no bits are left for
+    // it.
+    unsigned const first = rest > 0 ? data[0] : 0;
+    unsigned const second = rest > 1 ? data[1] : 0;
+    unsigned const bits = first << 16 | second << 8;
+    for (std::size_t i = 0; i <= rest; ++i)
+        piece[i] = alphabet[bits >> (18 - 6 * i) & 63];
+    writer.Append({piece, rest + 1});
     text.append((4 - text.size() % 4) % 4, '=');
     return text;
 }
@@ -97,12 +132,15 @@ unsigned long TovDecodeBase64(unsigned char* text) {
     // What is written never overtakes what was read: four characters are read before three bytes are written.
     unsigned char* out = text;
     unsigned char const* in = text;
+    unsigned char const* const end =
+        text + std::char_traits<char>::length(reinterpret_cast<char const*>(text));
     unsigned bits = 0;
     unsigned count = 0;
     for (; *in != 0; ++in) {
         if (count == 0) {
-            // Whole groups at once, as long as no line end, padding or end comes up. The zero at the end is
-            // no digit either, so testing one after the other never looks behind it.
+            // Whole blocks and groups at once, as long as no line end, padding or end comes up. The zero at
+            // the end is no digit either, so testing one after the other never looks behind it.
+            DecodeBase64Blocks(in, end, out);
             for (;;) {
                 unsigned const a = digits[in[0]];
                 if (a == noDigit) break;

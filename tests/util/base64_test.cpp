@@ -90,13 +90,49 @@ TEST(Base64, EncodesWithItsOwnTail) {
 
 TEST(Base64, EveryLengthAndLineLengthIsAsDefinedAndComesBack) {
     std::mt19937 random(310);
-    for (std::size_t length = 0; length <= 200; ++length) {
+    for (std::size_t length = 0; length <= 300; ++length) {
         std::string const bytes = RandomBytes(random, length);
         for (unsigned long const lineLength :
              {0UL, 1UL, 2UL, 3UL, 4UL, 5UL, 7UL, 64UL, 75UL, 76UL, 77UL, 1000UL}) {
             std::string const text = Encode(bytes, lineLength);
             ASSERT_EQ(text, BitByBit(bytes, lineLength)) << length << ' ' << lineLength;
             ASSERT_EQ(Decode(text), bytes) << length << ' ' << lineLength;
+        }
+    }
+}
+
+TEST(Base64, NoAlignmentOfDataOrTextCounts) {
+    std::mt19937 random(313);
+    std::string const bytes = RandomBytes(random, 100);
+    std::string const text = BitByBit(bytes, 0);
+    for (std::size_t offset = 0; offset < 64; ++offset) {
+        // The data ends with its buffer, so that the address sanitizer sees a step behind it.
+        auto const data = std::make_unique<unsigned char[]>(offset + bytes.size());
+        std::copy(bytes.begin(), bytes.end(), data.get() + offset);
+        ASSERT_EQ(TovEncodeBase64(data.get() + offset, bytes.size(), 0), text) << offset;
+        auto const copy = std::make_unique<unsigned char[]>(offset + text.size() + 1);
+        std::copy(text.begin(), text.end(), copy.get() + offset);
+        ASSERT_EQ(TovDecodeBase64(copy.get() + offset), bytes.size()) << offset;
+        ASSERT_TRUE(std::equal(bytes.begin(), bytes.end(), reinterpret_cast<char*>(copy.get() + offset)));
+        ASSERT_TRUE(std::all_of(copy.get(), copy.get() + offset, [](unsigned char c) { return c == 0; }));
+    }
+}
+
+TEST(Base64, EveryByteInEveryPlaceOfABlockCountsOrIsSkipped) {
+    constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    for (std::size_t place = 0; place < 64; ++place) {
+        for (int byte = 1; byte < 256; ++byte) {
+            std::string text(alphabet);
+            text[place] = static_cast<char>(byte);
+            std::string digits = text;
+            std::erase_if(digits, [&](char c) { return alphabet.find(c) == alphabet.npos; });
+            std::string const decoded = Decode(text);
+            ASSERT_EQ(decoded.size(), digits.size() * 6 / 8) << place << ' ' << byte;
+            for (std::size_t i = 0; i < decoded.size() * 8; ++i) {
+                std::size_t const digit = alphabet.find(digits[i / 6]);
+                std::size_t const whole = static_cast<unsigned char>(decoded[i / 8]);
+                ASSERT_EQ(whole >> (7 - i % 8) & 1, digit >> (5 - i % 6) & 1) << place << ' ' << byte;
+            }
         }
     }
 }
