@@ -42,7 +42,7 @@ std::error_code UserRuntimeFolder(std::string& folder) {
 }
 
 std::string EscapedFileName(std::string_view text) {
-    constexpr std::size_t mostCharacters = 120;
+    constexpr std::size_t mostCharacters = 56;  // an address of a socket holds 107 with the folder
     constexpr char digits[] = "0123456789ABCDEF";
     std::string name;
     std::uint64_t hash = 0xcbf29ce484222325;  // FNV-1a

@@ -1,0 +1,72 @@
+#include <tov310/system.h>
+#include <tov310/wait_cursor.h>
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <thread>
+#include <vector>
+
+namespace tov {
+namespace {
+
+// Notes what the screen would show. Calls come one at a time, so nothing here is locked.
+struct Screen : ITovSystem {
+    Screen() : before(TovSetSystem(this)) {}
+    ~Screen() override { TovSetSystem(before); }
+    void SetCursor(unsigned cursor) override { shown = cursor, ++changes; }
+    void RefreshCursor() override { shown = IDC_ARROW, ++changes; }
+    ITovSystem* before;
+    unsigned shown = IDC_ARROW;
+    int changes = 0;
+};
+
+TEST(WaitCursor, TheLastOneToEndTakesItAway) {
+    Screen screen;
+    EXPECT_FALSE(CTovWaitCursor::Active());
+    std::optional<CTovWaitCursor> first(std::in_place, 7u);
+    EXPECT_EQ(first->Id(), 7u);
+    EXPECT_EQ(screen.shown, 32514u);
+    {
+        CTovWaitCursor const second;
+        first.reset();
+        EXPECT_TRUE(CTovWaitCursor::Active());
+        EXPECT_EQ(screen.shown, 32514u);
+        CTovWaitCursor::Active(0);
+        EXPECT_FALSE(CTovWaitCursor::Active());
+        CTovWaitCursor const third;
+        EXPECT_TRUE(CTovWaitCursor::Active());
+    }
+    EXPECT_FALSE(CTovWaitCursor::Active());
+    EXPECT_EQ(screen.shown, 32512u);
+    EXPECT_EQ(screen.changes, 4) << "three shown, one refreshed";
+}
+
+TEST(WaitCursor, WaitsOfManyThreadsNest) {
+    Screen screen;
+    for (int round = 0; round < 20; ++round) {
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 4; ++t) {
+            threads.emplace_back([] {
+                for (int i = 0; i < 200; ++i) {
+                    CTovWaitCursor const outer;
+                    CTovWaitCursor const inner;
+                    EXPECT_TRUE(CTovWaitCursor::Active());
+                }
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+        ASSERT_FALSE(CTovWaitCursor::Active());
+        ASSERT_EQ(screen.shown, IDC_ARROW);
+    }
+}
+
+TEST(WaitCursor, WithoutAScreenNothingIsShownAndTheFlagHolds) {
+    EXPECT_NE(TovGetSystem(), nullptr);
+    CTovWaitCursor const wait;
+    EXPECT_TRUE(CTovWaitCursor::Active());
+}
+
+}  // namespace
+}  // namespace tov
