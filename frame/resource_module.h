@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace tov {
 
@@ -27,10 +28,15 @@ class CTovResourceModule {
         return found != m_strings.end() ? &found->second : nullptr;
     }
 
+    // The folder or the file that it was loaded from; empty for the built-in one.
+    std::string const& Path() const { return m_path; }
+    void SetPath(std::string path) { m_path = std::move(path); }
+
     // Empty data where the module lacks the file.
     std::string_view FindFile(std::string_view name) const;
 
  private:
+    std::string m_path;
     StringTable m_strings;
     std::map<std::string, std::string_view, std::less<>> m_files;
     std::map<std::string, std::string> m_contents;  // of the files that came from disk

@@ -141,6 +141,9 @@ HINSTANCE TovLoadResourceModule(char const* path, unsigned long* error, CString*
         unsigned long code = TOV_ERROR_NONE;
         module = CTovResourceModule::FromFolder(name, code, reason);
         if (module == nullptr) Report(code, reason, error, message);
+        if (module != nullptr) module->SetPath(std::filesystem::absolute(name, failure).string());
+    } else if (name.find('/') != std::string::npos && !std::filesystem::exists(name, failure)) {
+        Report(TOV_ERROR_NOT_FOUND, name, error, message);
     } else if (void* const loaded = VeskLoadModule(name.c_str(), reason); loaded == nullptr) {
         Report(TOV_ERROR_MODULE_NOT_LOADED, reason, error, message);
     } else if (auto const* table =
@@ -150,6 +153,7 @@ HINSTANCE TovLoadResourceModule(char const* path, unsigned long* error, CString*
     } else {
         module = CTovResourceModule::FromTable(*table, reason);
         if (module == nullptr) Report(TOV_ERROR_INVALID_PARAMETER, reason, error, message);
+        if (module != nullptr) module->SetPath(VeskModulePath(table));
     }
     return module != nullptr ? Keep(std::move(module)) : nullptr;
 }

@@ -181,6 +181,7 @@ int WriteRegistrySection(char const* path, char const* section, char const* buff
         text = buffer;
         auto const equals = text.find('=');
         if (equals == std::string_view::npos) continue;
+        if (HasLineEnd(text)) return 0;
         RegistryValue const value{registryText, 0, std::string(text.substr(equals + 1))};
         if (!RegistryStore::Instance().Write(ProfileRoot(), key, text.substr(0, equals), value)) return 0;
     }

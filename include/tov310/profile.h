@@ -61,7 +61,7 @@ TOV_CORE_API HKEY TovGetRegistryProfileRoot();
 //
 // In the registry a value lies at root \ "software\" + path \ section \ entry; an empty path stands for the
 // profile path. Reading makes the key of the section when it is missing. Values are texts or 32-bit numbers,
-// and either is read as the other.
+// and either is read as the other. A line end in a name or text is refused with 0 here too.
 class TOV_CORE_API CTovProfileEntries {
  public:
     // Fills the buffer with texts "name=value", each with a closing zero, and one more zero behind the last:

@@ -154,7 +154,7 @@ TEST_F(Resources, FailuresAreToldByCodeAndText) {
         {"", TOV_ERROR_NOT_FOUND, ""},
         {noStrings.path(), TOV_ERROR_NOT_FOUND, "strings.json"},
         {faulty.path(), TOV_ERROR_INVALID_PARAMETER, "strings.json: line 2: a value is not a text"},
-        {"/nowhere/at/all", TOV_ERROR_MODULE_NOT_LOADED, "/nowhere/at/all"},
+        {"/nowhere/at/all", TOV_ERROR_NOT_FOUND, "/nowhere/at/all"},
         {faulty.path() + "/strings.json", TOV_ERROR_MODULE_NOT_LOADED, "strings.json"},
         {TOV_TEST_LIBRARY_DIR "/test_plugin.so", TOV_ERROR_SYMBOL_NOT_FOUND, "tov_resources"},
         {TOV_TEST_LIBRARY_DIR "/test_faulty_translation.so", TOV_ERROR_INVALID_PARAMETER, "line 3: "},

@@ -17,8 +17,8 @@ struct SavesAtTheEnd {
         tov::CTovValueAngle angle;
         tov::CString text;
         angle.GetString(text);
-        int const saved = tov::CTovProfileEntries::WriteTovProfileString("End", "Text", text.c_str());
-        bool const read = tov::CTovProfileEntries::ReadTovProfileString("End", "Text", "") == text;
+        int const saved = tov::CTovProfileEntries::WriteTovProfileString("End", "Text", "kept");
+        bool const read = tov::CTovProfileEntries::ReadTovProfileString("End", "Text", "") == "kept";
         if (saved == 0 || !read || text.empty() || tov::TovRegisterMessage("at the end") == 0) std::_Exit(1);
     }
 } atTheEnd;

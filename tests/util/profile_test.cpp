@@ -338,9 +338,13 @@ TEST_F(ProfileTest, FileRefusesWhatItCouldNotReadBack) {
     EXPECT_EQ(Entries::WriteProfileSectionA("a.ini", "S", "b=1\0[T]\0"), 0);
     EXPECT_EQ(Entries::WriteProfileSectionA("a.ini", "S", "b=1\0c=1\r\n\0"), 0);
     EXPECT_EQ(Get(File("a.ini")), "[S]\na=1\n");
-    // The registry keeps any text.
-    EXPECT_EQ(Entries::WriteProfileStringA("Acme", "S", "a=b", "1\r\n[T]"), 1);
-    EXPECT_EQ(Entries::ReadProfileString("Acme", "S", "A=B", ""), "1\r\n[T]");
+    // The registry takes any name and text of one line.
+    EXPECT_EQ(Entries::WriteProfileStringA("Acme", "S", "a=b", "[1];"), 1);
+    EXPECT_EQ(Entries::ReadProfileString("Acme", "S", "A=B", ""), "[1];");
+    EXPECT_EQ(Entries::WriteProfileStringA("Acme", "S", "a=b", "1\r\n[T]"), 0);
+    EXPECT_EQ(Entries::WriteProfileInt("Acme", "S", "a\nb", 1), 0);
+    EXPECT_EQ(Entries::WriteProfileSectionA("Acme", "S", "b=1\0c=1\r\n\0"), 0);
+    EXPECT_EQ(Entries::ReadProfileString("Acme", "S", "A=B", ""), "[1];");
 }
 
 }  // namespace

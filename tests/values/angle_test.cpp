@@ -152,7 +152,7 @@ TEST(Angle, PrintsHemispheres) {
         {-1e-9, nullptr, "   0° 00' 00.0000\" 北",
          "   0° 00' 00.0000\" 东"},  // zero has no hemisphere of its own
         {-12.5, "%Q%DegOrG", "S  12", "W  12"},
-        {-1e-9, "1: %SecOrCC %Q", "1:   0.0000 北", "1:   0.0000 东"},
+        {-1e-9, "1: %SecOrCC %Q", "1:  0.0000 北", "1:  0.0000 东"},
         {12.5, "%DegOrG,%MinOrC", "  12,30", "  12,30"}  // no place for the letter, and none behind
     };
     for (auto const& row : rows) {
