@@ -2,13 +2,17 @@
 
 #include "frame/handle_table.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
 #include <deque>
+#include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
+#include <utility>
 
 namespace tov {
 namespace {
@@ -25,7 +29,7 @@ void ReportFault(char const* text) {
 
 // The user-interface thread is whoever made the first of the living windows.
 std::atomic<std::thread::id> interfaceThread{};
-std::size_t livingWindows = 0;  // touched by the user-interface thread only
+std::atomic<std::size_t> livingWindows{0};
 
 bool OnInterfaceThread() {
     return interfaceThread.load(std::memory_order_acquire) == std::this_thread::get_id();
@@ -36,12 +40,22 @@ bool ClaimInterfaceThread() {
     return interfaceThread.compare_exchange_strong(nobody, std::this_thread::get_id()) || OnInterfaceThread();
 }
 
+// A message from another thread that waits for its answer. Shared by both sides, since either may be the last
+// to let go of it; all but the text is guarded by the queue.
+struct SentMessage {
+    CString text;
+    enum { kWaiting, kTaken, kAnswered, kLost } state = kWaiting;
+    LRESULT result = 0;
+    std::condition_variable_any changed;
+};
+
 struct Post {
     std::uint64_t number;
     HWND window;
     unsigned message;
     WPARAM wParam;
     LPARAM lParam;
+    std::shared_ptr<SentMessage> sent;  // null for a post
 };
 
 // The one queue of posts.
@@ -56,7 +70,77 @@ struct PostQueue {
         static PostQueue& queue = *std::make_unique<PostQueue>().release();  // posts may come at any time
         return queue;
     }
+
+    // Answers the number of what was added.
+    std::uint64_t Add(Post post) {
+        void (*waker)() = nullptr;
+        std::uint64_t number = 0;
+        {
+            std::scoped_lock const lock(guard);
+            if (posts.empty()) waker = wake;
+            number = post.number = ++posted;
+            posts.push_back(std::move(post));
+        }
+        filled.notify_all();
+        if (waker != nullptr) waker();
+        return number;
+    }
+
+    // Under the guard. Takes back what has not been delivered yet.
+    void Withdraw(std::uint64_t number) {
+        auto const found =
+            std::lower_bound(posts.begin(), posts.end(), number,
+                             [](Post const& post, std::uint64_t n) { return post.number < n; });
+        if (found != posts.end() && found->number == number) posts.erase(found);
+    }
 };
+
+// Tells the sender what became of its message, even when the window throws.
+class AnswerToSender {
+ public:
+    AnswerToSender(PostQueue& queue, std::shared_ptr<SentMessage> sent)
+        : m_queue(queue), m_sent(std::move(sent)) {}
+    AnswerToSender(AnswerToSender const&) = delete;
+    AnswerToSender& operator=(AnswerToSender const&) = delete;
+    ~AnswerToSender() {
+        if (m_sent == nullptr) return;
+        {
+            std::scoped_lock const lock(m_queue.guard);
+            m_sent->state = m_answer ? SentMessage::kAnswered : SentMessage::kLost;
+            m_sent->result = m_answer.value_or(0);
+        }
+        m_sent->changed.notify_all();
+    }
+    void Give(LRESULT result) { m_answer = result; }
+
+ private:
+    PostQueue& m_queue;
+    std::shared_ptr<SentMessage> m_sent;
+    std::optional<LRESULT> m_answer;
+};
+
+int SendAndWait(HWND window, unsigned message, WPARAM wParam, LPARAM lParam,
+                std::shared_ptr<SentMessage> sent, unsigned milliseconds, LRESULT* result,
+                std::stop_token const& stop) {
+    if (result != nullptr) *result = 0;
+    if (!IsWindow(window)) return 0;
+    if (OnInterfaceThread()) {
+        LRESULT const answer = TovSendMessage(window, message, wParam, lParam);
+        if (result != nullptr) *result = answer;
+        return 1;
+    }
+    PostQueue& queue = PostQueue::Instance();
+    auto const end = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+    std::uint64_t const number = queue.Add({0, window, message, wParam, lParam, sent});
+    std::unique_lock lock(queue.guard);
+    sent->changed.wait_until(lock, stop, end, [&sent] {
+        return sent->state == SentMessage::kAnswered || sent->state == SentMessage::kLost;
+    });
+    if (sent->state == SentMessage::kWaiting) queue.Withdraw(number);
+    if (sent->state != SentMessage::kAnswered) return 0;
+    if (result != nullptr) *result = sent->result;
+    return 1;
+}
 
 }  // namespace
 
@@ -120,16 +204,22 @@ LRESULT TovSendMessage(HWND window, unsigned message, WPARAM wParam, LPARAM lPar
 
 int TovPostMessage(HWND window, unsigned message, WPARAM wParam, LPARAM lParam) {
     if (!IsWindow(window)) return 0;
-    PostQueue& queue = PostQueue::Instance();
-    void (*wake)() = nullptr;
-    {
-        std::scoped_lock const lock(queue.guard);
-        if (queue.posts.empty()) wake = queue.wake;
-        queue.posts.push_back({++queue.posted, window, message, wParam, lParam});
-    }
-    queue.filled.notify_all();
-    if (wake != nullptr) wake();
+    PostQueue::Instance().Add({0, window, message, wParam, lParam, nullptr});
     return 1;
+}
+
+int TovSendMessageTimeout(HWND window, unsigned message, WPARAM wParam, CString text, unsigned milliseconds,
+                          LRESULT* result, std::stop_token stop) {
+    auto sent = std::make_shared<SentMessage>();
+    sent->text = std::move(text);
+    auto const lParam = reinterpret_cast<LPARAM>(sent->text.c_str());
+    return SendAndWait(window, message, wParam, lParam, std::move(sent), milliseconds, result, stop);
+}
+
+int TovSendMessageTimeout(HWND window, unsigned message, WPARAM wParam, LPARAM lParam, unsigned milliseconds,
+                          LRESULT* result, std::stop_token stop) {
+    auto sent = std::make_shared<SentMessage>();
+    return SendAndWait(window, message, wParam, lParam, std::move(sent), milliseconds, result, stop);
 }
 
 unsigned TovDispatchPosts() {
@@ -144,12 +234,16 @@ unsigned TovDispatchPosts() {
     // The queue is asked anew for every post: a window may dispatch by itself while it answers, and the order
     // must hold then too.
     while (!queue.posts.empty() && queue.posts.front().number <= last) {
-        Post const post = queue.posts.front();
+        Post const post = std::move(queue.posts.front());
         queue.posts.pop_front();
+        if (post.sent != nullptr) post.sent->state = SentMessage::kTaken;
         lock.unlock();
-        if (CWnd* const target = HandleTable::Instance().Find(post.window)) {
-            target->WindowProc(post.message, post.wParam, post.lParam);
-            ++delivered;
+        {
+            AnswerToSender answer(queue, post.sent);
+            if (CWnd* const target = HandleTable::Instance().Find(post.window)) {
+                answer.Give(target->WindowProc(post.message, post.wParam, post.lParam));
+                ++delivered;
+            }
         }
         lock.lock();
     }

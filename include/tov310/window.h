@@ -1,7 +1,8 @@
 // Windows, their handles and the messages between them, without a toolkit.
 //
 // One thread of the process is the user-interface thread: the one that makes the first window. All windows
-// are made, sent to and destroyed there; other threads may only post, and ask IsWindow.
+// are made, sent to and destroyed there; other threads may only post, send with a time limit, and ask
+// IsWindow.
 #pragma once
 
 #include <tov310/export.h>
@@ -9,6 +10,7 @@
 #include <tov310/types.h>
 
 #include <span>
+#include <stop_token>
 
 namespace tov {
 
@@ -119,6 +121,20 @@ TOV_CORE_API LRESULT TovSendMessage(HWND window, unsigned message, WPARAM wParam
 // Queues the message for the window and answers 1; 0 for a dead handle. Any thread may post. Messages are
 // delivered in the order of their posts by TovDispatchPosts; a window that is dead by then gets nothing.
 TOV_CORE_API int TovPostMessage(HWND window, unsigned message, WPARAM wParam = 0, LPARAM lParam = 0);
+
+// Sends a message that carries a text: its address is the lParam, and it lives until the window has answered.
+// On the user-interface thread this is a plain send. From another thread the message waits its turn among the
+// posts, and the caller waits for the answer: at most so many milliseconds, and no longer than until somebody
+// asks `stop` to stop. Answers 1 and the window's answer in `result`, or 0: there is no such window, it has
+// died, or the wait is over. A message that the window has not begun to answer by then is taken back.
+TOV_CORE_API int TovSendMessageTimeout(HWND window, unsigned message, WPARAM wParam, CString text,
+                                       unsigned milliseconds, LRESULT* result = nullptr,
+                                       std::stop_token stop = {});
+
+// The same with a plain lParam. What that points to, if anything, must outlive the answer, however late.
+TOV_CORE_API int TovSendMessageTimeout(HWND window, unsigned message, WPARAM wParam, LPARAM lParam,
+                                       unsigned milliseconds, LRESULT* result = nullptr,
+                                       std::stop_token stop = {});
 
 // Delivers what was queued when the call began, so that windows which post to themselves cannot hold it up,
 // and answers the number of messages that reached a window. A host without a toolkit calls it in its main
