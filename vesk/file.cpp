@@ -1,12 +1,12 @@
 // Files by POSIX calls. See the header for what is promised.
 #include "vesk/file.h"
 
-#include <fcntl.h>
+#include "vesk/descriptor.h"
+
 #include <pthread.h>
 #include <pwd.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -22,40 +22,6 @@
 
 namespace tov {
 namespace {
-
-std::error_code FileError(int number = errno) {
-    return {number, std::generic_category()};
-}
-
-// Repeats a call that a signal interrupted.
-template <class Call>
-auto Uninterrupted(Call call) {
-    auto result = call();
-    while (result == -1 && errno == EINTR)
-        result = call();
-    return result;
-}
-
-class FileDescriptor {
- public:
-    explicit FileDescriptor(int number) : m_number(number) {}
-    FileDescriptor(FileDescriptor&& other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
-    FileDescriptor(FileDescriptor const&) = delete;
-    FileDescriptor& operator=(FileDescriptor const&) = delete;
-    ~FileDescriptor() {
-        if (m_number >= 0) ::close(m_number);
-    }
-    explicit operator bool() const { return m_number >= 0; }
-    int Get() const { return m_number; }
-    int Release() { return std::exchange(m_number, -1); }
-
- private:
-    int m_number;
-};
-
-FileDescriptor OpenDescriptor(char const* path, int flags, mode_t mode = 0) {
-    return FileDescriptor{Uninterrupted([&] { return ::open(path, flags | O_CLOEXEC, mode); })};
-}
 
 std::int64_t Nanoseconds(timespec const& time) {
     return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;

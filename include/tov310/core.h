@@ -11,6 +11,9 @@
 #include <tov310/document.h>
 #include <tov310/event_channels.h>
 #include <tov310/export.h>
+#include <tov310/file.h>
+#include <tov310/file_list.h>
+#include <tov310/find_data.h>
 #include <tov310/format.h>
 #include <tov310/geometry.h>
 #include <tov310/help_app.h>

@@ -24,4 +24,18 @@ TOV_CORE_API void TovSplitPath(char const* path, CString& drive, CString& direct
 TOV_CORE_API CString TovMakePath(char const* drive, char const* directory, char const* name,
                                  char const* extension);
 
+// Whether a name (no path) can be given to a file here and on the usual foreign volumes: UTF-8 of at most 255
+// bytes, no control characters and none of / \ : * ? " < > |, no blank or dot at the end, no name of a device
+// (CON, PRN, AUX, NUL, COM1 to COM9, LPT1 to LPT9) with or without an extension. 0 for null and empty.
+TOV_CORE_API int TovFilenameIsValid(char const* name);
+
+// Whether a path can be: what of it is there, is, and every further part is a valid name. With `noRemovable`
+// a path on a volume that can be taken out is not valid either, and `removable`, if given, tells that this is
+// why.
+TOV_CORE_API int TovPathIsValid(char const* path, int noRemovable, int* removable);
+
+// Replaces what makes a name invalid, except its length, and answers the number of characters that were
+// replaced. Where the replacement would itself make an invalid name "_" stands for it.
+TOV_CORE_API unsigned int TovReplaceInvalidFilenameCharacters(CString& name, char replacement);
+
 }  // namespace tov

@@ -1,0 +1,257 @@
+#include "util/tree_walk.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <condition_variable>
+#include <mutex>
+#include <new>
+#include <thread>
+#include <utility>
+
+namespace tov {
+
+// An open directory whose children have not all been entered: they are opened from here. Only so many are
+// kept; the children of others are opened by their paths.
+struct TreeDirectory::Place {
+    Directory directory;
+    std::atomic<int>& count;
+
+    Place(Directory&& opened, std::atomic<int>& counter) : directory(std::move(opened)), count(counter) {
+        ++count;
+    }
+    ~Place() { --count; }
+};
+
+namespace {
+
+constexpr int mostOpenPlaces = 128;
+constexpr std::size_t smallTree = 16;  // directories that one thread lists sooner than a second one starts
+constexpr unsigned mostHelpers = 3;
+constexpr unsigned freeLinks = 1;  // on a way that is gone whatever was entered before
+
+// What befalls one directory of many and is no reason to end: no right to read it, or it is gone.
+bool IsOverlooked(std::error_code error) {
+    switch (error.value()) {
+        case EACCES:
+        case EPERM:
+        case ENOENT:
+        case ENOTDIR:
+        case ELOOP:
+        case ESRCH:  // so the directories of a process that has ended answer
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+std::string TreeDirectory::Path() const {
+    std::size_t length = 0;
+    for (TreeDirectory const* d = this; d != nullptr; d = d->parent)
+        length += d->name.size() + (d->parent != nullptr ? 1 : 0);
+    std::string path(length, '/');
+    for (TreeDirectory const* d = this; d != nullptr; d = d->parent) {
+        length -= d->name.size() + (d->parent != nullptr ? 1 : 0);
+        d->name.copy(path.data() + length, d->name.size());
+    }
+    return path;
+}
+
+// The further threads and the directories that wait for them. The walk adds at the back what it will come to
+// soon; a helper takes from the front, where the oldest stand, and puts there what it finds itself, so that
+// it goes through a far part of the tree from its top to its end.
+class TreeWalk::Crew {
+ public:
+    explicit Crew(TreeWalk& walk) : m_walk(walk) {
+        unsigned const wanted = std::min(std::max(std::thread::hardware_concurrency(), 1u) - 1, mostHelpers);
+        for (unsigned i = 0; i < wanted; ++i) {
+            Shelf& shelf = walk.m_shelves.emplace_back();
+            try {
+                m_threads.emplace_back([this, &shelf] { Work(shelf); });
+            } catch (std::system_error const&) {
+                break;  // the walk goes on without
+            }
+        }
+    }
+    ~Crew() {
+        {
+            std::scoped_lock const lock(m_guard);
+            m_isOver = true;
+        }
+        m_wake.notify_all();
+        for (std::thread& thread : m_threads)
+            thread.join();
+    }
+    Crew(Crew const&) = delete;
+    Crew& operator=(Crew const&) = delete;
+
+    void Add(std::vector<TreeDirectory*> const& directories) {
+        bool isAsleep = false;
+        {
+            std::scoped_lock const lock(m_guard);
+            m_waiting.insert(m_waiting.end(), directories.begin(), directories.end());
+            isAsleep = m_sleepers != 0;
+        }
+        if (isAsleep) m_wake.notify_all();
+    }
+
+ private:
+    void Work(Shelf& shelf) {
+        std::unique_lock lock(m_guard);
+        while (!m_isOver) {
+            if (m_waiting.empty()) {
+                ++m_sleepers;
+                m_wake.wait(lock);
+                --m_sleepers;
+                continue;
+            }
+            TreeDirectory& directory = *m_waiting.front();
+            m_waiting.pop_front();
+            lock.unlock();
+            // What is entered once depends on the order, so the walk alone enters it.
+            bool const isMine = directory.links <= freeLinks && Take(directory);
+            if (isMine) m_walk.List(directory, shelf);
+            lock.lock();
+            // The children are the walk's to read from now on too, but nobody changes them any more.
+            if (isMine)
+                m_waiting.insert(m_waiting.begin(), directory.children.begin(), directory.children.end());
+        }
+    }
+
+    TreeWalk& m_walk;
+    std::mutex m_guard;
+    std::condition_variable m_wake;
+    std::deque<TreeDirectory*> m_waiting;  // some of them taken meanwhile
+    std::size_t m_sleepers = 0;
+    bool m_isOver = false;
+    std::vector<std::thread> m_threads;
+};
+
+TreeWalk::TreeWalk(std::string const& root, std::vector<NamePattern> const& patterns, bool isRecursive,
+                   std::atomic<bool> const& stop)
+    : m_patterns(patterns), m_isRecursive(isRecursive), m_stop(stop) {
+    TreeDirectory& directory = m_shelves.emplace_back().emplace_back();
+    directory.name = root;
+    m_order.push_back(&directory);
+}
+
+TreeWalk::~TreeWalk() = default;
+
+bool TreeWalk::Take(TreeDirectory& directory) {
+    int waiting = TreeDirectory::kWaiting;
+    return directory.m_state.compare_exchange_strong(waiting, TreeDirectory::kTaken);
+}
+
+std::error_code TreeWalk::OpenDirectory(TreeDirectory& directory, Directory& opened) {
+    std::error_code failure;
+    if (auto const place = std::exchange(directory.m_place, nullptr)) {
+        failure = place->directory.OpenEntry(directory.name.c_str(), true, opened);
+    } else {
+        failure = Directory::Open(directory.Path(), opened);
+    }
+    EntryFacts facts;
+    if (!failure) failure = opened.FactsOf("", false, facts);
+    directory.identity = facts.identity;
+    return failure;
+}
+
+void TreeWalk::List(TreeDirectory& directory, Shelf& shelf) {
+    try {
+        auto const failure = ListEntries(directory, shelf);
+        bool const isRoot = directory.parent == nullptr;
+        bool const isDenied = failure.value() == EACCES || failure.value() == EPERM;
+        if (isRoot ? !isDenied : !IsOverlooked(failure)) directory.failure = failure;
+    } catch (std::bad_alloc const&) {
+        directory.failure = std::make_error_code(std::errc::not_enough_memory);
+    }
+    directory.m_state.store(TreeDirectory::kDone);
+    directory.m_state.notify_all();
+}
+
+std::error_code TreeWalk::ListEntries(TreeDirectory& directory, Shelf& shelf) {
+    Directory opened;
+    if (auto const failure = OpenDirectory(directory, opened)) return failure;
+    if (directory.links != 0) {
+        for (TreeDirectory const* d = directory.parent; d != nullptr; d = d->parent) {
+            if (d->identity == directory.identity) return {};
+        }
+    }
+    if (directory.links > freeLinks && !m_enteredBehindLinks.insert(directory.identity).second) return {};
+    DirectoryReader reader(opened);
+    DirectoryReader::Entry entry;
+    while (!m_stop.load(std::memory_order_relaxed) && reader.Next(entry)) {
+        bool const isWanted = std::any_of(m_patterns.begin(), m_patterns.end(),
+                                          [&entry](NamePattern const& p) { return p.Matches(entry.name); });
+        EntryKind kind = entry.kind;
+        EntryFacts facts;
+        bool isLink = kind == EntryKind::kLink;
+        if (!isWanted && (!m_isRecursive || kind == EntryKind::kFile || kind == EntryKind::kOther)) continue;
+        if (kind != EntryKind::kDirectory) {
+            auto failure = opened.FactsOf(entry.name.data(), false, facts);
+            if (failure == std::errc::no_such_file_or_directory) continue;  // gone in between
+            if (!failure) kind = facts.kind;
+            isLink = kind == EntryKind::kLink;
+            EntryFacts target;
+            if (isLink && !opened.FactsOf(entry.name.data(), true, target)) {
+                facts = target;
+                kind = target.kind;
+            }
+        }
+        if (kind == EntryKind::kDirectory) {
+            if (!m_isRecursive) continue;
+            TreeDirectory& child = shelf.emplace_back();
+            child.parent = &directory;
+            child.name = entry.name;
+            child.links = directory.links + (isLink ? 1 : 0);
+            directory.children.push_back(&child);
+        } else if (isWanted) {
+            directory.hits.push_back({static_cast<std::uint32_t>(directory.names.size()),
+                                      static_cast<std::uint32_t>(entry.name.size()), isLink, facts});
+            directory.names.append(entry.name).push_back('\0');
+        }
+    }
+    if (!directory.children.empty() && m_openPlaces < mostOpenPlaces) {
+        auto const place = std::make_shared<TreeDirectory::Place>(std::move(opened), m_openPlaces);
+        for (TreeDirectory* const child : directory.children)
+            child->m_place = place;
+    }
+    return reader.Failure();
+}
+
+std::error_code TreeWalk::Run(std::function<void(TreeDirectory const&)> const& found) {
+    struct Level {
+        TreeDirectory* directory;
+        std::size_t next;
+    };
+    std::vector<Level> way;
+    TreeDirectory* entered = m_order.front();
+    for (;;) {
+        if (Take(*entered)) {
+            List(*entered, m_shelves.front());
+            if (m_crew != nullptr && !entered->children.empty()) m_crew->Add(entered->children);
+        } else {
+            entered->m_state.wait(TreeDirectory::kTaken);
+        }
+        if (m_stop) return {};
+        if (entered->failure) return entered->failure;
+        for (TreeDirectory* const child : entered->children) {
+            m_order.push_back(child);
+            found(*child);
+            if (m_stop) return {};
+        }
+        if (m_crew == nullptr && m_isRecursive && m_order.size() > smallTree) {
+            m_crew = std::make_unique<Crew>(*this);
+            m_crew->Add({m_order.begin() + 1, m_order.end()});
+        }
+        way.push_back({entered, 0});
+        while (!way.empty() && way.back().next == way.back().directory->children.size())
+            way.pop_back();
+        if (way.empty()) break;
+        entered = way.back().directory->children[way.back().next++];
+    }
+    m_crew.reset();
+    return {};
+}
+
+}  // namespace tov
