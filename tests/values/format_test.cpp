@@ -72,17 +72,15 @@ TEST(Format, PrintsOneNumberAsPrintfDoes) {
         Change setup;
         char const* text;
     } const rows[] = {
-        {1.5, 11, nullptr, " 1.50000"},
-        {1.5, 11, Precision(0), " 1.500000"},
-        {1.5, 11, Precision(-3), " 1.500000"},
-        {-1.25, 21, Precision(1), "-1.2"},
-        {-0.04, 21, Precision(1), " 0.0"},
-        {-0.0, 18, Precision(2), " 0.00"},
+        // clang-format off
+        {1.5, 11, nullptr, " 1.50000"}, {1.5, 11, Precision(0), " 1.500000"},
+        {1.5, 11, Precision(-3), " 1.500000"}, {-1.25, 21, Precision(1), "-1.2"},
+        {-0.04, 21, Precision(1), " 0.0"}, {-0.0, 18, Precision(2), " 0.00"},
         {1.0, 21, [](CTovFormat& f) { f.Precision(3), f.TrimTrailingZeros(1); }, " 1.0"},
         {1200.0, 21, [](CTovFormat& f) { f.TrimTrailingZeros(1); }, " 1200.0"},
-        {std::numeric_limits<double>::quiet_NaN(), 12, nullptr, " nan"},
-        {-HUGE_VAL, 12, nullptr, "-inf"},
+        {std::numeric_limits<double>::quiet_NaN(), 12, nullptr, " nan"}, {-HUGE_VAL, 12, nullptr, "-inf"},
         {HUGE_VAL, 21, nullptr, " inf"},
+        // clang-format on
     };
     for (auto const& row : rows)
         EXPECT_EQ(Print(row.value, row.unit, row.setup), row.text);
@@ -131,14 +129,14 @@ TEST(Format, ReplacesTokensInOnePass) {
     auto const trim = [](CTovFormat& f) { f.TrimLeadingZeros(1); };
     auto const letter = [](CTovFormat& f) { f.CustomFormat("%Q", "%DegOrG"); };
     Row const rows[] = {
+        // clang-format off
         {12.3456789, 12, "%DegOrG|%MinOrC|%SecOrCC", nullptr, "  12|34|56.78900"},
         {12.3456789, 12, "%degOrG%minOrC%secOrCC", Precision(9), "  12°34'56.7890\""},
         {-12.3456789, 15, "%degOrG%minOrC%secOrCC", nullptr, "- 12g34c56.78900cc"},
         {-0.0456789, 12, "<%degOrG%MinOrC:%SecOrCC>", trim, "<- 4:56.78900>"},
         {-0.0056789, 12, "<%degOrG%MinOrC:%SecOrCC>", trim, "<:-56.78900>"},
         {-12.0056789, 12, "<%degOrG%MinOrC:%SecOrCC>", trim, "<- 12° 0:56.78900>"},
-        {1, 12, "no token", nullptr, "before"},
-        {1, 12, "%DegOrG%DegOrG %%", nullptr, "   1   1 %%"},
+        {1, 12, "no token", nullptr, "before"}, {1, 12, "%DegOrG%DegOrG %%", nullptr, "   1   1 %%"},
         {1, 12, "%Q%DegOrG", letter, "%DegOrG   1"},  // what was put in is not searched
         {1.5, 11, "%.2f %U, %U", [](CTovFormat& f) { f.SetUnitAbbreviation(11); }, "1.50 dec, dec"},
         {1.5, 11, "%08.3f", nullptr, "0001.500"},
@@ -146,21 +144,18 @@ TEST(Format, ReplacesTokensInOnePass) {
         {1.5, 11, "%s%n%d%x%.*f", Precision(2), "%s%n%d%x1.50"},
         {1.5, 11, "%.*f", Precision(0), "1.500000"},
         {1.5, 11, "%*f %5$f %hf 100%% %", nullptr, "%*f %5$f %hf 100% %"},
-        {-0.001, 11, "%.1f", nullptr, "0.0"},
-        {1.5, 11, "%8.2lf|", nullptr, "    1.50|"},
-        {2.0, 11, "%#.0f", nullptr, "2."},
-        {0.0001, 11, "%#.3g", nullptr, "0.000100"},
-        {99999.5, 11, "%#.5g", nullptr, "1.0000e+05"},
-        {3.0, 11, "%#.0e", nullptr, "3.e+00"},
+        {-0.001, 11, "%.1f", nullptr, "0.0"}, {1.5, 11, "%8.2lf|", nullptr, "    1.50|"},
+        {2.0, 11, "%#.0f", nullptr, "2."}, {0.0001, 11, "%#.3g", nullptr, "0.000100"},
+        {99999.5, 11, "%#.5g", nullptr, "1.0000e+05"}, {3.0, 11, "%#.0e", nullptr, "3.e+00"},
         {12.3456789, 12, "%U", nullptr, "  12° 34' 56.78900\""},  // nothing is no format
         {12345.678, 21, "%.2e %U", [](CTovFormat& f) { f.SetUnitAbbreviation("%f"); }, "1.23e+04 %f"},
         // Sections: only behind the third character, and the first of two goes.
         {1.5, 11, "abc%?%[x%]%[%.1f%]", nullptr, "abc1.5"},
         {1.5, 11, "ab%?%[x%]%[%.1f%]", nullptr, "ab%[x%]%[1.5%]"},
-        {1.5, 11, "度度度%?%[x%]%.1f", nullptr, "度度度1.5"},
-        {1.5, 11, "度度%?%[x%]%.1f", nullptr, "度度%[x%]1.5"},
+        {1.5, 11, "度度度%?%[x%]%.1f", nullptr, "度度度1.5"}, {1.5, 11, "度度%?%[x%]%.1f", nullptr, "度度%[x%]1.5"},
         {1.5, 11, "%?abc%?%[x%.1f", nullptr, "abc%[x1.5"},
         {1.5, 11, "abc%?%[x%U%]%[%.1f", nullptr, "abc%[1.5"},
+        // clang-format on
     };
     for (Row const& row : rows) {
         EXPECT_EQ(Print(row.value, row.unit,
