@@ -27,7 +27,8 @@ namespace {
 constexpr int mostOpenPlaces = 128;
 constexpr std::size_t smallTree = 16;  // directories that one thread lists sooner than a second one starts
 constexpr unsigned mostHelpers = 3;
-constexpr unsigned freeLinks = 1;  // on a way that is gone whatever was entered before
+constexpr unsigned freeLinks = 1;         // on a way that is gone whatever was entered before
+constexpr unsigned mostReturns = 10'000;  // by ways with more of them
 
 // What befalls one directory of many and is no reason to end: no right to read it, or it is gone.
 bool IsOverlooked(std::error_code error) {
@@ -58,9 +59,8 @@ std::string TreeDirectory::Path() const {
     return path;
 }
 
-// The further threads and the directories that wait for them. The walk adds at the back what it will come to
-// soon; a helper takes from the front, where the oldest stand, and puts there what it finds itself, so that
-// it goes through a far part of the tree from its top to its end.
+// The further threads and the directories that wait for them, what the walk comes to last in front. The walk
+// goes through the tree from its beginning and a helper from its end, so that they meet once.
 class TreeWalk::Crew {
  public:
     explicit Crew(TreeWalk& walk) : m_walk(walk) {
@@ -90,7 +90,7 @@ class TreeWalk::Crew {
         bool isAsleep = false;
         {
             std::scoped_lock const lock(m_guard);
-            m_waiting.insert(m_waiting.end(), directories.begin(), directories.end());
+            m_waiting.insert(m_waiting.end(), directories.rbegin(), directories.rend());
             isAsleep = m_sleepers != 0;
         }
         if (isAsleep) m_wake.notify_all();
@@ -113,9 +113,9 @@ class TreeWalk::Crew {
             bool const isMine = directory.links <= freeLinks && Take(directory);
             if (isMine) m_walk.List(directory, shelf);
             lock.lock();
-            // The children are the walk's to read from now on too, but nobody changes them any more.
+            // Nobody changes the children any more.
             if (isMine)
-                m_waiting.insert(m_waiting.begin(), directory.children.begin(), directory.children.end());
+                m_waiting.insert(m_waiting.begin(), directory.children.rbegin(), directory.children.rend());
         }
     }
 
@@ -177,7 +177,9 @@ std::error_code TreeWalk::ListEntries(TreeDirectory& directory, Shelf& shelf) {
             if (d->identity == directory.identity) return {};
         }
     }
-    if (directory.links > freeLinks && !m_enteredBehindLinks.insert(directory.identity).second) return {};
+    if (directory.links > freeLinks && !m_enteredBehindLinks.insert(directory.identity).second &&
+        ++m_returns > mostReturns)
+        return {};
     DirectoryReader reader(opened);
     DirectoryReader::Entry entry;
     while (!m_stop.load(std::memory_order_relaxed) && reader.Next(entry)) {
@@ -188,15 +190,19 @@ std::error_code TreeWalk::ListEntries(TreeDirectory& directory, Shelf& shelf) {
         bool isLink = kind == EntryKind::kLink;
         if (!isWanted && (!m_isRecursive || kind == EntryKind::kFile || kind == EntryKind::kOther)) continue;
         if (kind != EntryKind::kDirectory) {
-            auto failure = opened.FactsOf(entry.name.data(), false, facts);
-            if (failure == std::errc::no_such_file_or_directory) continue;  // gone in between
-            if (!failure) kind = facts.kind;
-            isLink = kind == EntryKind::kLink;
-            EntryFacts target;
-            if (isLink && !opened.FactsOf(entry.name.data(), true, target)) {
-                facts = target;
-                kind = target.kind;
+            // What a link leads to is asked first, since most lead somewhere; and of an entry of unknown
+            // kind, whether it is a link.
+            auto failure = opened.FactsOf(entry.name.data(), isLink, facts);
+            if (failure == std::errc::no_such_file_or_directory && !isLink) continue;  // gone in between
+            if (!failure && !isLink && facts.kind == EntryKind::kLink) {
+                isLink = true;
+                EntryFacts target;
+                if (!opened.FactsOf(entry.name.data(), true, target)) facts = target;
+            } else if (failure && isLink) {
+                failure = opened.FactsOf(entry.name.data(), false, facts);
+                if (failure == std::errc::no_such_file_or_directory) continue;
             }
+            if (!failure) kind = facts.kind;
         }
         if (kind == EntryKind::kDirectory) {
             if (!m_isRecursive) continue;

@@ -92,6 +92,7 @@ class TreeWalk {
     std::atomic<int> m_openPlaces{0};
     std::deque<Shelf> m_shelves;                   // one of each thread
     std::set<EntryIdentity> m_enteredBehindLinks;  // behind two or more; touched by the walk's own thread
+    unsigned m_returns = 0;                        // to those
     std::vector<TreeDirectory*> m_order;
     std::unique_ptr<Crew> m_crew;
 };
