@@ -107,17 +107,6 @@ TEST_F(DocumentTest, DocumentsAndTemplatesLeaveEachOther) {
     EXPECT_EQ(first.GetDocTemplate(), nullptr);
 }
 
-TEST_F(DocumentTest, ADocumentIsTheSameAsItself) {
-    Document document;
-    Document other;
-    EXPECT_EQ(document.Compare(&document), 1);
-    EXPECT_EQ(document.Compare(&other), 0);
-    EXPECT_EQ(document.Compare(nullptr), 0);
-    document.SetTitle("Site 7");
-    document.SetTitle(nullptr);
-    EXPECT_EQ(document.GetTitle(), "");
-}
-
 TEST_F(DocumentTest, TheFirstViewWithAFrameIsActivated) {
     Document document;
     EXPECT_EQ(document.ActivateFirstView(), 0);

@@ -9,7 +9,6 @@
 #include <map>
 #include <memory>
 #include <random>
-#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -149,35 +148,6 @@ TEST_F(EventChannelsTest, HeldEventsWaitForAFlushAndComeByPriority) {
     EXPECT_EQ(channel->FlushConsumer(&a), 7);
     EXPECT_EQ(a.reasons, (Reasons{8, 6, 3, 5, 1, 4, 2, 7}));
     EXPECT_EQ(channel->FlushConsumer(&a), 0);
-}
-
-TEST_F(EventChannelsTest, AFailingConsumerStopsNobodyAndDoesNotCount) {
-    b.act = [](ITovEvent& event) {
-        if (event.Reason() % 2 == 1) throw std::runtime_error("odd");
-    };
-    for (Consumer& consumer : consumers)
-        channel->RegisterConsumer(&consumer, &consumer != &b);
-    for (unsigned reason = 1; reason <= 5; ++reason)
-        Push(reason);
-    EXPECT_EQ(channel->FlushConsumer(&b), 2);
-    for (Consumer const& consumer : consumers)
-        EXPECT_EQ(consumer.reasons, (Reasons{1, 2, 3, 4, 5}));
-}
-
-TEST_F(EventChannelsTest, AConsumerThatLeavesWhileItIsFlushedGetsNothingMore) {
-    channel->RegisterConsumer(&a, 0);
-    for (unsigned reason = 1; reason <= 4; ++reason)
-        Push(reason);
-    a.act = [this](ITovEvent& event) {
-        if (event.Reason() == 1) {
-            EXPECT_EQ(channel->DiscardConsumer(&a), 0) << "what is left belongs to the flush";
-        }
-        if (event.Reason() == 2) channel->UnregisterConsumer(&a, nullptr);
-    };
-    EXPECT_EQ(channel->FlushConsumer(&a), 2);
-    EXPECT_EQ(a.reasons, (Reasons{1, 2}));
-    EXPECT_EQ(livingEvents, 0) << "what is held for nobody is released";
-    EXPECT_EQ(channel->FlushConsumer(&a), -1);
 }
 
 TEST_F(EventChannelsTest, TheLastReferenceMayGoInsideAReceive) {

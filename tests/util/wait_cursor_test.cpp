@@ -62,11 +62,5 @@ TEST(WaitCursor, WaitsOfManyThreadsNest) {
     }
 }
 
-TEST(WaitCursor, WithoutAScreenNothingIsShownAndTheFlagHolds) {
-    EXPECT_NE(TovGetSystem(), nullptr);
-    CTovWaitCursor const wait;
-    EXPECT_TRUE(CTovWaitCursor::Active());
-}
-
 }  // namespace
 }  // namespace tov
