@@ -29,8 +29,8 @@ class TOV_CORE_API CTovSingleInstance : public CObject {
     CTovSingleInstance& operator=(CTovSingleInstance const&) = delete;
     ~CTovSingleInstance() override;
 
-    // Sets the name of the program, any text, and the class name of its main window, which is the name with "
-    // Class" behind. Answers 1, or 0 when this object holds a name already or the text is not there.
+    // Sets the name of the program, any text, and the class name of its main window: the name and " Class".
+    // Answers 1, or 0 when this object holds a name already or the text is not there.
     int SetObjectName(CString name);
     int SetObjectName(HINSTANCE module, unsigned int id);
     CString const& GetObjectName() const { return m_objectName; }
