@@ -63,7 +63,7 @@ class TOV_CORE_API CTovFindData : public WIN32_FIND_DATAA {
 class TOV_CORE_API CTovFileList : public CObject {
     TOV_DYNAMIC(CTovFileList, CObject)
  public:
-    enum eSortMode {
+    enum eSortMode : int {
         eSortNone = 0,               // the order in which they were found
         eSortFilename = 1,           // Z to A, by bytes
         eSortFullFilename = 2,       // A to Z, by bytes
