@@ -2,14 +2,16 @@
 #include <tov310/application.h>
 #include <tov310/profile.h>
 
+#include "support/files.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
-#include <string_view>
+#include <limits>
+#include <random>
 #include <utility>
 
 namespace tov {
@@ -17,6 +19,8 @@ namespace {
 
 using Entries = CTovProfileEntries;
 using namespace std::string_literals;
+
+constexpr char const* stores[] = {"a.ini", "Acme\\App"};
 
 class ProfileTest : public testing::Test {
  protected:
@@ -26,169 +30,135 @@ class ProfileTest : public testing::Test {
         TovSetRegistryProfileRoot(HKEY_CURRENT_USER);
     }
 
-    CString File(char const* name) const { return m_folder.File(name); }
-    void Put(char const* name, std::string_view bytes) const {
-        std::ofstream(File(name), std::ios::binary).write(bytes.data(), std::ssize(bytes));
+    CString File(CString const& name) const { return m_folder.File(name); }
+    void Put(char const* name, std::string_view bytes) const { test::PutFile(File(name), bytes); }
+    std::string Get(char const* name) const { return test::GetFile(File(name)); }
+
+    static int Write(CString const& path, char const* section, CString const& entry, CString const& value) {
+        return Entries::WriteProfileStringA(path.c_str(), section, entry.c_str(), value.c_str());
     }
-    std::string Get(CString const& path) const {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
+    static int Remove(char const* path, char const* section, char const* entry) {
+        return Entries::WriteProfileStringA(path, section, entry, nullptr);
+    }
+    static CString Read(CString const& path, char const* section, char const* entry) {
+        return Entries::ReadProfileString(path.c_str(), section, entry, "<none>");
     }
 
     test::TemporaryFolder m_folder;
 };
 
-std::string Repeat(char const* text, int times) {
-    std::string result;
-    for (int i = 0; i < times; ++i)
-        result += text;
-    return result;
-}
-
 TEST_F(ProfileTest, ReadsTheFileFormat) {
-    struct Row {
+    std::string const none = "<none>", wide = "\xE6\xB5\x8B", longest(4095, 'x');
+    struct {
         std::string file, section, entry, expected;
+    } const rows[] = {
+        // clang-format off
+        {"[S]\r\na=1\r\n", "S", "a", "1"},             {"[S]\na=1", "s", "A", "1"},
+        {"[\xC3\x84]\na=1\n", "\xC3\xA4", "a", none},  {"  [ S ]  tail\n \t a \t =  1 2  \n", " S ", " a ", "1 2"},
+        {"[S]\na=\"  x  \"\n", "S", "a", "  x  "},     {"[S]\na='x'\n", "S", "a", "x"},
+        {"[S]\na=\"x'\n", "S", "a", "\"x'"},           {"[S]\na=\"\n", "S", "a", "\""},
+        {"[S]\na=\"\"x\"\"\n", "S", "a", "\"x\""},     {"[S]\na=\n", "S", "a", ""},
+        {"[S]\na\n", "S", "a", none},                  {"[S]\n;a=1\n", "S", ";a", none},
+        {"[S]\na=b=c;2\n", "S", "a", "b=c;2"},         {"[S]\na=1\na=2\n", "S", "a", "1"},
+        {"[S]\na=1\n[T]\n[S]\nb=2\n", "S", "b", none}, {"a=1\n[S]\n", "", "a", none},
+        {"[]\n=1\n", "", "", "1"},                     {"[S\na=1\n", "S", "a", "1"},
+        {"[S]x]\na=1\n", "S", "a", "1"},               {"[T]\na=2\n[S]\n", "S", "a", none},
+        {"\xEF\xBB\xBF[S]\na=1\n", "S", "a", "1"},     {"\xFF\xFE[\0S\0]\0\n\0"s, "S", "a", none},
+        {"[S]\na=1\0x\nb=2\n"s, "S", "a", "1"},        {"[S]\na=1\0x\nb=2\n"s, "S", "b", "2"},
+        {"[S]\na=" + longest + "x", "S", "a", longest},
+        {"[S]\na=xx" + longest.substr(4) + wide, "S", "a", "xx" + longest.substr(4)},  // whole characters only
+        // clang-format on
     };
-    std::string const none = "<none>";
-    Row const rows[] = {
-        {"[S]\na=1\n", "S", "a", "1"},
-        {"[S]\r\na=1\r\n", "S", "a", "1"},
-        {"[S]\na=1", "s", "A", "1"},
-        {"[\xC3\x84]\na=1\n", "\xC3\xA4", "a", none},  // only ASCII letters fold
-        {"  [ S ]  tail\n \t a \t =  1 2  \n", " S ", " a ", "1 2"},
-        {"[S]\na=\"  x  \"\n", "S", "a", "  x  "},
-        {"[S]\na='x'\n", "S", "a", "x"},
-        {"[S]\na=\"x'\n", "S", "a", "\"x'"},
-        {"[S]\na=\"\n", "S", "a", "\""},
-        {"[S]\na=\"\"\n", "S", "a", ""},
-        {"[S]\na=\"\"x\"\"\n", "S", "a", "\"x\""},
-        {"[S]\na=\n", "S", "a", ""},
-        {"[S]\na\n", "S", "a", none},
-        {"[S]\n;a=1\n", "S", "a", none},
-        {"[S]\n;a=1\n", "S", ";a", none},
-        {"[S]\na=1;2\n", "S", "a", "1;2"},
-        {"[S]\na=b=c\n", "S", "a", "b=c"},
-        {"[S]\na=1\na=2\n", "S", "a", "1"},
-        {"[S]\na=1\n[T]\n[S]\nb=2\n", "S", "b", none},  // the first section of a name counts
-        {"a=1\n[S]\n", "", "a", none},
-        {"[]\na=1\n", "", "a", "1"},
-        {"[S]\n=1\n", "S", "", "1"},
-        {"[S\na=1\n", "S", "a", "1"},
-        {"[S]x]\na=1\n", "S", "a", "1"},
-        {"[T]\na=2\n[S]\n", "S", "a", none},
-        {"\xEF\xBB\xBF[S]\na=1\n", "S", "a", "1"},
-        {"\xFF\xFE[\0S\0]\0\n\0"s, "S", "a", none},
-        {"[S]\na=1\0x\nb=2\n"s, "S", "a", "1"},
-        {"[S]\na=1\0x\nb=2\n"s, "S", "b", "2"},
-        {"[S]\na=" + Repeat("x", 5000) + "\n", "S", "a", Repeat("x", 4095)},
-        {"[S]\na=" + Repeat("\xE6\xB5\x8B", 2000) + "\n", "S", "a", Repeat("\xE6\xB5\x8B", 1365)},
-        {"[S]\na=x" + Repeat("\xE6\xB5\x8B", 2000) + "\n", "S", "a", "x" + Repeat("\xE6\xB5\x8B", 1364)},
-        {"", "S", "a", none},
-    };
-    int number = 0;
-    for (Row const& row : rows) {
-        auto const name = std::to_string(++number) + ".ini";
+    for (auto const& row : rows) {
+        auto const name = std::to_string(&row - rows) + ".ini";
         Put(name.c_str(), row.file);
-        auto const read =
-            Entries::ReadProfileString(name.c_str(), row.section.c_str(), row.entry.c_str(), "<none>");
-        EXPECT_EQ(read, row.expected) << row.file.substr(0, 60);
+        EXPECT_EQ(Read(name, row.section.c_str(), row.entry.c_str()), row.expected) << row.file.substr(0, 60);
     }
-    EXPECT_EQ(Entries::ReadProfileString(File("missing.ini").c_str(), "S", "a", nullptr), "");
+    EXPECT_EQ(Entries::ReadProfileString("missing.ini", "S", "a", nullptr), "");
 }
 
 TEST_F(ProfileTest, NumbersReadAlikeInBothStores) {
-    std::pair<char const*, unsigned> const rows[] = {
-        {"42", 42},
-        {"-5", 4294967291u},
-        {"+7", 7},
-        {"0x1F", 0},
-        {"12abc", 12},
-        {"abc", 0},
-        {"", 0},
-        {"- 5", 0},
-        {"4294967295", 4294967295u},
-        {"4294967297", 1},
-        {"99999999999999999999", 1661992959u},
-        {"007", 7},
-        {"3.9", 3},
+    std::pair<char const*, unsigned> const numbers[] = {
+        {"42", 42}, {"-5", 4294967291u}, {"+7", 7},  {"0x1F", 0},       {"12abc", 12},
+        {"", 0},    {"- 5", 0},          {"007", 7}, {"4294967297", 1}, {"99999999999999999999", 1661992959u},
     };
-    for (char const* path : {"a.ini", "Acme\\App"}) {
-        for (auto const& [text, number] : rows) {
-            ASSERT_EQ(Entries::WriteProfileStringA(path, "S", "n", text), 1);
+    std::pair<char const*, std::vector<int>> const vectors[] = {
+        {"10;20;5;", {10, 20, 5}}, {"1;2", {1}},         {"", {}},           {";1;;2;", {1, 2}},
+        {"-1;x;3;", {-1, 0, 3}},   {"4294967297;", {1}}, {" 7 ; ;", {7, 0}},
+    };
+    for (char const* path : stores) {
+        for (auto const& [text, number] : numbers) {
+            ASSERT_EQ(Write(path, "S", "n", text), 1);
             EXPECT_EQ(Entries::ReadProfileInt(path, "S", "n", 99), number) << path << ' ' << text;
         }
         EXPECT_EQ(Entries::ReadProfileInt(path, "S", "missing", -1), 4294967295u);
-        ASSERT_EQ(Entries::WriteProfileInt(path, "S", "n", -2147483647 - 1), 1);
-        EXPECT_EQ(static_cast<int>(Entries::ReadProfileInt(path, "S", "n", 0)), -2147483647 - 1);
-        EXPECT_EQ(Entries::ReadProfileString(path, "S", "n", ""), "-2147483648");
+        constexpr int least = std::numeric_limits<int>::min();
+        ASSERT_EQ(Entries::WriteProfileInt(path, "S", "n", least), 1);
+        EXPECT_EQ(static_cast<int>(Entries::ReadProfileInt(path, "S", "n", 0)), least);
+        EXPECT_EQ(Read(path, "S", "n"), "-2147483648");
+
+        for (auto const& [text, expected] : vectors) {
+            ASSERT_EQ(Write(path, "S", "v", text), 1);
+            std::vector<int> values{99};
+            Entries::ReadProfileIntVector(path, "S", "v", values);
+            EXPECT_EQ(values, expected) << path << ' ' << text;
+        }
+        ASSERT_EQ(Entries::WriteProfileIntVector(path, "S", "v", {10, -20, 5}), 1);
+        EXPECT_EQ(Read(path, "S", "v"), "10;-20;5;");
+        ASSERT_EQ(Entries::WriteProfileIntVector(path, "S", "v", {}), 1);
+        EXPECT_EQ(Read(path, "S", "v"), "");
     }
     Put("quoted.ini", "[S]\nn=\"42\"\n");
     EXPECT_EQ(Entries::ReadProfileInt("quoted.ini", "S", "n", 0), 42u);
 }
 
 TEST_F(ProfileTest, TextOfThePathChoosesTheStore) {
-    auto const named = [this](char const* tail) { return File(tail); };
     std::pair<CString, bool> const rows[] = {
-        {named("App.ini"), true}, {named("App.INI.old"), true}, {named("plain"), true}, {"Bare.InI", true},
-        {"Acme\\App", false},     {"@TovMessageBox/", false},   {"Acme/App", false},    {"C:", false},
-        {"in.i", false},
+        {File("App.INI.old"), true}, {File("plain"), true}, {"Bare.InI", true}, {"Acme\\App", false},
+        {"@TovMessageBox/", false},  {"Acme/App", false},   {"C:", false},      {"in.i", false},
     };
     for (auto const& [path, isFile] : rows) {
-        ASSERT_EQ(Entries::WriteProfileStringA(path.c_str(), "S", "a", path.c_str()), 1) << path;
-        EXPECT_EQ(Entries::ReadProfileString(path.c_str(), "S", "a", ""), path);
-        auto const file = path.starts_with('/') ? path : File(path.c_str());
-        EXPECT_EQ(std::filesystem::exists(file), isFile) << path;
+        ASSERT_EQ(Write(path, "S", "a", path), 1) << path;
+        EXPECT_EQ(Read(path, "S", "a"), path);
+        EXPECT_EQ(std::filesystem::exists(path.starts_with('/') ? path : File(path)), isFile) << path;
     }
-    // Folders that do not exist are not made, wherever these paths lie.
-    EXPECT_EQ(Entries::WriteProfileStringA("D:\\Settings", "S", "a", "1"), 0);
-    EXPECT_EQ(Entries::WriteProfileStringA("D:/Settings", "S", "a", "1"), 0);
-    EXPECT_EQ(Entries::WriteProfileStringA(File("no/such/App.ini").c_str(), "S", "a", "1"), 0);
+    // Folders that do not exist are not made.
+    for (CString const& path : {"D:\\Settings"s, "D:/Settings"s, File("no/such/App.ini")})
+        EXPECT_EQ(Write(path, "S", "a", "1"), 0) << path;
     // A backslash divides folders of a file, too.
     CString mixed = File("mixed.ini");
     mixed[mixed.rfind('/')] = '\\';
-    EXPECT_EQ(Entries::WriteProfileStringA(mixed.c_str(), "S", "a", "1"), 1);
-    EXPECT_EQ(Get(File("mixed.ini")), "[S]\r\na=1\r\n");
+    EXPECT_EQ(Write(mixed, "S", "a", "1"), 1);
+    EXPECT_EQ(Get("mixed.ini"), "[S]\r\na=1\r\n");
 }
 
-TEST_F(ProfileTest, ProfilePathHasADefaultAndAPrefix) {
-    EXPECT_EQ(CString(TovGetProfilePath()), File("Tov310.INI"));
-    TovSetProfilePrefix("Survey");
-    EXPECT_EQ(CString(TovGetProfilePath()), File("Survey.Tov310.INI"));
-    EXPECT_EQ(Entries::WriteTovProfileInt("S", "a", 1), 1);
-    EXPECT_EQ(Get(File("Survey.Tov310.INI")), "[S]\r\na=1\r\n");
-    TovSetProfilePrefix("");
-    EXPECT_EQ(CString(TovGetProfilePath()), File("Tov310.INI"));
-    EXPECT_EQ(Entries::ReadTovProfileInt("S", "a", 7), 7u);
-    TovSetProfilePath("Acme\\App\\");
-    EXPECT_STREQ(TovGetProfilePath(), "Acme\\App");
-    TovSetProfilePath(TovGetProfilePath());
-    EXPECT_STREQ(TovGetProfilePath(), "Acme\\App");
-}
-
-TEST_F(ProfileTest, ConfigurationFolderIsMadeByTheFirstWriteOnly) {
-    auto const home = m_folder.path() / "new" / "folder";
+TEST_F(ProfileTest, ProfilePathsAndRoots) {
+    auto const home = File("new/folder");
     setenv("XDG_CONFIG_HOME", home.c_str(), 1);
-    TovSetProfilePath("");
+    TovSetProfilePrefix("Survey");
     EXPECT_EQ(Entries::ReadTovProfileInt("S", "a", 3), 3u);
     EXPECT_EQ(Entries::WriteTovProfileString("S", "a", nullptr), 1);
-    EXPECT_FALSE(std::filesystem::exists(home));
+    EXPECT_FALSE(std::filesystem::exists(home)) << "made without need";
     EXPECT_EQ(Entries::WriteTovProfileInt("S", "a", 4), 1);
-    EXPECT_EQ(Entries::ReadTovProfileInt("S", "a", 3), 4u);
+    EXPECT_EQ(Get("new/folder/Survey.Tov310.INI"), "[S]\r\na=4\r\n");
+    TovSetProfilePrefix("");
+    EXPECT_EQ(TovGetProfilePath(), home + "/Tov310.INI");
+    EXPECT_EQ(Entries::ReadTovProfileInt("S", "a", 7), 7u);
     unsetenv("XDG_CONFIG_HOME");
     setenv("HOME", m_folder.path().c_str(), 1);
     TovSetProfilePath("");
-    EXPECT_EQ(CString(TovGetProfilePath()), File(".config/Tov310.INI"));
-}
+    EXPECT_EQ(TovGetProfilePath(), File(".config/Tov310.INI"));
 
-TEST_F(ProfileTest, RootsAreSeparateAndOthersIgnored) {
+    TovSetProfilePath("Acme\\App\\");
+    TovSetProfilePath(TovGetProfilePath());
+    EXPECT_STREQ(TovGetProfilePath(), "Acme\\App");
     TovSetRegistryProfileRoot(HKEY_LOCAL_MACHINE);
-    ASSERT_EQ(Entries::WriteProfileInt("Acme", "S", "a", 2), 1);
-    for (HKEY const root : {HKEY_CLASSES_ROOT, HKEY_USERS, HKEY{0}})
-        TovSetRegistryProfileRoot(root);
-    EXPECT_EQ(TovGetRegistryProfileRoot(), HKEY_LOCAL_MACHINE);
-    EXPECT_EQ(Entries::ReadProfileInt("Acme", "S", "a", 0), 2u);
+    ASSERT_EQ(Entries::WriteTovProfileInt("S", "a", 2), 1);
+    for (HKEY const other : {HKEY_CLASSES_ROOT, HKEY_USERS, HKEY{0}})
+        TovSetRegistryProfileRoot(other);
+    EXPECT_EQ(Read("Acme\\App", "S", "a"), "2");
     TovSetRegistryProfileRoot(HKEY_CURRENT_USER);
-    EXPECT_EQ(Entries::ReadProfileInt("Acme", "S", "a", 0), 0u);
+    EXPECT_EQ(Read("Acme\\App", "S", "a"), "<none>");
 }
 
 // Every size from nothing to plenty, with a guard behind the buffer.
@@ -196,109 +166,44 @@ TEST_F(ProfileTest, SectionListNeverLeavesItsBuffer) {
     Put("a.ini", "[S]\n a = 1 \nbare line\n; not this\n\nlonger=\"two\"\n[Empty]\n");
     ASSERT_EQ(Entries::WriteProfileSectionA("Acme", "S", "a=1\0longer=two\0\0"), 1);
     ASSERT_EQ(Entries::WriteProfileInt("Acme", "S", "n", -7), 1);
-    using namespace std::string_view_literals;
-    struct Row {
-        char const* path;
-        std::vector<std::string_view> texts;
-    };
-    for (Row const& row : {Row{"a.ini", {"a=1"sv, "bare line"sv, "longer=\"two\""sv}},
-                           Row{"Acme", {"a=1"sv, "longer=two"sv, "n=-7"sv}}}) {
-        for (unsigned long size = 0; size < 48; ++size) {
-            std::string expected;
-            bool complete = true;
-            for (auto const text : row.texts) {
-                complete = complete && expected.size() + text.size() + 2 <= size;
-                if (complete) (expected += text) += '\0';
-            }
-            auto const answer = complete ? expected.size() : size < 2 ? 0 : size - 2;
-            expected.append(std::min<std::size_t>(size - expected.size(), expected.empty() ? 2 : 1), '\0');
+    std::pair<char const*, std::string> const rows[] = {{"a.ini", "a=1\0bare line\0longer=\"two\"\0"s},
+                                                        {"Acme", "a=1\0longer=two\0n=-7\0"s},
+                                                        {"missing.ini", ""},
+                                                        {"Missing", ""}};
+    for (auto const& [path, all] : rows) {
+        for (std::size_t size = 0; size < 48; ++size) {
+            // As many whole texts as leave room for the zero that closes the list.
+            auto const kept = size < 2 ? 0 : all.rfind('\0', size - 2) + 1;
+            auto const answer = kept == all.size() ? kept : std::max<std::size_t>(size, 2) - 2;
+            auto expected = all.substr(0, kept).append(std::min<std::size_t>(size, kept == 0 ? 2 : 1), '\0');
+            expected.resize(50, '#');
             std::string buffer(50, '#');
-            EXPECT_EQ(Entries::ReadProfileSection(row.path, "S", buffer.data(), size),
-                      static_cast<int>(answer));
-            EXPECT_EQ(buffer.substr(0, expected.size()), expected) << row.path << ' ' << size;
-            EXPECT_EQ(buffer.find_first_not_of('#', expected.size()), std::string::npos)
-                << row.path << ' ' << size;
+            EXPECT_EQ(Entries::ReadProfileSection(path, "S", buffer.data(), size), static_cast<int>(answer));
+            EXPECT_EQ(buffer, expected) << path << ' ' << size;
         }
-        char two[3] = {'#', '#', '#'};
-        EXPECT_EQ(Entries::ReadProfileSection(row.path, "missing", two, 2), 0);
-        EXPECT_EQ(std::string(two, 3), "\0\0#"s);
-        EXPECT_EQ(Entries::ReadProfileSection(row.path, "S", nullptr, 100), 0);
+        EXPECT_EQ(Entries::ReadProfileSection(path, "S", nullptr, 100), 0);
     }
 }
 
 TEST_F(ProfileTest, RegistryListSkipsOnlyWhatIsTooLarge) {
-    auto const write = [](CString const& name, CString const& value) {
-        ASSERT_EQ(Entries::WriteProfileStringA("Acme", "S", name.c_str(), value.c_str()), 1);
-    };
-    write("big", CString(8192, 'x'));
-    write("fits", CString(8191, 'y'));
-    write(CString(261, 'n'), "1");
-    write("last", "1");
-    std::vector<char> buffer(20000);
-    ASSERT_GT(Entries::ReadProfileSection("Acme", "S", buffer.data(), buffer.size()), 0);
-    std::string_view const first(buffer.data());
-    EXPECT_EQ(first.substr(0, 6), "fits=y");
-    EXPECT_STREQ(buffer.data() + first.size() + 1, "last=1");
-
+    Write("Acme", "S", "big", CString(8192, 'x'));
+    Write("Acme", "S", "fits", CString(8191, 'y'));
+    Write("Acme", "S", CString(261, 'n'), "1");
+    Write("Acme", "S", "last", "1");
+    Write("Acme", "S", "", "nameless");  // ends the list
+    Write("Acme", "S", "hidden", "1");
+    std::string buffer(20000, '#');
+    auto const size = Entries::ReadProfileSection("Acme", "S", buffer.data(), buffer.size());
+    EXPECT_EQ(buffer.substr(0, static_cast<std::size_t>(size)), "fits=" + CString(8191, 'y') + "\0last=1\0"s);
     std::map<CString, CString> entries;
     EXPECT_EQ(Entries::ReadProfileSection("Acme", "S", entries), 1);
-    EXPECT_EQ(entries.size(), 4u);
-    write("", "nameless");
-    write("hidden", "behind it");
-    ASSERT_GT(Entries::ReadProfileSection("Acme", "S", buffer.data(), buffer.size()), 0);
-    EXPECT_EQ(std::string_view(buffer.data(), buffer.size()).find("hidden"), std::string_view::npos);
-}
-
-TEST_F(ProfileTest, MapReadsTheRegistryWhateverThePathLooksLike) {
-    CString const path = File("App.ini");
-    ASSERT_EQ(Entries::WriteProfileInt(path.c_str(), "S", "a", 1), 1);
-    std::map<CString, CString> entries{{"old", "rest"}};
-    EXPECT_EQ(Entries::ReadProfileSection(path.c_str(), "S", entries), 1);
+    EXPECT_EQ(entries["big"].size(), 8192u);
+    // The map reads the registry whatever the path looks like; no path is the branch of the profile path.
+    EXPECT_EQ(Write("a.ini", "S", "a", "1"), 1);
+    EXPECT_EQ(Entries::ReadProfileSection("a.ini", "S", entries), 1);
     EXPECT_TRUE(entries.empty());
-    // The empty path is the branch that the profile path names.
-    TovSetProfilePath(path.c_str());
-    ASSERT_EQ(Entries::WriteProfileInt("", "S", "a", 5), 1);
-    EXPECT_EQ(Entries::ReadProfileSection(path.c_str(), "S", entries), 1);
-    EXPECT_EQ(entries, (std::map<CString, CString>{{"a", "5"}}));
-}
-
-TEST_F(ProfileTest, DeletesAreTrueAlsoWithNothingThere) {
-    for (char const* path : {"a.ini", "Acme\\App"}) {
-        EXPECT_EQ(Entries::WriteProfileStringA(path, "S", nullptr, nullptr), 1);
-        ASSERT_EQ(Entries::WriteProfileStringA(path, "S", "a", "1"), 1);
-        ASSERT_EQ(Entries::WriteProfileStringA(path, "T", "b", "2"), 1);
-        EXPECT_EQ(Entries::WriteProfileStringA(path, "S", "x", nullptr), 1);
-        EXPECT_EQ(Entries::WriteProfileStringA(path, "s", "A", nullptr), 1);
-        EXPECT_EQ(Entries::ReadProfileString(path, "S", "a", "gone"), "gone");
-        EXPECT_EQ(Entries::WriteProfileStringA(path, "T", nullptr, "ignored"), 1);
-        std::vector<CString> names{"old"};
-        EXPECT_EQ(Entries::ReadSectionNames(path, names), 1);
-        EXPECT_EQ(names, std::vector<CString>{"S"});
-        EXPECT_EQ(Entries::ReadProfileString(path, "T", "b", "gone"), "gone");
-    }
-    std::vector<CString> names{"old"};
-    EXPECT_EQ(Entries::ReadSectionNames("missing.ini", names), 0);
-    EXPECT_TRUE(names.empty());
-}
-
-TEST_F(ProfileTest, VectorsOfNumbers) {
-    std::pair<char const*, std::vector<int>> const rows[] = {
-        {"10;20;5;", {10, 20, 5}}, {"1;2", {1}},         {"", {}},           {";1;;2;", {1, 2}}, {";", {}},
-        {"-1;x;3;", {-1, 0, 3}},   {"4294967297;", {1}}, {" 7 ; ;", {7, 0}},
-    };
-    for (char const* path : {"a.ini", "Acme"}) {
-        std::vector<int> values;
-        for (auto const& [text, expected] : rows) {
-            ASSERT_EQ(Entries::WriteProfileStringA(path, "S", "v", text), 1);
-            values = {99};
-            Entries::ReadProfileIntVector(path, "S", "v", values);
-            EXPECT_EQ(values, expected) << text;
-        }
-        ASSERT_EQ(Entries::WriteProfileIntVector(path, "S", "v", {10, -20, 5}), 1);
-        EXPECT_EQ(Entries::ReadProfileString(path, "S", "v", ""), "10;-20;5;");
-        ASSERT_EQ(Entries::WriteProfileIntVector(path, "S", "v", {}), 1);
-        EXPECT_EQ(Entries::ReadProfileString(path, "S", "v", "default"), "");
-    }
+    TovSetProfilePath("Acme");
+    EXPECT_EQ(Read("", "S", "last"), "1");
 }
 
 TEST_F(ProfileTest, VectorsOfAnApplicationPassItsVirtualOperations) {
@@ -319,32 +224,86 @@ TEST_F(ProfileTest, VectorsOfAnApplicationPassItsVirtualOperations) {
     EXPECT_EQ(values, (std::vector<int>{1, 2}));
 
     CWinApp plain;
-    EXPECT_EQ(plain.GetProfilePath(), File("profile_test.INI"));
     EXPECT_EQ(plain.WriteProfileString("S", "a", "1"), 1);
-    EXPECT_EQ(Get(File("profile_test.INI")), "[S]\r\na=1\r\n");
+    EXPECT_EQ(Get("profile_test.INI"), "[S]\r\na=1\r\n");
     plain.SetProfilePath("Acme\\App\\");
     EXPECT_EQ(plain.GetProfileString("S", "a", "none"), "none");
 }
 
-TEST_F(ProfileTest, FileRefusesWhatItCouldNotReadBack) {
-    Put("a.ini", "[S]\na=1\n");
-    char const* const sections[] = {"a]b", "a\nb", "\r"};
-    for (char const* section : sections)
-        EXPECT_EQ(Entries::WriteProfileStringA("a.ini", section, "a", "1"), 0);
-    char const* const entries[] = {"a=b", ";a", " ;a", "[a", "a\nb", "a\rb"};
-    for (char const* entry : entries)
-        EXPECT_EQ(Entries::WriteProfileStringA("a.ini", "S", entry, "1"), 0) << entry;
-    EXPECT_EQ(Entries::WriteProfileStringA("a.ini", "S", "a", "1\n[T]"), 0);
-    EXPECT_EQ(Entries::WriteProfileSectionA("a.ini", "S", "b=1\0[T]\0"), 0);
-    EXPECT_EQ(Entries::WriteProfileSectionA("a.ini", "S", "b=1\0c=1\r\n\0"), 0);
-    EXPECT_EQ(Get(File("a.ini")), "[S]\na=1\n");
-    // The registry takes any name and text of one line.
-    EXPECT_EQ(Entries::WriteProfileStringA("Acme", "S", "a=b", "[1];"), 1);
-    EXPECT_EQ(Entries::ReadProfileString("Acme", "S", "A=B", ""), "[1];");
-    EXPECT_EQ(Entries::WriteProfileStringA("Acme", "S", "a=b", "1\r\n[T]"), 0);
-    EXPECT_EQ(Entries::WriteProfileInt("Acme", "S", "a\nb", 1), 0);
-    EXPECT_EQ(Entries::WriteProfileSectionA("Acme", "S", "b=1\0c=1\r\n\0"), 0);
-    EXPECT_EQ(Entries::ReadProfileString("Acme", "S", "A=B", ""), "[1];");
+// In a file a section is a name; in the registry it is a key, perhaps in another one, that already a read
+// makes.
+TEST_F(ProfileTest, RandomOperationsAgainstAMirror) {
+    for (CString const path : stores) {
+        bool const isTree = path == stores[1];
+        std::map<CString, std::map<CString, CString>> mirror;
+        std::mt19937 random(310);
+        auto const anyCase = [&](CString text) {
+            if (random() % 2 == 0)
+                std::ranges::replace(text, text.front(), static_cast<char>(text.front() - 32));
+            return text;
+        };
+        for (int step = 0; step < 800; ++step) {
+            CString const section = std::array{"a", "a\\b", "a\\c", "d"}[random() % 4];
+            CString const entry = std::array{"v", "w", "x"}[random() % 3], value = std::to_string(random());
+            auto const asked = anyCase(section), askedEntry = anyCase(entry);
+            auto const kind = random() % 6;
+            if (isTree && kind > 1) mirror.insert({{section.substr(0, 1), {}}, {section, {}}});
+            if (kind == 0) {
+                auto const next = mirror.upper_bound(section);
+                bool const isKept = isTree && next != mirror.end() && next->first.starts_with(section);
+                ASSERT_EQ(Remove(path.c_str(), asked.c_str(), nullptr), isKept ? 0 : 1);
+                if (!isKept) mirror.erase(section);
+            } else if (kind == 1) {
+                ASSERT_EQ(Remove(path.c_str(), asked.c_str(), askedEntry.c_str()), 1);
+                if (mirror.contains(section)) mirror[section].erase(entry);
+            } else if (kind < 4) {
+                ASSERT_EQ(Write(path, asked.c_str(), askedEntry, value), 1);
+                mirror[section][entry] = value;
+            } else {
+                bool const isThere = mirror.contains(section) && mirror[section].contains(entry);
+                ASSERT_EQ(Read(path, asked.c_str(), askedEntry.c_str()),
+                          isThere ? mirror[section][entry] : "<none>");
+            }
+            std::vector<CString> names, expected;
+            Entries::ReadSectionNames(path.c_str(), names);
+            for (CString& name : names)
+                name.front() = static_cast<char>(name.front() | 0x20);
+            std::ranges::sort(names);
+            for (auto const& [name, unused] : mirror) {
+                if (!isTree || name.size() == 1) expected.push_back(name);
+            }
+            ASSERT_EQ(names, expected) << path << " at step " << step;
+        }
+    }
+    std::vector<CString> names{"old"};
+    EXPECT_EQ(Entries::ReadSectionNames("missing.ini", names), 0);
+    EXPECT_TRUE(names.empty());
+}
+
+// A file refuses what it could not read back; the registry takes any name and text of one line.
+TEST_F(ProfileTest, NamesAndTextsThatAreRefused) {
+    struct {
+        char const *section, *entry, *value;
+        int registry;
+    } const rows[] = {
+        {"a]b", "a", "2", 1}, {"a\nb", "a", "2", 0}, {"\r", "a", "2", 0},   {"S", "a=b", "2", 1},
+        {"S", " ;a", "2", 1}, {"S", "[a", "2", 1},   {"S", "a\nb", "2", 0}, {"S", "a\rb", "2", 0},
+        {"S", "a", "2\n", 0}, {"S", "a", "\r2", 0},
+    };
+    for (char const* path : stores)
+        ASSERT_EQ(Write(path, "S", "a", "1"), 1);
+    for (auto const& [section, entry, value, registry] : rows) {
+        EXPECT_EQ(Write(stores[0], section, entry, value), 0) << section << entry << value;
+        EXPECT_EQ(Write(stores[1], section, entry, value), registry) << section << entry << value;
+        if (registry != 0) {
+            EXPECT_EQ(Read(stores[1], section, entry), value);
+        }
+    }
+    EXPECT_EQ(Entries::WriteProfileSectionA(stores[0], "S", "b=1\0[T]\0"), 0);
+    for (char const* path : stores)
+        EXPECT_EQ(Entries::WriteProfileSectionA(path, "S", "b=1\0c=1\r\n\0"), 0);
+    EXPECT_EQ(Get(stores[0]), "[S]\r\na=1\r\n");
+    EXPECT_EQ(Read(stores[1], "S", "a"), "1");
 }
 
 }  // namespace
