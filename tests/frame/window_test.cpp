@@ -95,6 +95,7 @@ TEST_F(Posts, WaitForTheirTurnAndASendDoesNot) {
 TEST_F(Posts, ArriveOnceAndInOrderWhateverTheWindowsDo) {
     std::deque<std::pair<HWND, WPARAM>> waiting;
     WPARAM posted = 0;
+    WPARAM last = 0;  // that the innermost dispatch may deliver
     unsigned dispatched = 0;
     std::mt19937 random(310);
     auto const forgetTheDead = [&] {
@@ -107,11 +108,12 @@ TEST_F(Posts, ArriveOnceAndInOrderWhateverTheWindowsDo) {
         if (deed == 0) window.DestroyWindow();
         if (deed == 1 || deed == 2) window.Create();
         if (deed == 3) {
-            WPARAM const last = posted;
+            WPARAM const outer = std::exchange(last, posted);
             wakes = 0;
             dispatched += TovDispatchPosts();
             forgetTheDead();
             EXPECT_TRUE(waiting.empty() || waiting.front().second > last);
+            last = outer;
         }
         if (deed > 3 && Post(window.GetSafeHwnd(), posted + 1))
             waiting.emplace_back(window.GetSafeHwnd(), ++posted);
@@ -121,6 +123,7 @@ TEST_F(Posts, ArriveOnceAndInOrderWhateverTheWindowsDo) {
             forgetTheDead();
             ASSERT_FALSE(waiting.empty());
             EXPECT_EQ(waiting.front(), std::pair(window->GetSafeHwnd(), number));
+            EXPECT_LE(number, last);
             waiting.pop_front();
             act();
         };
