@@ -19,6 +19,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
+#include <list>
 #include <memory>
 #include <string>
 #include <thread>
@@ -30,7 +31,7 @@ namespace {
 struct MainWindow : CTovMessageWindow {
     MainWindow() { Create(); }
     LRESULT WindowProc(unsigned message, WPARAM, LPARAM) override {
-        if (message == CTovSingleInstance::ActivateMessage()) ++activations;
+        activations += message == CTovSingleInstance::ActivateMessage();
         return 0;
     }
     int activations = 0;
@@ -40,8 +41,7 @@ struct MainWindow : CTovMessageWindow {
 class Process {
  public:
     explicit Process(std::function<int(Process&)> const& life) {
-        EXPECT_EQ(::pipe(m_up.data()), 0);
-        EXPECT_EQ(::pipe(m_down.data()), 0);
+        EXPECT_EQ(::pipe(m_up.data()) + ::pipe(m_down.data()), 0);
         m_child = ::fork();
         if (m_child != 0) return;
         ::alarm(60);
@@ -58,6 +58,10 @@ class Process {
     // In the parent.
     char Hear() const { return Read(m_up[0]); }
     void Tell(char word) const { EXPECT_EQ(::write(m_down[1], &word, 1), 1); }
+    char Ask(char word) const {
+        Tell(word);
+        return Hear();
+    }
     int End() {
         int status = -1;
         ::waitpid(std::exchange(m_child, 0), &status, 0);
@@ -73,8 +77,7 @@ class Process {
         char word = 0;
         return ::read(from, &word, 1) == 1 ? word : '?';
     }
-    std::array<int, 2> m_up{};
-    std::array<int, 2> m_down{};
+    std::array<int, 2> m_up{}, m_down{};
     pid_t m_child = 0;
 };
 
@@ -83,16 +86,15 @@ class SingleInstanceTest : public testing::Test {
     SingleInstanceTest() { setenv("XDG_RUNTIME_DIR", m_folder.path().c_str(), 1); }
     ~SingleInstanceTest() override { unsetenv("XDG_RUNTIME_DIR"); }
 
-    static std::unique_ptr<CTovSingleInstance> Named(char const* name) {
+    static std::unique_ptr<CTovSingleInstance> Named(std::string const& name) {
         auto instance = std::make_unique<CTovSingleInstance>();
         EXPECT_EQ(instance->SetObjectName(name), 1);
         return instance;
     }
 
-    std::size_t Files() const {
+    std::ptrdiff_t Files() const {
         std::error_code none;
-        std::filesystem::directory_iterator const files(m_folder.path() / "Tov310", none);
-        return static_cast<std::size_t>(std::distance(begin(files), end(files)));
+        return std::distance(std::filesystem::directory_iterator(m_folder.path() / "Tov310", none), {});
     }
 
     // A copy of the program: says whether it is the first, then obeys.
@@ -106,9 +108,7 @@ class SingleInstanceTest : public testing::Test {
                     process.Say(instance->RegisterMainWindowClass(nullptr, window.GetSafeHwnd()) ? 'y' : 'n');
                     break;
                 case 'a':
-                    process.Say(instance->FindMainWindow()       ? 'w'
-                                : instance->ActivateMainWindow() ? 'y'
-                                                                 : 'n');
+                    process.Say(!instance->FindMainWindow() && instance->ActivateMainWindow() ? 'y' : 'n');
                     break;
                 case 'd':
                     TovWaitForPosts(5000);
@@ -122,27 +122,24 @@ class SingleInstanceTest : public testing::Test {
     }
 
     test::TemporaryFolder m_folder;
+    unsigned long m_error = 77;
 };
 
 TEST_F(SingleInstanceTest, NamesAreSetUntilOneIsHeld) {
     CTovSingleInstance instance;
-    unsigned long error = 77;
-    EXPECT_EQ(instance.IsAlreadyExisting(&error), 0);
-    EXPECT_EQ(error, 0u);
-    EXPECT_EQ(instance.ActivateMainWindow(), 0);
     MainWindow window;
+    EXPECT_EQ(instance.IsAlreadyExisting(&m_error), 0);
+    EXPECT_EQ(m_error, 0u);
+    EXPECT_EQ(instance.ActivateMainWindow(), 0);
     EXPECT_EQ(instance.RegisterMainWindowClass(nullptr, window.GetSafeHwnd()), 0);
     EXPECT_EQ(instance.SetObjectName(TovBuiltInResourceModule(), 1), 0);
     EXPECT_EQ(instance.SetObjectName(TovBuiltInResourceModule(), 26017), 1);
-    EXPECT_NE(instance.GetObjectName(), "");
     EXPECT_EQ(instance.SetObjectName("Survey"), 1);
     EXPECT_EQ(instance.GetMainWindowClassName(), "Survey Class");
-    EXPECT_EQ(Files(), 0u);
-    EXPECT_EQ(instance.IsAlreadyExisting(&error), 0);
+    EXPECT_EQ(instance.IsAlreadyExisting(), 0);
     EXPECT_EQ(instance.SetObjectName("Other"), 0);
     EXPECT_EQ(instance.GetObjectName(), "Survey");
-    EXPECT_EQ(instance.IsAlreadyExisting(&error), 0) << "the name is its own";
-    EXPECT_EQ(error, 0u);
+    EXPECT_EQ(instance.IsAlreadyExisting(), 0) << "the name is its own";
 }
 
 TEST_F(SingleInstanceTest, AnotherObjectOfTheProcessFindsTheMainWindow) {
@@ -161,107 +158,74 @@ TEST_F(SingleInstanceTest, AnotherObjectOfTheProcessFindsTheMainWindow) {
         EXPECT_EQ(second->ActivateMainWindow(), 1);
         TovDispatchPosts();
         EXPECT_EQ(window.activations, 1);
-        EXPECT_EQ(Files(), 4u);
+        EXPECT_EQ(Files(), 4);
     }
-    EXPECT_EQ(Files(), 0u) << "everything is cleared away";
+    EXPECT_EQ(Files(), 0) << "everything is cleared away";
     EXPECT_EQ(second->FindMainWindow(), HWND{});
     EXPECT_EQ(second->IsAlreadyExisting(), 0);
 }
 
-TEST_F(SingleInstanceTest, ASecondProcessActivatesTheFirst) {
-    Process first(Copy);
-    ASSERT_EQ(first.Hear(), '1');
-    Process second(Copy);
-    ASSERT_EQ(second.Hear(), 'x');
-    second.Tell('a');
-    EXPECT_EQ(second.Hear(), 'n') << "no main window yet";
-    first.Tell('r');
-    EXPECT_EQ(first.Hear(), 'y');
-    for (char const count : {'1', '2'}) {
-        second.Tell('a');
-        EXPECT_EQ(second.Hear(), 'y') << "and finds no window of its own";
-        first.Tell('d');
-        EXPECT_EQ(first.Hear(), count);
-    }
-    first.Tell('.');
-    EXPECT_EQ(first.End(), 0);
-    second.Tell('a');
-    EXPECT_EQ(second.Hear(), 'n');
-    Process third(Copy);
-    EXPECT_EQ(third.Hear(), '1');
-}
-
-TEST_F(SingleInstanceTest, AKilledProcessLeavesNothingInTheWay) {
-    for (int round = 0; round < 3; ++round) {
+TEST_F(SingleInstanceTest, ASecondProcessActivatesTheFirstUntilItEndsOrIsKilled) {
+    for (bool const kill : {true, true, false}) {
         Process first(Copy);
-        ASSERT_EQ(first.Hear(), '1') << "round " << round;
+        ASSERT_EQ(first.Hear(), '1');
         Process second(Copy);
         ASSERT_EQ(second.Hear(), 'x');
-        first.Tell('r');
-        first.Hear();
-        first.Kill();
-        EXPECT_EQ(Files(), 2u) << "lock and socket of the dead";
-        second.Tell('a');
-        EXPECT_EQ(second.Hear(), 'n');
+        EXPECT_EQ(second.Ask('a'), 'n') << "no main window yet";
+        EXPECT_EQ(first.Ask('r'), 'y');
+        for (char const count : {'1', '2'}) {
+            EXPECT_EQ(second.Ask('a'), 'y') << "and finds no window of its own";
+            EXPECT_EQ(first.Ask('d'), count);
+        }
+        if (kill) {
+            first.Kill();
+        } else {
+            first.Tell('.');
+            EXPECT_EQ(first.End(), 0);
+        }
+        EXPECT_EQ(Files(), kill ? 2 : 0) << "lock and socket of the dead";
+        EXPECT_EQ(second.Ask('a'), 'n');
     }
-    Process last(Copy);
-    ASSERT_EQ(last.Hear(), '1');
-    last.Tell('r');
-    EXPECT_EQ(last.Hear(), 'y');
-    EXPECT_EQ(Named("Survey")->ActivateMainWindow(), 1) << "the socket is that of the living";
-    last.Tell('d');
-    EXPECT_EQ(last.Hear(), '1');
 }
 
 TEST_F(SingleInstanceTest, OfManyThatStartAtOnceOneIsTheFirst) {
     for (int round = 0; round < 10; ++round) {
-        std::vector<std::unique_ptr<Process>> processes;
-        auto const race = [](Process& process) {
-            auto const instance = Named("Survey");
-            process.Wait();
-            bool const exists = instance->IsAlreadyExisting();
-            MainWindow window;
-            if (!exists) instance->RegisterMainWindowClass(nullptr, window.GetSafeHwnd());
-            process.Say(exists ? 'x' : '1');
-            process.Wait();
-            return 0;
-        };
-        for (int i = 0; i < 6; ++i)
-            processes.push_back(std::make_unique<Process>(race));
-        for (auto const& process : processes)
-            process->Tell('.');
+        std::list<Process> processes;
+        for (int i = 0; i < 6; ++i) {
+            processes.emplace_back([](Process& process) {
+                process.Wait();
+                return Copy(process);
+            });
+        }
+        for (Process const& process : processes)
+            process.Tell('.');
         int firsts = 0;
-        for (auto const& process : processes)
-            firsts += process->Hear() == '1';
+        for (Process const& process : processes)
+            firsts += process.Hear() == '1';
         EXPECT_EQ(firsts, 1);
-        for (auto const& process : processes)
-            process->Tell('.');
-        for (auto const& process : processes)
-            EXPECT_EQ(process->End(), 0);
     }
 }
 
 // Names go from hand to hand while everybody takes and gives them: never two holders at once.
 TEST_F(SingleInstanceTest, ANameThatIsGivenBackHasOneNextHolder) {
-    std::string const path = m_folder.File("name.lock");
     std::string const witness = m_folder.File("held");
-    std::vector<std::unique_ptr<Process>> processes;
-    auto const life = [&](Process&) {
-        int held = 0;
-        for (auto const end = std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
-             std::chrono::steady_clock::now() < end;) {
-            LockFile lock;
-            if (lock.Take(path)) continue;
-            if (::mkdir(witness.c_str(), 0700) != 0) return 1;
-            ::rmdir(witness.c_str());
-            ++held;
-        }
-        return held > 0 ? 0 : 2;
-    };
-    for (int i = 0; i < 3; ++i)
-        processes.push_back(std::make_unique<Process>(life));
-    for (auto const& process : processes)
-        EXPECT_EQ(process->End(), 0);
+    std::list<Process> processes;
+    for (int i = 0; i < 3; ++i) {
+        processes.emplace_back([&](Process&) {
+            int held = 0;
+            auto const end = std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
+            while (std::chrono::steady_clock::now() < end) {
+                LockFile lock;
+                if (lock.Take(m_folder.File("name.lock"))) continue;
+                if (::mkdir(witness.c_str(), 0700) != 0) return 1;
+                ::rmdir(witness.c_str());
+                ++held;
+            }
+            return held > 0 ? 0 : 2;
+        });
+    }
+    for (Process& process : processes)
+        EXPECT_EQ(process.End(), 0);
 }
 
 TEST_F(SingleInstanceTest, AForkedChildNeitherEndsTheParentsNameNorHangs) {
@@ -272,7 +236,7 @@ TEST_F(SingleInstanceTest, AForkedChildNeitherEndsTheParentsNameNorHangs) {
         return 0;
     });
     EXPECT_EQ(child.End(), 0);
-    EXPECT_EQ(Files(), 2u);
+    EXPECT_EQ(Files(), 2);
     EXPECT_EQ(Named("Survey")->IsAlreadyExisting(), 1);
     Process sleeper([](Process& process) { return process.Wait() == '.'; });
     first.reset();
@@ -280,33 +244,32 @@ TEST_F(SingleInstanceTest, AForkedChildNeitherEndsTheParentsNameNorHangs) {
 }
 
 TEST_F(SingleInstanceTest, FoldersOfOthersAreNotUsed) {
+    namespace fs = std::filesystem;
+    auto const owner = fs::perms::owner_all;
     std::string folder;
     EXPECT_FALSE(UserRuntimeFolder(folder));
     EXPECT_EQ(folder, m_folder.File("Tov310"));
-    struct stat status {};
-    ASSERT_EQ(::stat(folder.c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777u, 0700u);
+    EXPECT_EQ(fs::status(folder).permissions(), owner);
 
     setenv("TMPDIR", m_folder.path().c_str(), 1);
     std::string const fallback = m_folder.File("Tov310-" + std::to_string(::geteuid()));
+    fs::create_directory(m_folder.File("open"));
+    fs::permissions(m_folder.File("open"), owner | fs::perms::group_read);
     for (std::string const& unfit :
          {std::string("relative"), m_folder.File("missing"), m_folder.File("open")}) {
-        std::filesystem::create_directory(m_folder.File("open"));
-        ::chmod(m_folder.File("open").c_str(), 0755);
         setenv("XDG_RUNTIME_DIR", unfit.c_str(), 1);
         EXPECT_FALSE(UserRuntimeFolder(folder)) << unfit;
         EXPECT_EQ(folder, fallback);
     }
-    std::filesystem::remove(fallback);
-    std::filesystem::create_directory_symlink(m_folder.File("open"), fallback);
-    unsigned long error = 0;
-    EXPECT_EQ(Named("Survey")->IsAlreadyExisting(&error), 0);
-    EXPECT_EQ(error, TOV_ERROR_PATH_NOT_FOUND) << "a link that somebody laid there is no folder";
-    std::filesystem::remove(fallback);
-    std::filesystem::create_directory(fallback);
-    ::chmod(fallback.c_str(), 0770);
-    EXPECT_EQ(Named("Survey")->IsAlreadyExisting(&error), 0);
-    EXPECT_EQ(error, TOV_ERROR_ACCESS_DENIED);
+    fs::remove(fallback);
+    fs::create_directory_symlink(m_folder.path(), fallback);
+    EXPECT_EQ(Named("Survey")->IsAlreadyExisting(&m_error), 0);
+    EXPECT_EQ(m_error, TOV_ERROR_PATH_NOT_FOUND) << "a link that somebody laid there is no folder";
+    fs::remove(fallback);
+    fs::create_directory(fallback);
+    fs::permissions(fallback, owner | fs::perms::group_write);
+    EXPECT_EQ(Named("Survey")->IsAlreadyExisting(&m_error), 0);
+    EXPECT_EQ(m_error, TOV_ERROR_ACCESS_DENIED);
     unsetenv("TMPDIR");
 }
 
@@ -316,15 +279,13 @@ TEST_F(SingleInstanceTest, NamesAndFoldersOfAnyLengthWork) {
         std::filesystem::create_directory(deep += '/' + std::string(50, 'd'));
     ::chmod(deep.c_str(), 0700);
     setenv("XDG_RUNTIME_DIR", deep.c_str(), 1);
-    std::string const name(500, '%');
-    auto const first = Named((name + "1").c_str());
-    auto const other = Named((name + "2").c_str());
-    unsigned long error = 0;
-    EXPECT_EQ(first->IsAlreadyExisting(&error), 0);
-    EXPECT_EQ(error, 0u);
-    EXPECT_EQ(other->IsAlreadyExisting(&error), 0) << "names differ behind their cut";
-    EXPECT_EQ(error, 0u);
-    EXPECT_EQ(Named((name + "1").c_str())->IsAlreadyExisting(), 1);
+    std::vector<std::unique_ptr<CTovSingleInstance>> holders;
+    for (char const* end : {"1", "2"}) {
+        holders.push_back(Named(std::string(500, '%') + end));
+        EXPECT_EQ(holders.back()->IsAlreadyExisting(&m_error), 0) << "names differ behind their cut";
+        EXPECT_EQ(m_error, 0u);
+    }
+    EXPECT_EQ(Named(holders[0]->GetObjectName())->IsAlreadyExisting(), 1);
 }
 
 TEST(LocalSocket, EverybodyGetsAnAnswerAndSilenceEnds) {
@@ -333,27 +294,23 @@ TEST(LocalSocket, EverybodyGetsAnAnswerAndSilenceEnds) {
     bool answer = true;
     EXPECT_EQ(AskLocally(path, std::chrono::seconds(1), answer), std::errc::no_such_file_or_directory);
     EXPECT_FALSE(answer);
-    std::atomic<int> asked{0};
-    {
-        LocalListener listener;
-        ASSERT_FALSE(listener.Open(path, [&asked] { return ++asked % 2 == 1; }));
-        std::vector<std::thread> callers;
-        std::atomic<int> yes{0};
-        for (int i = 0; i < 4; ++i) {
-            callers.emplace_back([&] {
-                for (int j = 0; j < 50; ++j) {
-                    bool mine = false;
-                    EXPECT_FALSE(AskLocally(path, std::chrono::seconds(10), mine));
-                    yes += mine;
-                }
-            });
-        }
-        for (std::thread& caller : callers)
-            caller.join();
-        EXPECT_EQ(asked, 200);
-        EXPECT_EQ(yes, 100);
+    std::atomic<int> asked{0}, yes{0};
+    LocalListener listener;
+    ASSERT_FALSE(listener.Open(path, [&asked] { return ++asked % 2 == 1; }));
+    std::vector<std::thread> callers;
+    for (int i = 0; i < 4; ++i) {
+        callers.emplace_back([&] {
+            for (int j = 0; j < 50; ++j) {
+                bool mine = false;
+                EXPECT_FALSE(AskLocally(path, std::chrono::seconds(10), mine));
+                yes += mine;
+            }
+        });
     }
-    EXPECT_FALSE(std::filesystem::exists(path));
+    for (std::thread& caller : callers)
+        caller.join();
+    EXPECT_EQ(asked, 200);
+    EXPECT_EQ(yes, 100);
     LocalListener slow;
     ASSERT_FALSE(slow.Open(path, [] {
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
