@@ -7,7 +7,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace tov {
@@ -17,9 +16,9 @@ std::string told;  // what happened, in order
 
 struct Frame : CFrameWnd {
     explicit Frame(char letter) : name(letter) { Attach(); }
-    void ActivateFrame() override { told += std::string("activate ") + name + ' '; }
+    void ActivateFrame() override { told.append("activate ") += name; }
     int DestroyWindow() override {
-        told += std::string("destroy ") + name + ' ';
+        (told.append("destroy ") += name) += ' ';
         if (atDestroy) atDestroy();
         return CFrameWnd::DestroyWindow();
     }
@@ -42,22 +41,21 @@ struct Document : CTovDocument {
 
 struct MainWindow : CTovMessageWindow {
     MainWindow() { Create(); }
-    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override {
-        EXPECT_EQ(lParam, 0);
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM) override {
         if (message == WM_TOV_DOCUMENT_CLOSE) {
-            closing.push_back(reinterpret_cast<CTovDocument*>(wParam));
+            closing = reinterpret_cast<CTovDocument*>(wParam);
             told += "close ";
             if (atClose) atClose();
         }
         return 0;
     }
-    std::vector<CTovDocument*> closing;
+    CTovDocument* closing = nullptr;
     std::function<void()> atClose;
 };
 
-class DocumentTest : public testing::Test {
- protected:
+struct DocumentTest : testing::Test {
     DocumentTest() { told.clear(); }
+    Frame a{'A'}, b{'B'};
 };
 
 TEST_F(DocumentTest, ViewsAndDocumentsLeaveEachOther) {
@@ -66,18 +64,14 @@ TEST_F(DocumentTest, ViewsAndDocumentsLeaveEachOther) {
     View first;
     {
         View second;
-        document->AddView(&first);
-        document->AddView(&second);
-        document->AddView(&first);
-        document->AddView(nullptr);
+        for (View* const view : {&first, &second, &first, static_cast<View*>(nullptr)})
+            document->AddView(view);
         EXPECT_EQ(document->GetViews(), (std::vector<CView*>{&first, &second}));
-        EXPECT_EQ(second.GetDocument(), document.get());
     }
     EXPECT_EQ(document->GetViews(), std::vector<CView*>{&first});
     EXPECT_EQ(document->changes, 3);
     other.AddView(&first);
     EXPECT_TRUE(document->GetViews().empty());
-    EXPECT_EQ(first.GetDocument(), &other);
     document->RemoveView(&first);
     EXPECT_EQ(first.GetDocument(), &other) << "it was no view of the document";
     document->AddView(&first);
@@ -91,10 +85,8 @@ TEST_F(DocumentTest, DocumentsAndTemplatesLeaveEachOther) {
     Document first;
     {
         Document second;
-        kind->AddDocument(&first);
-        kind->AddDocument(&second);
-        kind->AddDocument(&second);
-        kind->AddDocument(nullptr);
+        for (Document* const document : {&first, &second, &second, static_cast<Document*>(nullptr)})
+            kind->AddDocument(document);
         EXPECT_EQ(kind->GetDocuments(), (std::vector<CDocument*>{&first, &second}));
     }
     EXPECT_EQ(kind->GetDocuments(), std::vector<CDocument*>{&first});
@@ -109,69 +101,50 @@ TEST_F(DocumentTest, DocumentsAndTemplatesLeaveEachOther) {
 
 TEST_F(DocumentTest, TheFirstViewWithAFrameIsActivated) {
     Document document;
-    EXPECT_EQ(document.ActivateFirstView(), 0);
-    Frame frame('A');
     View nested;
     document.AddView(&nested);
     EXPECT_EQ(document.ActivateFirstView(), 0);
     {
-        View view(&frame);
+        View view(&a);
         document.AddView(&view);
         EXPECT_EQ(document.ActivateFirstView(), 1);
-        EXPECT_EQ(frame.GetActiveView(), &view);
+        EXPECT_EQ(a.GetActiveView(), &view);
     }
-    EXPECT_EQ(told, "activate A ");
-    EXPECT_EQ(frame.GetActiveView(), nullptr) << "the view is gone";
-    frame.SetActiveView(&nested);
-    frame.SetActiveView(nullptr);
-    EXPECT_EQ(frame.GetActiveView(), nullptr);
+    EXPECT_EQ(told, "activate A");
+    EXPECT_EQ(a.GetActiveView(), nullptr) << "the view is gone";
 }
 
 TEST_F(DocumentTest, ClosingTellsTheMainWindowAndEndsTheFrames) {
-    for (bool const hasApp : {false, true}) {
-        for (bool const hasMain : {false, true}) {
-            for (bool const hasFrame : {false, true}) {
-                told.clear();
-                std::unique_ptr<CWinApp> const app(hasApp ? new CWinApp : nullptr);
-                MainWindow main;
-                if (hasApp && hasMain) app->SetMainWnd(main.GetSafeHwnd());
-                Frame a('A');
-                Frame b('B');
-                View nested;
-                View first(hasFrame ? &a : nullptr);
-                View second(hasFrame ? &b : nullptr);
-                CDocTemplate kind;
-                Document document;
-                kind.AddDocument(&document);
-                for (View* const view : {&nested, &first, &second})
-                    document.AddView(view);
-                document.OnCloseDocument();
-                bool const tells = hasApp && hasMain && hasFrame;
-                EXPECT_EQ(told,
-                          std::string(tells ? "close " : "") + (hasFrame ? "destroy A destroy B " : ""));
-                EXPECT_EQ(main.closing, std::vector<CTovDocument*>(tells ? 1 : 0, &document));
-                EXPECT_TRUE(document.GetViews().empty());
-                EXPECT_TRUE(kind.GetDocuments().empty());
-            }
-        }
+    for (unsigned bits = 0; bits < 8; ++bits) {
+        bool const hasApp = bits & 1, hasMain = bits & 2, hasFrame = bits & 4;
+        told.clear();
+        std::unique_ptr<CWinApp> const app(hasApp ? new CWinApp : nullptr);
+        MainWindow main;
+        if (hasApp && hasMain) app->SetMainWnd(main.GetSafeHwnd());
+        View nested, first(hasFrame ? &a : nullptr), second(hasFrame ? &b : nullptr);
+        CDocTemplate kind;
+        Document document;
+        kind.AddDocument(&document);
+        for (View* const view : {&nested, &first, &second})
+            document.AddView(view);
+        document.OnCloseDocument();
+        EXPECT_EQ(told, !hasFrame ? "" : bits == 7 ? "close destroy A destroy B " : "destroy A destroy B ");
+        EXPECT_EQ(main.closing, bits == 7 ? &document : nullptr);
+        EXPECT_TRUE(document.GetViews().empty() && kind.GetDocuments().empty());
     }
 }
 
 TEST_F(DocumentTest, TheLastPointerMayGoWhileTheDocumentCloses) {
+    CWinApp app;
     for (bool const byMainWindow : {false, true}) {
         told.clear();
-        CWinApp app;
         MainWindow main;
         app.SetMainWnd(main.GetSafeHwnd());
-        Frame a('A');
-        Frame b('B');
-        View first(&a);
-        View second(&b);
+        View first(&a), second(&b);
         CTovPtrSmart<CTovDocument> document(new Document);
         document->AddView(&first);
         document->AddView(&second);
-        auto const release = [&document] { document = CTovPtrSmart<CTovDocument>(); };
-        (byMainWindow ? main.atClose : a.atDestroy) = release;
+        (byMainWindow ? main.atClose : a.atDestroy) = [&] { document = CTovPtrSmart<CTovDocument>(); };
         document.Get()->OnCloseDocument();
         EXPECT_EQ(told, byMainWindow ? "close gone " : "close destroy A gone ");
         EXPECT_EQ(second.GetDocument(), nullptr);
@@ -180,15 +153,11 @@ TEST_F(DocumentTest, TheLastPointerMayGoWhileTheDocumentCloses) {
 
 TEST_F(DocumentTest, AViewThatDiesWithItsFrameIsNotMissed) {
     Document document;
-    auto frame = std::make_unique<Frame>('A');
-    auto first = std::make_unique<View>(frame.get());
-    auto second = std::make_unique<View>(frame.get());
+    auto first = std::make_unique<View>(&a);
+    auto second = std::make_unique<View>(&a);
     document.AddView(first.get());
     document.AddView(second.get());
-    frame->atDestroy = [&] {
-        first.reset();
-        second.reset();
-    };
+    a.atDestroy = [&] { first.reset(), second.reset(); };
     document.OnCloseDocument();
     EXPECT_EQ(told, "destroy A ");
 }
