@@ -6,6 +6,22 @@
 #include <algorithm>
 
 namespace tov {
+namespace {
+
+// The frame of a view, as long as it lives. One that was never born has no handle to be asked by.
+class FrameOfView {
+ public:
+    explicit FrameOfView(CView const& view) : m_frame(view.GetParentFrame()) {
+        if (m_frame != nullptr) m_handle = m_frame->GetSafeHwnd();
+    }
+    CFrameWnd* Get() const { return m_handle && !IsWindow(m_handle) ? nullptr : m_frame; }
+
+ private:
+    CFrameWnd* m_frame;
+    HWND m_handle;
+};
+
+}  // namespace
 
 CView* CFrameWnd::GetActiveView() const {
     CWnd* const window = CWnd::FromHandlePermanent(m_activeView);
@@ -59,11 +75,11 @@ void CDocument::OnCloseDocument() {
     auto const life = Life();
     while (!m_views.empty()) {
         CView* const view = m_views.front();
-        CFrameWnd* const frame = view->GetParentFrame();
+        FrameOfView const frame(*view);
         RemoveView(view);
         if (life.expired()) return;
         // The views of the frame may hold the last pointers to this document.
-        if (frame != nullptr) frame->DestroyWindow();
+        if (CFrameWnd* const living = frame.Get()) living->DestroyWindow();
         if (life.expired()) return;
     }
     if (m_template != nullptr) m_template->RemoveDocument(this);
@@ -94,11 +110,13 @@ int CTovDocument::Compare(CTovDocument* other) {
 
 int CTovDocument::ActivateFirstView() const {
     for (CView* const view : GetViews()) {
-        if (CFrameWnd* const frame = view->GetParentFrame()) {
-            frame->ActivateFrame();
-            frame->SetActiveView(view);
-            return 1;
-        }
+        FrameOfView const frame(*view);
+        if (frame.Get() == nullptr) continue;
+        frame.Get()->ActivateFrame();
+        // Activating runs the host's code, after which frame and view may be gone.
+        if (frame.Get() != nullptr && std::ranges::count(GetViews(), view) != 0)
+            frame.Get()->SetActiveView(view);
+        return 1;
     }
     return 0;
 }

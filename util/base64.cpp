@@ -1,12 +1,13 @@
 #include <tov310/base64.h>
 
 #include "util/base64_blocks.h"
+#include "util/file_facts.h"
+#include "vesk/file.h"
 #include "vesk/memory.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <fstream>
 #include <new>
 #include <string>
 #include <string_view>
@@ -102,12 +103,8 @@ CString TovEncodeBase64(unsigned char const* data, unsigned long length, unsigne
 }
 
 CString TovEncodeBase64(CString const& path) try {
-    std::ifstream file(path, std::ios::binary);
     std::string bytes;
-    char block[1 << 16];
-    while (file.read(block, sizeof block) || file.gcount() > 0)
-        bytes.append(block, static_cast<std::size_t>(file.gcount()));
-    if (!file.eof() || file.bad()) return {};  // it was not opened, is a folder, or could not be read whole
+    if (ReadWholeFile(SystemPath(path.c_str()).c_str(), bytes)) return {};
     return TovEncodeBase64(reinterpret_cast<unsigned char const*>(bytes.data()), bytes.size(),
                            mailLineLength);
 } catch (std::bad_alloc const&) {

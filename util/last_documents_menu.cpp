@@ -65,7 +65,8 @@ CString const* PromptOf(std::vector<CString> const& prompts, unsigned int number
     return prompts.empty() ? nullptr : &prompts.front();
 }
 
-void SetPrompt(std::vector<CString>& prompts, unsigned int number, char const* text) {
+void SetPrompt(std::vector<CString>& prompts, unsigned int number, char const* text, unsigned int most) {
+    if (number > most) return;  // there is no such item
     if (number == 0) prompts.clear();
     if (number >= prompts.size()) prompts.resize(std::size_t{number} + 1);
     prompts[number] = text != nullptr ? text : "";
@@ -149,7 +150,7 @@ int CTovLastDocuments::CreateLastDocMenu(HINSTANCE module, unsigned int textId, 
 }
 
 int CTovLastDocuments::ModifyLastDocItem(unsigned int command, CMenu* menu) {
-    if (menu == nullptr || command == 0) return 0;
+    if (menu == nullptr || command == 0 || command == tovNoMenuItem) return 0;
     auto const documents = Documents();
     if (!Refresh(command, *menu, documents)) return 0;
     Remember(command, documents);
@@ -211,7 +212,7 @@ CString CTovLastDocuments::GetMenuPromptPrefix(unsigned int number) const {
 }
 
 void CTovLastDocuments::SetMenuPromptPrefix(unsigned int number, char const* prefix) {
-    SetPrompt(m_promptPrefixes, number, prefix);
+    SetPrompt(m_promptPrefixes, number, prefix, m_capacity);
 }
 
 CString CTovLastDocuments::GetMenuPromptSuffix(unsigned int number) const {
@@ -220,7 +221,7 @@ CString CTovLastDocuments::GetMenuPromptSuffix(unsigned int number) const {
 }
 
 void CTovLastDocuments::SetMenuPromptSuffix(unsigned int number, char const* suffix) {
-    SetPrompt(m_promptSuffixes, number, suffix);
+    SetPrompt(m_promptSuffixes, number, suffix, m_capacity);
 }
 
 unsigned int CTovLastDocuments::SetMenuItemLength(unsigned int characters) {

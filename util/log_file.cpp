@@ -1,7 +1,8 @@
 #include <tov310/log_file.h>
 
-#include "vesk/immortal.h"
+#include "util/file_facts.h"
 #include "vesk/append_file.h"
+#include "vesk/immortal.h"
 #include "vesk/print.h"
 
 #include <chrono>
@@ -42,7 +43,7 @@ int WriteLogBytes(std::string const& bytes) {
 }  // namespace
 
 void CTovLogfile::SetLogfile(void* handle, char const* name) {
-    std::string copy = name != nullptr ? name : "";
+    std::string copy = SystemPath(name);
     LogTarget& target = LogTarget::Instance();
     std::scoped_lock const lock(target.guard);
     target.name = std::move(copy);

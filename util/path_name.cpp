@@ -28,7 +28,7 @@ bool CannotEndName(char c) {
 bool IsDeviceName(std::string_view name) {
     name = name.substr(0, name.find('.'));
     name = name.substr(0, name.find_last_not_of(' ') + 1);
-    for (char const* const device : {"con", "prn", "aux", "nul"}) {
+    for (char const* const device : {"con", "prn", "aux", "nul", "conin$", "conout$"}) {
         if (IsSameName(name, device)) return true;
     }
     if (name.size() < 4 || (!IsSameName(name.substr(0, 3), "com") && !IsSameName(name.substr(0, 3), "lpt")))
@@ -77,24 +77,21 @@ unsigned int TovReplaceInvalidFilenameCharacters(CString& name, char replacement
     auto const byte = static_cast<unsigned char>(replacement);
     char const valid = byte >= 0x80 || IsForbidden(byte) ? plainReplacement : replacement;
     CString clean;
-    unsigned int count = 0;
+    CString replaced;  // as long as the clean name: which of its bytes are replacements
     for (std::string_view rest = name; !rest.empty();) {
         std::string_view const before = rest;
         if (IsForbidden(TakeFolded(rest))) {
             clean += valid;
-            ++count;
+            replaced += '1';
         } else {
             clean += before.substr(0, before.size() - rest.size());
+            replaced.resize(clean.size(), '0');
         }
     }
     char const validEnd = CannotEndName(valid) ? plainReplacement : valid;
-    // A last character that was replaced already counts once.
-    bool const isNewEnd = CannotEndName(clean.back());
-    if (isNewEnd) {
-        bool const wasReplaced =
-            clean.back() == valid && IsForbidden(static_cast<unsigned char>(name.back()));
+    if (CannotEndName(clean.back())) {
         clean.back() = validEnd;
-        if (!wasReplaced) ++count;
+        replaced.back() = '1';
     }
     if (IsDeviceName(clean)) {
         // The last character of the device's name goes.
@@ -106,8 +103,9 @@ unsigned int TovReplaceInvalidFilenameCharacters(CString& name, char replacement
         CString const tail = clean.substr(end);
         clean = head + validEnd + tail;
         if (IsDeviceName(clean)) clean = head + plainReplacement + tail;
-        ++count;
+        replaced.replace(begin, end - begin, 1, '1');
     }
+    auto const count = static_cast<unsigned int>(std::ranges::count(replaced, '1'));
     name = clean;
     return count;
 }

@@ -1,5 +1,6 @@
 #include <tov310/system.h>
 
+#include "util/system_guard.h"
 #include "vesk/immortal.h"
 
 #include <atomic>
@@ -30,6 +31,7 @@ ITovSystem* TovGetSystem() {
 }
 
 ITovSystem* TovSetSystem(ITovSystem* system) {
+    std::scoped_lock const lock(systemGuard);
     ITovSystem* const before = systemInForce.exchange(system);
     return before != nullptr ? before : DefaultSystem();
 }

@@ -93,6 +93,7 @@ CString TovIncrementString(char const* text, int maxLength) {
     CString name = text != nullptr ? text : "";
     if (name.empty()) return name;
     if (maxLength == 0) maxLength = 260;
+    maxLength = std::max(maxLength, 0);
 
     int count = 1;
     std::size_t bracket = 0;

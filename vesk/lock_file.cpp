@@ -1,5 +1,7 @@
 #include "vesk/lock_file.h"
 
+#include "vesk/volume.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -32,9 +34,7 @@ std::error_code UserRuntimeFolder(std::string& folder) {
     if (set != nullptr && set[0] == '/' && !CheckOwnFolder(set)) {
         folder = std::string(set) + "/Tov310";
     } else {
-        char const* const temporary = std::getenv("TMPDIR");
-        folder = std::string(temporary != nullptr && temporary[0] == '/' ? temporary : "/tmp") + "/Tov310-" +
-                 std::to_string(::geteuid());
+        folder = TemporaryFolderPath() + "/Tov310-" + std::to_string(::geteuid());
     }
     if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) return LockError();
     // Others can write in the temporary directory, too: what is there already may be theirs.

@@ -106,8 +106,9 @@ class TOV_CORE_API ITovEventChannel {
     // over. -1 when an argument is null, else 0.
     virtual int PushEvent(ITovEvent* event, ITovEventSupplier* supplier) = 0;
 
-    // Delivers what is held for the consumer, whether it is enabled or not, until nothing is left. The number
-    // of events that were received without a failure; -1 for null or unknown.
+    // Delivers what is held for the consumer, whether it is enabled or not, until nothing is left, what comes
+    // in meanwhile included: a consumer that holds its events must not push to itself while it receives. The
+    // number of events that were received without a failure; -1 for null or unknown.
     virtual int FlushConsumer(ITovEventConsumer* consumer) = 0;
 
     // Drops what is held for the consumer, unless it is being flushed. The number dropped; -1 for null.

@@ -63,8 +63,9 @@ class TOV_CORE_API CTovLastDocuments : public CObject {
     // empty text and a store that cannot be written.
     virtual int AddDocument(char const* document);
 
-    // Takes a document out, and closes the list up. With the flag the text is compared with what stands
-    // before the ";" only. 1 when there was such a document and it is gone.
+    // Takes a document out, and closes the list up. The text is taken as AddDocument takes it, so a missing
+    // ";" stands at its end. With the flag only what stands before the ";" is compared, on both sides. 1 when
+    // there was such a document and it is gone.
     virtual int RemoveDocument(char const* document, int compareFirstPartOnly);
 
     // 1, or 0 when the store cannot be written.

@@ -50,6 +50,8 @@ class TOV_CORE_API CTovMenuPopUp : public CMenu {
     //   state.m_nID = id;
     //   state.DoUpdate(&view, 1);
     //   if (state.m_bEnabled) ...
+    //
+    // One object serves one command.
     class TOV_CORE_API CCmdUIPopUp : public CCmdUI {
      public:
         int m_bEnabled = 0;
