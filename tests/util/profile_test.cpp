@@ -230,10 +230,9 @@ TEST_F(ProfileTest, VectorsOfAnApplicationPassItsVirtualOperations) {
     EXPECT_EQ(plain.GetProfileString("S", "a", "none"), "none");
 }
 
-// In a file a section is a name; in the registry it is a key, perhaps in another one, that already a read
-// makes.
+// In a file a section is a name. In the registry it is a key, perhaps in another one, and made by a read.
 TEST_F(ProfileTest, RandomOperationsAgainstAMirror) {
-    for (CString const path : stores) {
+    for (char const* path : stores) {
         bool const isTree = path == stores[1];
         std::map<CString, std::map<CString, CString>> mirror;
         std::mt19937 random(310);
@@ -248,24 +247,25 @@ TEST_F(ProfileTest, RandomOperationsAgainstAMirror) {
             auto const asked = anyCase(section), askedEntry = anyCase(entry);
             auto const kind = random() % 6;
             if (isTree && kind > 1) mirror.insert({{section.substr(0, 1), {}}, {section, {}}});
+            auto const found = mirror.find(section);
             if (kind == 0) {
                 auto const next = mirror.upper_bound(section);
                 bool const isKept = isTree && next != mirror.end() && next->first.starts_with(section);
-                ASSERT_EQ(Remove(path.c_str(), asked.c_str(), nullptr), isKept ? 0 : 1);
+                ASSERT_EQ(Remove(path, asked.c_str(), nullptr), isKept ? 0 : 1);
                 if (!isKept) mirror.erase(section);
             } else if (kind == 1) {
-                ASSERT_EQ(Remove(path.c_str(), asked.c_str(), askedEntry.c_str()), 1);
-                if (mirror.contains(section)) mirror[section].erase(entry);
+                ASSERT_EQ(Remove(path, asked.c_str(), askedEntry.c_str()), 1);
+                if (found != mirror.end()) found->second.erase(entry);
             } else if (kind < 4) {
                 ASSERT_EQ(Write(path, asked.c_str(), askedEntry, value), 1);
                 mirror[section][entry] = value;
             } else {
-                bool const isThere = mirror.contains(section) && mirror[section].contains(entry);
-                ASSERT_EQ(Read(path, asked.c_str(), askedEntry.c_str()),
-                          isThere ? mirror[section][entry] : "<none>");
+                bool const isThere = found != mirror.end() && found->second.contains(entry);
+                auto const text = Read(path, asked.c_str(), askedEntry.c_str());
+                ASSERT_EQ(text, isThere ? found->second[entry] : "<none>");
             }
             std::vector<CString> names, expected;
-            Entries::ReadSectionNames(path.c_str(), names);
+            Entries::ReadSectionNames(path, names);
             for (CString& name : names)
                 name.front() = static_cast<char>(name.front() | 0x20);
             std::ranges::sort(names);
