@@ -23,6 +23,12 @@
 namespace tov {
 namespace {
 
+int EndChild(pid_t child) {
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    return status;
+}
+
 void* HandleOf(int descriptor) {
     return reinterpret_cast<void*>(std::intptr_t{descriptor});
 }
@@ -40,20 +46,27 @@ class LogfileTest : public testing::Test {
     std::string m_path = m_folder.File("host.log");
 };
 
-TEST_F(LogfileTest, WithoutANameOrAHandleNothingIsWritten) {
-    CTovLogfile::SetLogfile(nullptr, nullptr);
-    EXPECT_EQ(CTovLogfile::WriteLogfile("lost\n"), 0);
-    for (int const descriptor : {-1, 999}) {
-        CTovLogfile::SetLogfile(HandleOf(descriptor), "");
-        EXPECT_EQ(CTovLogfile::WriteLogfile("lost\n"), 0);
+TEST_F(LogfileTest, WithoutAnOpenPlaceOrAPrintableTextNothingIsWritten) {
+    ASSERT_EQ(::mkfifo(m_folder.File("nobody reads").c_str(), 0600), 0);
+    for (char const* name : {"missing/host.log", "", "nobody reads"}) {
+        CTovLogfile::SetLogfile(nullptr, m_folder.File(name).c_str());
+        EXPECT_EQ(CTovLogfile::WriteLogfile("lost\n"), 0) << name;
     }
+    for (int const descriptor : {-1, 0, 999}) {
+        CTovLogfile::SetLogfile(HandleOf(descriptor), "");
+        EXPECT_EQ(CTovLogfile::WriteLogfile("lost\n"), 0) << descriptor;
+    }
+    CTovLogfile::SetLogfile(nullptr, m_path.c_str());
+    wchar_t const broken[] = {static_cast<wchar_t>(0xD800), 0};
+    char const* const nothing = nullptr;
+    EXPECT_EQ(CTovLogfile::WriteLogfile("begun %ls", broken), 0);
+    EXPECT_EQ(CTovLogfile::WriteLogfile(nothing), 0);
+    EXPECT_EQ(Contents(m_path), "");
 }
 
 TEST_F(LogfileTest, LinesArePrintedAndAppendedToTheFileWithTheName) {
     std::ofstream(m_path) << "old\n";
     CTovLogfile::SetLogfile(nullptr, m_path.c_str());
-    char const* const nothing = nullptr;
-    EXPECT_EQ(CTovLogfile::WriteLogfile(nothing), 0);
     EXPECT_EQ(CTovLogfile::WriteLogfile("%s %d %.2f%%\n", "角", -7, 2.5), 1);
     EXPECT_EQ(CTovLogfile::WriteLogfile("%ls", L"度\n"), 1);
     EXPECT_EQ(CTovLogfile::WriteLogfile("%s", ""), 1);
@@ -66,54 +79,29 @@ TEST_F(LogfileTest, LinesArePrintedAndAppendedToTheFileWithTheName) {
 }
 
 TEST_F(LogfileTest, TheLocaleOfTheProcessDoesNotShow) {
-    char const* chosen = nullptr;
-    for (char const* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "de_DE"})
-        if (chosen == nullptr) chosen = std::setlocale(LC_ALL, name);
+    bool const chosen = std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
     CTovLogfile::SetLogfile(nullptr, m_path.c_str());
     EXPECT_EQ(CTovLogfile::WriteLogfile("%.1f", 0.5), 1);
     std::setlocale(LC_ALL, "C");
     EXPECT_EQ(Contents(m_path), "0.5");
-    if (chosen == nullptr) GTEST_SKIP() << "no locale with a decimal comma is installed";
-}
-
-TEST_F(LogfileTest, ATextThatCannotBePrintedWritesNothing) {
-    CTovLogfile::SetLogfile(nullptr, m_path.c_str());
-    wchar_t const broken[] = {static_cast<wchar_t>(0xD800), 0};
-    EXPECT_EQ(CTovLogfile::WriteLogfile("begun %ls", broken), 0);
-    EXPECT_EQ(Contents(m_path), "");
+    if (!chosen) GTEST_SKIP() << "no locale with a decimal comma is installed";
 }
 
 TEST_F(LogfileTest, TheHandleServesWhereTheFileDoesNot) {
-    int const file = ::open(m_path.c_str(), O_WRONLY | O_CREAT, 0600);
-    ASSERT_GT(file, 0);
-    CTovLogfile::SetLogfile(HandleOf(file), nullptr);
-    EXPECT_EQ(CTovLogfile::WriteLogfile("one "), 1);
-    CTovLogfile::SetLogfile(HandleOf(file), m_folder.File("missing/host.log").c_str());
-    EXPECT_EQ(CTovLogfile::WriteLogfile("two "), 1);
-    CTovLogfile::SetLogfile(HandleOf(file), m_folder.File("other.log").c_str());
-    EXPECT_EQ(CTovLogfile::WriteLogfile("three"), 1);
-    ::close(file);
-    EXPECT_EQ(Contents(m_path), "one two ");
-    EXPECT_EQ(Contents(m_folder.File("other.log")), "three");
-    CTovLogfile::SetLogfile(nullptr, m_folder.File("missing/host.log").c_str());
-    EXPECT_EQ(CTovLogfile::WriteLogfile("lost"), 0);
-    CTovLogfile::SetLogfile(nullptr, m_folder.path().c_str());
-    EXPECT_EQ(CTovLogfile::WriteLogfile("a folder"), 0);
-}
-
-TEST_F(LogfileTest, APipeTakesLinesAndOneWithoutAReaderHoldsNobody) {
     std::array<int, 2> ends{};
     ASSERT_EQ(::pipe(ends.data()), 0);
     CTovLogfile::SetLogfile(HandleOf(ends[1]), nullptr);
-    EXPECT_EQ(CTovLogfile::WriteLogfile("to a pipe"), 1);
+    EXPECT_EQ(CTovLogfile::WriteLogfile("one "), 1);
+    CTovLogfile::SetLogfile(HandleOf(ends[1]), m_folder.File("missing/host.log").c_str());
+    EXPECT_EQ(CTovLogfile::WriteLogfile("two "), 1);
+    CTovLogfile::SetLogfile(HandleOf(ends[1]), m_path.c_str());
+    EXPECT_EQ(CTovLogfile::WriteLogfile("three"), 1);
     std::array<char, 64> read{};
-    EXPECT_EQ(::read(ends[0], read.data(), read.size()), 9);
-    EXPECT_STREQ(read.data(), "to a pipe");
+    EXPECT_EQ(::read(ends[0], read.data(), read.size()), 8);
+    EXPECT_STREQ(read.data(), "one two ");
+    EXPECT_EQ(Contents(m_path), "three");
     ::close(ends[0]);
     ::close(ends[1]);
-    ASSERT_EQ(::mkfifo(m_path.c_str(), 0600), 0);
-    CTovLogfile::SetLogfile(nullptr, m_path.c_str());
-    EXPECT_EQ(CTovLogfile::WriteLogfile("nobody reads"), 0);
 }
 
 // A disk that is full, by the limit of a process for its files.
@@ -131,9 +119,7 @@ TEST_F(LogfileTest, ALineThatDoesNotFitLeavesNothing) {
             right = right && CTovLogfile::WriteLogfile("short") == 1;
             ::_exit(right ? 0 : 1);
         }
-        int status = -1;
-        ::waitpid(child, &status, 0);
-        EXPECT_EQ(status, 0);
+        EXPECT_EQ(EndChild(child), 0);
         EXPECT_EQ(Contents(m_path), "0123456789short");
     }
 }
@@ -142,13 +128,15 @@ TEST_F(LogfileTest, ALineThatDoesNotFitLeavesNothing) {
 TEST_F(LogfileTest, LinesOfProcessesAndThreadsNeverMix) {
     constexpr int lines = 150;
     int const shared = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
+    auto const text = [](int writer, int line) {
+        std::string const filling(static_cast<std::size_t>(line % 7 * 3001), static_cast<char>('a' + writer));
+        return std::to_string(writer).append(":").append(std::to_string(line)).append(filling);
+    };
     auto const write = [&](int writer) {
-        for (int line = 0; line < lines; ++line) {
-            std::string const text(static_cast<std::size_t>(line % 7 * 3001),
-                                   static_cast<char>('a' + writer));
-            if (!CTovLogfile::WriteLogfile("%d:%d:%s\n", writer, line, text.c_str())) return false;
-        }
-        return true;
+        bool right = true;
+        for (int line = 0; line < lines; ++line)
+            right = CTovLogfile::WriteLogfile("%s\n", text(writer, line).c_str()) && right;
+        return right;
     };
     std::vector<pid_t> children;
     for (int process = 0; process < 2; ++process) {
@@ -163,23 +151,15 @@ TEST_F(LogfileTest, LinesOfProcessesAndThreadsNeverMix) {
         }
         children.push_back(child);
     }
-    for (pid_t const child : children) {
-        int status = -1;
-        ::waitpid(child, &status, 0);
-        EXPECT_EQ(status, 0);
-    }
+    for (pid_t const child : children)
+        EXPECT_EQ(EndChild(child), 0);
     ::close(shared);
     std::array<int, 4> next{};
     std::ifstream file(m_path);
     for (std::string line; std::getline(file, line);) {
-        ASSERT_FALSE(line.empty());
-        auto const writer = static_cast<std::size_t>(line[0] - '0');
-        ASSERT_LT(writer, next.size());
-        int const number = next[writer]++;
-        std::string const expected = std::to_string(writer) + ':' + std::to_string(number) + ':' +
-                                     std::string(static_cast<std::size_t>(number % 7 * 3001),
-                                                 static_cast<char>('a' + static_cast<int>(writer)));
-        ASSERT_EQ(line, expected);
+        int const writer = line.empty() ? -1 : line[0] - '0';
+        ASSERT_TRUE(writer >= 0 && writer < 4) << line;
+        ASSERT_EQ(line, text(writer, next[static_cast<std::size_t>(writer)]++));
     }
     EXPECT_EQ(next, (std::array<int, 4>{lines, lines, lines, lines}));
 }
