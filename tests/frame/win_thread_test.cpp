@@ -2,12 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <memory>
+#include <algorithm>
+#include <list>
 #include <stdexcept>
 #include <string>
-#include <thread>
-#include <vector>
 
 namespace tov {
 namespace {
@@ -18,20 +16,21 @@ constexpr unsigned enough = 30'000;
 struct Steps : CWinThread {
     ~Steps() override { End(); }
     int InitInstance() override {
-        done += 'i';
-        if (failAt == 'i') throw std::runtime_error("no start");
+        Step('i');
         return failAt != '0';
     }
     int Run() override {
-        done += 'r';
-        if (failAt == 'r') throw 1;
+        Step('r');
         if (failAt == 'e') End();  // on the thread itself: nothing to wait for
         return CWinThread::Run();
     }
     int ExitInstance() override {
-        done += 'x';
-        if (failAt == 'x') throw 1;
+        Step('x');
         return 0;
+    }
+    void Step(char step) {
+        done += step;
+        if (failAt == step) throw std::runtime_error("no further");
     }
     char failAt = ' ';
     std::string done;
@@ -45,16 +44,13 @@ TEST(WinThread, AThreadRunsItsStepsToTheEnd) {
     for (auto const& c : cases) {
         Steps thread;
         thread.failAt = c.failAt;
-        EXPECT_FALSE(thread.IsRunning());
         EXPECT_EQ(thread.WaitForEnd(0), 1);
         ASSERT_EQ(thread.CreateThread(), 1);
         if (c.failAt == ' ') {
             EXPECT_EQ(thread.CreateThread(), 0) << "it runs already";
             EXPECT_EQ(thread.WaitForEnd(1), 0);
-            thread.PostQuit();
-        } else if (c.failAt == 'x') {
-            thread.PostQuit();
         }
+        if (c.failAt == ' ' || c.failAt == 'x') thread.PostQuit();
         EXPECT_EQ(thread.WaitForEnd(enough), 1);
         EXPECT_EQ(thread.done, c.done) << c.failAt;
     }
@@ -89,27 +85,20 @@ TEST(WinThread, ThreadsThatServeWindowsAreCountedUntilTheLastOneEnds) {
     } window;
     window.Create();
     EXPECT_EQ(CTovWinThread::StaticEventBounceThreadKilled(0), 1);
-    std::vector<std::unique_ptr<Server>> servers;
-    for (int i = 0; i < 4; ++i) {
-        servers.push_back(std::make_unique<Server>(window.GetSafeHwnd()));
-        EXPECT_FALSE(servers.back()->IsInitialized());
-        ASSERT_EQ(servers.back()->CreateThread(), 1);
-    }
-    while (window.got < 1000) {
+    std::list<Server> servers;
+    for (int i = 0; i < 4; ++i)
+        ASSERT_EQ(servers.emplace_back(window.GetSafeHwnd()).CreateThread(), 1);
+    while (window.got < 1000 || CTovWinThread::StaticRef() < 4) {
         ASSERT_TRUE(TovWaitForPosts(enough));
         TovDispatchPosts();
     }
-    while (CTovWinThread::StaticRef() < 4)
-        std::this_thread::yield();
-    for (auto const& server : servers)
-        EXPECT_TRUE(server->IsInitialized());
+    EXPECT_TRUE(std::ranges::all_of(servers, &Server::IsInitialized));
     EXPECT_EQ(CTovWinThread::StaticEventBounceThreadKilled(1), 0);
-    for (auto const& server : servers)
-        server->PostQuit();
+    for (Server& server : servers)
+        server.PostQuit();
     EXPECT_EQ(CTovWinThread::StaticEventBounceThreadKilled(enough), 1);
     EXPECT_EQ(CTovWinThread::StaticRef(), 0);
-    for (auto const& server : servers)
-        EXPECT_FALSE(server->IsInitialized());
+    EXPECT_TRUE(std::ranges::none_of(servers, &Server::IsInitialized));
     servers.clear();
     TovDispatchPosts();
 
