@@ -71,6 +71,14 @@ struct CTovFileList::State {
     }
 };
 
+// What a search leaves behind. To take it down takes longer than an abort may, so it is done when nobody
+// waits for the search any more.
+struct CTovFileList::Litter {
+    std::unique_ptr<TreeWalk> walk;
+    std::vector<CTovFindData> records;
+    std::vector<CString> names[3];
+};
+
 // The sole right to the records, for the length of a block.
 class CTovFileList::Claim {
  public:
@@ -156,17 +164,19 @@ void CTovFileList::Search(HWND window) {
 }
 
 void CTovFileList::RunThread() {
-    Claim const claim(*m_state);
+    Litter litter;
+    Claim const claim(*m_state);  // goes before the litter
     if (IsWindow(m_window)) TovPostMessage(m_window, WM_TOV_FILESEARCHTHREAD_BEGIN);
     if (m_begin.callback != nullptr) m_begin.callback(m_begin.user);
-    SearchNow();
+    SearchNow(litter);
     bool const aborted = m_state->isAborted;
     if (IsWindow(m_window)) TovPostMessage(m_window, WM_TOV_FILESEARCHTHREAD_TERMINATE, aborted);
     if (m_terminate.callback != nullptr) m_terminate.callback(m_terminate.user, aborted);
 }
 
 void CTovFileList::DoIt() {
-    if (Claim const claim(*m_state, Claim::kSearch); claim) SearchNow();
+    Litter litter;
+    if (Claim const claim(*m_state, Claim::kSearch); claim) SearchNow(litter);
 }
 
 void CTovFileList::Wait() {
@@ -200,27 +210,33 @@ int CTovFileList::AddSearchPattern(char const* pattern) {
     return 1;
 }
 
-void CTovFileList::SearchNow() {
+void CTovFileList::SearchNow(Litter& litter) {
     try {
         m_counter = 0;
-        SearchDirectories();
-        if (m_state->isAborted) return;
-        SortRecords(true);
-        FillNames(true);
+        SearchDirectories(litter);
+        if (!m_state->isAborted) SortRecords(true);
+        if (!m_state->isAborted) FillNames(true);
     } catch (std::bad_alloc const&) {
         m_state->Fail(TOV_ERROR_NOT_ENOUGH_MEMORY);
     }
+    if (!m_state->isAborted || Failed() != 0) return;
+    litter.records.swap(m_records);
+    litter.names[0].swap(m_names);
+    litter.names[1].swap(m_alternateNames);
+    litter.names[2].swap(m_fullNames);
 }
 
-void CTovFileList::SearchDirectories() {
+void CTovFileList::SearchDirectories(Litter& litter) {
     std::size_t const separator = m_searchPath.find_last_of("/\\");
     if (separator == CString::npos || separator < 1) return;
     CString const root = SystemPath(m_searchPath.substr(0, separator + 1).c_str());
 
     std::vector<CString> texts{CString(LastPart(m_searchPath))};
     texts.insert(texts.end(), m_patterns.begin(), m_patterns.end());
-    std::vector<NamePattern> const patterns(texts.begin(), texts.end());
-    TreeWalk walk(root, patterns, m_isRecursive, m_state->isAborted);
+    litter.walk = std::make_unique<TreeWalk>(root, std::vector<NamePattern>(texts.begin(), texts.end()),
+                                             m_isRecursive, m_state->isAborted);
+    TreeWalk& walk = *litter.walk;
+    std::vector<NamePattern> const& patterns = walk.Patterns();
     auto const run = [&] {
         auto const failure = walk.Run([this](TreeDirectory const& found) {
             ++m_counter;
@@ -231,6 +247,10 @@ void CTovFileList::SearchDirectories() {
     };
     if (m_isRecursive && !run()) return;
     m_counter = 0;
+    std::size_t count = m_records.size();
+    for (TreeDirectory const* const directory : walk.Directories())
+        count += directory->hits.size();
+    m_records.reserve(count);
     bool const isTold = m_searchInDirectory.callback != nullptr || IsWindow(m_window);
     for (TreeDirectory const* const directory : walk.Directories()) {
         CString const path =
@@ -289,22 +309,31 @@ void CTovFileList::SortRecords(bool canBeAborted) {
     } catch (SortIsAborted) {
         return;
     }
-    std::vector<CTovFindData> sorted;
-    sorted.reserve(places.size());
-    for (std::size_t const place : places)
-        sorted.push_back(std::move(m_records[place]));
-    m_records.swap(sorted);
+    // Every cycle of the order is gone round, so that after each the records are whole again.
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        if (canBeAborted && m_state->isAborted) return;
+        if (places[i] == i) continue;
+        CTovFindData first = std::move(m_records[i]);
+        std::size_t place = i;
+        while (places[place] != i) {
+            m_records[place] = std::move(m_records[places[place]]);
+            place = std::exchange(places[place], place);
+        }
+        m_records[place] = std::move(first);
+        places[place] = place;
+    }
 }
 
 void CTovFileList::FillNames(bool canBeAborted) {
-    std::size_t const count = m_records.size();
-    for (auto* const names : {&m_names, &m_alternateNames, &m_fullNames})
-        names->resize(count);
-    for (std::size_t i = 0; i < count; ++i) {
+    for (auto* const names : {&m_names, &m_alternateNames, &m_fullNames}) {
+        names->clear();
+        names->reserve(m_records.size());
+    }
+    for (CTovFindData const& record : m_records) {
         if (canBeAborted && m_state->isAborted) return;
-        m_names[i] = m_records[i].cFileName;
-        m_alternateNames[i] = m_records[i].cAlternateFileName;
-        m_fullNames[i] = m_records[i].GetFullFilename();
+        m_names.push_back(record.cFileName);
+        m_alternateNames.push_back(record.cAlternateFileName);
+        m_fullNames.push_back(record.GetFullFilename());
     }
 }
 

@@ -128,9 +128,9 @@ class TreeWalk::Crew {
     std::vector<std::thread> m_threads;
 };
 
-TreeWalk::TreeWalk(std::string const& root, std::vector<NamePattern> const& patterns, bool isRecursive,
+TreeWalk::TreeWalk(std::string const& root, std::vector<NamePattern> patterns, bool isRecursive,
                    std::atomic<bool> const& stop)
-    : m_patterns(patterns), m_isRecursive(isRecursive), m_stop(stop) {
+    : m_patterns(std::move(patterns)), m_isRecursive(isRecursive), m_stop(stop) {
     TreeDirectory& directory = m_shelves.emplace_back().emplace_back();
     directory.name = root;
     m_order.push_back(&directory);
@@ -226,6 +226,12 @@ std::error_code TreeWalk::ListEntries(TreeDirectory& directory, Shelf& shelf) {
 }
 
 std::error_code TreeWalk::Run(std::function<void(TreeDirectory const&)> const& found) {
+    auto const failure = Enter(found);
+    m_crew.reset();
+    return failure;
+}
+
+std::error_code TreeWalk::Enter(std::function<void(TreeDirectory const&)> const& found) {
     struct Level {
         TreeDirectory* directory;
         std::size_t next;
@@ -256,7 +262,6 @@ std::error_code TreeWalk::Run(std::function<void(TreeDirectory const&)> const& f
         if (way.empty()) break;
         entered = way.back().directory->children[way.back().next++];
     }
-    m_crew.reset();
     return {};
 }
 

@@ -61,9 +61,8 @@ struct TreeDirectory {
 
 class TreeWalk {
  public:
-    // The root ends in a separator. The walk ends soon after `stop` has become true. All arguments must
-    // outlive the object.
-    TreeWalk(std::string const& root, std::vector<NamePattern> const& patterns, bool isRecursive,
+    // The root ends in a separator. The walk ends soon after `stop`, which must outlive it, has become true.
+    TreeWalk(std::string const& root, std::vector<NamePattern> patterns, bool isRecursive,
              std::atomic<bool> const& stop);
     ~TreeWalk();
     TreeWalk(TreeWalk const&) = delete;
@@ -72,21 +71,25 @@ class TreeWalk {
     // Lists everything. `found` is called, on this thread, for every directory below the root as its turn
     // comes. Ends at the first directory that could not be listed for a reason that is not overlooked, and
     // answers it.
+    // No thread is left behind; to take down a large result takes its time.
     std::error_code Run(std::function<void(TreeDirectory const&)> const& found);
 
     // In the order of the walk, the root first. Theirs is what has been listed until now.
     std::vector<TreeDirectory*> const& Directories() const { return m_order; }
 
+    std::vector<NamePattern> const& Patterns() const { return m_patterns; }
+
  private:
     class Crew;
     using Shelf = std::deque<TreeDirectory>;  // keeps its directories in place
 
+    std::error_code Enter(std::function<void(TreeDirectory const&)> const& found);
     static bool Take(TreeDirectory& directory);
     void List(TreeDirectory& directory, Shelf& shelf);
     std::error_code ListEntries(TreeDirectory& directory, Shelf& shelf);
     std::error_code OpenDirectory(TreeDirectory& directory, Directory& opened);
 
-    std::vector<NamePattern> const& m_patterns;
+    std::vector<NamePattern> const m_patterns;
     bool const m_isRecursive;
     std::atomic<bool> const& m_stop;
     std::atomic<int> m_openPlaces{0};

@@ -146,6 +146,7 @@ class TOV_CORE_API CTovFileList : public CObject {
 
  private:
     struct State;
+    struct Litter;
     class Claim;
     template <class Callback>
     struct Told {
@@ -154,8 +155,8 @@ class TOV_CORE_API CTovFileList : public CObject {
     };
 
     void RunThread();
-    void SearchNow();
-    void SearchDirectories();
+    void SearchNow(Litter& litter);
+    void SearchDirectories(Litter& litter);
     void SortRecords(bool canBeAborted);
     void FillNames(bool canBeAborted);
     void TellDirectory(CString const& path);
