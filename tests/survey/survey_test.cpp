@@ -93,6 +93,7 @@ TEST(Places, BadLinesAndTheirReasons) {
         {"DE\t+5230+18001\tE/B", "the longitude is above 180 degrees"},
         {"DE\t+5230+01322", "no name"}, {"DE\t+5230+01322\t\tcomment", "no name"},
         {"DE\t+5230+01322\tTucum\xE1n", "not in UTF-8"}, {"DE\t+5230+01322\tE/B\t\xC0\xAF", "not in UTF-8"},
+        {"DE\t+5230+01322\tE/B\t\xE0\x9F\xBF", "not in UTF-8"},
         {"DE\t+5230+01322\tE/B\t\xED\xA0\x80", "not in UTF-8"}, {"DE\t+5230+01322\tE\t\xF4\x90\x80\x80", "not in UTF-8"},
         {"DE\t+5230+01322\tE/B\x1B[2J", control}, {"DE\t+5230+01322\tE/B\xC2\x9B", control},
         {"DE\t+5230+01322\rDE\t+5230+01322\tE/B", control}, {{"DE\t+5230+01322\tE\0B", 19}, control},
