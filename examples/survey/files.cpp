@@ -1,11 +1,10 @@
 #include "files.h"
 
+#include <tov310/file.h>
 #include <tov310/system_error.h>
 
-#include <cerrno>
-#include <cstdio>
+#include <fstream>
 #include <initializer_list>
-#include <memory>
 #include <system_error>
 
 namespace survey {
@@ -17,8 +16,9 @@ namespace fs = std::filesystem;
 constexpr std::size_t largestFile = std::size_t{64} << 20;
 
 fs::path ProgramFolder() {
-    std::error_code failed;
-    return fs::read_symlink("/proc/self/exe", failed).parent_path();
+    tov::CString program;
+    tov::TovGetModulePath(nullptr, program);
+    return fs::path(program).parent_path();
 }
 
 // From the program to the folder share/tov310 of the same installation.
@@ -34,27 +34,14 @@ fs::path FirstThatExists(std::initializer_list<fs::path> paths) {
     return paths.begin()->lexically_normal();
 }
 
-unsigned long CodeOf(int error) {
-    switch (error) {
-        case ENOENT:
-            return tov::TOV_ERROR_NOT_FOUND;
-        case ENOTDIR:
-            return tov::TOV_ERROR_PATH_NOT_FOUND;
-        case EACCES:
-        case EPERM:
-            return tov::TOV_ERROR_ACCESS_DENIED;
-        case ENAMETOOLONG:
-            return tov::TOV_ERROR_NAME_TOO_LONG;
-        case EIO:
-            return tov::TOV_ERROR_IO;
-        default:
-            return tov::TOV_ERROR_SYSTEM_BASE + static_cast<unsigned long>(error);
-    }
-}
-
-std::string Reason(int error) {
-    if (error == EISDIR) return "is a folder, not a file";
-    return tov::TovSystemErrorText(CodeOf(error));
+// Why a file cannot be opened.
+std::string Reason(fs::path const& path) {
+    if (tov::TovDirectoryExist(path.c_str())) return "is a folder, not a file";
+    tov::CString why;
+    void* const file = tov::TovFileOpen(path.c_str(), tov::TOV_FILE_READ, tov::TOV_SHARE_READ,
+                                        tov::TOV_OPEN_EXISTING, 0, nullptr, &why);
+    if (file != nullptr) tov::TovFileClose(file);
+    return file == nullptr ? why : "was missing a moment ago";
 }
 
 }  // namespace
@@ -69,16 +56,16 @@ fs::path LanguageFolder(std::string const& language) {
 
 std::string ReadFile(fs::path const& path, std::string& bytes) {
     bytes.clear();
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> const file(std::fopen(path.c_str(), "rb"), std::fclose);
-    if (!file) return Reason(errno);
+    // A stream, for a table may come through a pipe, whose length nobody knows.
+    std::ifstream file(path, std::ios::binary);
+    std::error_code failed;
+    if (!file || fs::is_directory(path, failed)) return Reason(path);
     char block[16384];
-    for (;;) {
-        std::size_t const length = std::fread(block, 1, sizeof block, file.get());
-        if (length == 0) break;
-        bytes.append(block, length);
+    while (file.read(block, sizeof block), file.gcount() > 0) {
+        bytes.append(block, static_cast<std::size_t>(file.gcount()));
         if (bytes.size() > largestFile) return "is larger than any table of places";
     }
-    return std::ferror(file.get()) != 0 ? Reason(errno) : "";
+    return file.bad() ? tov::TovSystemErrorText(tov::TOV_ERROR_IO) : "";
 }
 
 }  // namespace survey

@@ -1,14 +1,19 @@
 // survey: shows a table of places in any unit, and how far two of them are apart.
 //
 // A first host of the library. It reads coordinates into values (places), computes with the numbers in them
-// (sphere), lets the library print them, and remembers through it what the user chose (settings).
+// (sphere), lets the library print them, and remembers through it what the user chose (settings) and which
+// tables were opened (recent). It also searches for files, with the progress on the terminal (find).
+#include "answer.h"
 #include "files.h"
+#include "find.h"
 #include "names.h"
 #include "options.h"
 #include "places.h"
+#include "recent.h"
 #include "settings.h"
 #include "sphere.h"
 #include "table.h"
+#include "text.h"
 #include "units.h"
 
 #include <tov310/distance.h>
@@ -26,8 +31,6 @@
 namespace survey {
 namespace {
 
-enum ExitCode { kFine = 0, kLinesSkipped = 1, kUsage = 2, kUnreadable = 3 };
-
 // What is shown to somebody who asks for nothing: all continents and hemispheres.
 constexpr char const* someNames[] = {
     "America/Anchorage", "America/New_York", "America/Sao_Paulo", "Antarctica/Troll",
@@ -39,10 +42,6 @@ constexpr char const* exampleFrom = "Europe/London";
 constexpr char const* exampleTo = "Asia/Shanghai";
 
 using Places = std::vector<Place const*>;
-
-std::ostream& Complain() {
-    return std::cerr << "survey: ";
-}
 
 void LoadLanguage(std::string const& language) {
     if (language.empty() || language == "zh_CN") return;
@@ -136,17 +135,27 @@ void ShowDistance(Place const& from, Place const& to, Unit const& firstUnit) {
     table.Print(std::cout);
 }
 
-int Run(Options const& options) {
-    LoadLanguage(options.language);
-    if (options.help) {
-        std::cout << HelpText();
-        return kFine;
-    }
-    std::string const profile = OpenProfile(options.profile);
-    if (options.reset) ForgetSettings();
-    Settings const settings = ApplySettings(options.choice);
+// The table that is asked for.
+std::string TableFile(Options const& options) {
+    if (options.recent == 0) return options.file.empty() ? DataFile("zone1970.tab").string() : options.file;
+    std::vector<std::string> const recent = RecentTables();
+    auto const number = static_cast<std::size_t>(options.recent);
+    if (number <= recent.size()) return recent[number - 1];
+    throw UsageError("--recent: there are " + std::to_string(recent.size()) +
+                     " recent tables, and no number " + std::to_string(number));
+}
 
-    std::string const file = options.file.empty() ? DataFile("zone1970.tab").string() : options.file;
+int ListRecent() {
+    std::vector<std::string> const recent = RecentTables();
+    if (recent.empty()) std::cout << "No table was opened yet.\n";
+    for (std::size_t i = 0; i < recent.size(); ++i)
+        std::cout << i + 1 << "  " << Shown(recent[i]) << '\n';
+    return kFine;
+}
+
+int ShowTable(Options const& options, std::string const& profile) {
+    Settings const settings = ApplySettings(options.choice);
+    std::string const file = TableFile(options);
     std::string bytes;
     if (std::string const reason = ReadFile(file, bytes); !reason.empty()) {
         Complain() << file << ": " << reason << '\n';
@@ -158,8 +167,9 @@ int Run(Options const& options) {
     if (!table.skipped.empty()) Complain() << file << ": lines skipped: " << table.skipped.size() << '\n';
     if (table.places.empty()) {
         Complain() << file << ": no place in it\n";
-        return table.skipped.empty() ? kUnreadable : kLinesSkipped;
+        return table.skipped.empty() ? kUnreadable : kNotAll;
     }
+    RememberTable(file);
 
     if (!FormatShowsNumber()) {
         Complain() << "the format prints no number in this unit; --format \"\" takes it back\n";
@@ -191,7 +201,25 @@ int Run(Options const& options) {
     }
     std::cout << (settings.remembered ? "Remembered in " : "Not remembered, for nothing can be kept in ")
               << profile << ": " << Describe(settings) << ".\n";
-    return table.skipped.empty() ? kFine : kLinesSkipped;
+    if (std::size_t const count = RecentTables().size(); count != 0)
+        std::cout << "Recent tables: " << count
+                  << "; survey recent lists them, --recent N opens one again.\n";
+    return table.skipped.empty() ? kFine : kNotAll;
+}
+
+int Run(Options const& options) {
+    LoadLanguage(options.language);
+    if (options.help) {
+        std::cout << HelpText();
+        return kFine;
+    }
+    if (options.command == Command::kFind) return Find(options.search);
+    std::string const profile = OpenProfile(options.profile);
+    if (options.reset) {
+        ForgetSettings();
+        ForgetRecentTables();
+    }
+    return options.command == Command::kRecent ? ListRecent() : ShowTable(options, profile);
 }
 
 }  // namespace

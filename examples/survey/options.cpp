@@ -1,5 +1,6 @@
 #include "options.h"
 
+#include "recent.h"
 #include "table.h"
 #include "text.h"
 
@@ -10,6 +11,7 @@
 #include <charconv>
 #include <sstream>
 #include <string_view>
+#include <utility>
 
 namespace survey {
 namespace {
@@ -41,14 +43,24 @@ std::string ReadFormat(std::string_view format) {
     return std::string(format);
 }
 
-int ReadDecimals(std::string_view text) {
-    int decimals = 0;
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), decimals);
-    if (error != std::errc() || end != text.data() + text.size() || decimals < 1 || decimals > mostDecimals) {
-        throw UsageError("--precision: a number from 1 to " + std::to_string(mostDecimals) + ", not " +
+// From 1 on.
+int ReadNumber(std::string_view option, int most, std::string_view text) {
+    int number = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size() || number < 1 || number > most) {
+        throw UsageError(std::string(option) + ": a number from 1 to " + std::to_string(most) + ", not " +
                          Quoted(text));
     }
-    return decimals;
+    return number;
+}
+
+Order ReadOrder(std::string_view text) {
+    constexpr std::pair<std::string_view, Order> orders[] = {
+        {"name", Order::kName}, {"path", Order::kPath}, {"size", Order::kSize}, {"time", Order::kTime}};
+    for (auto const& [name, order] : orders) {
+        if (text == name) return order;
+    }
+    throw UsageError("--sort: name, path, size or time, not " + Quoted(text));
 }
 
 // The name of a folder, and never a way out of the one where the languages are.
@@ -86,6 +98,7 @@ class Arguments {
 
     std::string_view Name() const { return m_name; }
     bool IsFile() const { return m_onlyFiles || !m_name.starts_with('-'); }
+    bool MayBeCommand() const { return !m_onlyFiles; }
 
     // "--name value" or "--name=value".
     std::string_view Value() {
@@ -145,6 +158,41 @@ std::string ExampleDistance(Unit const& unit) {
     return text;
 }
 
+// What is no option: the command in front, and what it is for.
+void TakeWord(std::string_view word, bool mayBeCommand, Options& options) {
+    bool const isFirst = options.command == Command::kShow && options.file.empty();
+    if (isFirst && mayBeCommand && word == "find") {
+        options.command = Command::kFind;
+    } else if (isFirst && mayBeCommand && word == "recent") {
+        options.command = Command::kRecent;
+    } else if (options.command == Command::kRecent) {
+        throw UsageError("recent lists the tables and takes no name; --recent N opens one");
+    } else if (options.command == Command::kShow) {
+        if (word.empty()) throw UsageError("the name of the file is empty");
+        if (!options.file.empty()) throw UsageError("more than one file");
+        options.file = word;
+    } else if (options.search.directory.empty()) {
+        if (word.empty()) throw UsageError("find: the name of the folder is empty");
+        options.search.directory = word;
+    } else {
+        if (word.empty()) throw UsageError("find: a pattern is empty");
+        if (word.find_first_of("/\\") != word.npos)
+            throw UsageError("find: a pattern is for names of files, without \"/\" and \"\\\"");
+        options.search.patterns.emplace_back(word);
+    }
+}
+
+void CheckTogether(Options const& options) {
+    bool const isFind = options.command == Command::kFind;
+    if (options.from.empty() != options.to.empty()) throw UsageError("--from and --to belong together");
+    if (options.recent != 0 && (options.command != Command::kShow || !options.file.empty()))
+        throw UsageError("--recent opens a table itself and goes with no other");
+    if (!isFind && (options.search.flat || options.search.order != Order::kFound))
+        throw UsageError("--flat and --sort belong to find");
+    if (isFind && options.search.patterns.empty() && !options.help)
+        throw UsageError("find needs a folder and a pattern");
+}
+
 }  // namespace
 
 Options ReadOptions(std::span<char const* const> arguments) {
@@ -153,9 +201,7 @@ Options ReadOptions(std::span<char const* const> arguments) {
     while (walk.Next()) {
         std::string_view const name = walk.Name();
         if (walk.IsFile()) {
-            if (name.empty()) throw UsageError("the name of the file is empty");
-            if (!options.file.empty()) throw UsageError("more than one file");
-            options.file = name;
+            TakeWord(name, walk.MayBeCommand(), options);
         } else if (name == "--unit") {
             options.choice.unit = ReadUnit(name, AngleUnits(), walk.Value());
         } else if (name == "--distance-unit") {
@@ -163,7 +209,15 @@ Options ReadOptions(std::span<char const* const> arguments) {
         } else if (name == "--format") {
             options.choice.format = ReadFormat(walk.Value());
         } else if (name == "--precision") {
-            options.choice.decimals = ReadDecimals(walk.Value());
+            options.choice.decimals = ReadNumber(name, mostDecimals, walk.Value());
+        } else if (name == "--recent") {
+            options.recent = ReadNumber(name, mostRecent, walk.Value());
+        } else if (name == "--sort") {
+            options.search.order = ReadOrder(walk.Value());
+        } else if (name == "--flat") {
+            options.search.flat = walk.Flag();
+        } else if (name == "--recursive") {
+            options.search.flat = !walk.Flag();
         } else if (name == "--from") {
             options.from = walk.Text();
         } else if (name == "--to") {
@@ -182,16 +236,19 @@ Options ReadOptions(std::span<char const* const> arguments) {
             throw UsageError("there is no option " + Quoted(name));
         }
     }
-    if (options.from.empty() != options.to.empty()) throw UsageError("--from and --to belong together");
+    CheckTogether(options);
     return options;
 }
 
 std::string HelpText() {
     std::ostringstream help;
     help << R"(usage: survey [options] [FILE]
+       survey find [options] DIR PATTERN [PATTERN ...]
+       survey recent [options]
 
 Shows places of the earth in the unit of your choice, and how far they are apart.
 FILE is a table like zone1970.tab of the tz database, which is used without FILE.
+A table that is called find or recent is opened as ./find.
 
   --all                  every place of the table
   --from NAME --to NAME  two places and their distance; NAME is Europe/Berlin, berlin
@@ -206,6 +263,7 @@ FILE is a table like zone1970.tab of the tz database, which is used without FILE
                            %degOrG %minOrC %secOrCC  in dms and gonc the three fields
                          for example --unit dms --format "%Q%degOrG%minOrC%secOrCC"
   --distance-unit UNIT   unit in which distances are shown first
+  --recent N             the table with this number in the list of survey recent
   --lang LANGUAGE        language of the library's texts: en, or zh_CN, which is built in
   --reset                forget what is remembered
   --profile PATH         remember there instead: a file when PATH holds ".ini" or begins
@@ -213,6 +271,15 @@ FILE is a table like zone1970.tab of the tz database, which is used without FILE
   --help                 this text
 
 The units are remembered until the next start, and for each its format and precision.
+So are the last )"
+         << mostRecent << R"( tables; survey recent lists them.
+
+survey find searches DIR and the folders below it for files whose names match a pattern,
+in which * is any text and ? any character; put it in quotes. Folders that may not be read
+are skipped. A terminal shows the progress; Ctrl-C ends the search.
+  --flat                 only DIR itself; --recursive takes that back
+  --sort ORDER           name (site9 before site10), path, size (smallest first) or
+                         time (oldest first); otherwise as they are found
 
 Units of latitudes and longitudes
 )";
@@ -220,8 +287,9 @@ Units of latitudes and longitudes
     help << "\nUnits of distances\n";
     AddUnits(help, DistanceUnits(), ExampleDistance);
     help << R"(
-Exit codes: 0 fine, 1 lines of the table were skipped, 2 wrong call, 3 the table cannot be
-read or holds no place, or the output cannot be written
+Exit codes: 0 fine, 1 lines of the table were skipped, or no file was found, 2 wrong call,
+3 the table or the folder cannot be read, there is no place in the table, or the output
+cannot be written, 130 the search was ended by Ctrl-C
 )";
     return help.str();
 }

@@ -7,6 +7,7 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace survey {
 
@@ -18,8 +19,23 @@ struct Choice {
     std::optional<int> decimals;
 };
 
+enum class Command { kShow, kFind, kRecent };
+
+enum class Order { kFound, kName, kPath, kSize, kTime };
+
+// What "survey find" looks for.
+struct Search {
+    std::string directory;
+    std::vector<std::string> patterns;  // at least one
+    bool flat = false;                  // the directory alone and nothing below
+    Order order = Order::kFound;
+};
+
 struct Options {
+    Command command = Command::kShow;
+    Search search;
     std::string file;  // empty for the table that comes with the program
+    int recent = 0;    // which one of the recent tables, from 1
     std::string from;
     std::string to;
     Choice choice;

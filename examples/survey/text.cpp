@@ -52,6 +52,14 @@ bool LiesIn(Range const (&ranges)[count], char32_t character) {
         ranges, [character](Range const& r) { return r.first <= character && character <= r.last; });
 }
 
+bool IsControl(char32_t character) {
+    return character < 0x20 || (character >= 0x7F && character < 0xA0);
+}
+
+std::size_t WidthOf(char32_t character) {
+    return LiesIn(noWidth, character) ? 0 : LiesIn(wide, character) ? 2 : 1;
+}
+
 }  // namespace
 
 bool IsUtf8(std::string_view text) {
@@ -65,19 +73,47 @@ bool HasControls(std::string_view text, char allowed) {
     while (!text.empty()) {
         char32_t const character = TakeCharacter(text);
         if (allowed != '\0' && character == static_cast<unsigned char>(allowed)) continue;
-        if (character < 0x20 || (character >= 0x7F && character < 0xA0)) return true;
+        if (IsControl(character)) return true;
     }
     return false;
 }
 
 std::size_t DisplayWidth(std::string_view text) {
     std::size_t width = 0;
-    while (!text.empty()) {
-        char32_t const character = TakeCharacter(text);
-        if (LiesIn(noWidth, character)) continue;
-        width += LiesIn(wide, character) ? 2u : 1u;
-    }
+    while (!text.empty())
+        width += WidthOf(TakeCharacter(text));
     return width;
+}
+
+std::string Shown(std::string_view text) {
+    std::string shown;
+    while (!text.empty()) {
+        std::string_view rest = text;
+        char32_t const character = TakeCharacter(rest);
+        bool const isGood = character != notACharacter && !IsControl(character);
+        shown += isGood ? text.substr(0, text.size() - rest.size()) : "?";
+        text = rest;
+    }
+    return shown;
+}
+
+std::string Shortened(std::string_view text, std::size_t width) {
+    std::size_t left = DisplayWidth(text);
+    if (left <= width) return std::string(text);
+    if (width == 0) return "";
+    std::size_t const mostInFront = (width - 1) / 2;
+    std::string_view rest = text;
+    std::size_t front = 0;
+    for (std::string_view next = rest;; rest = next) {
+        std::size_t const cells = WidthOf(TakeCharacter(next));
+        if (front + cells > mostInFront) break;
+        front += cells;
+    }
+    std::string shortened(text.substr(0, text.size() - rest.size()));
+    left -= front;
+    while (front + 1 + left > width)
+        left -= WidthOf(TakeCharacter(rest));
+    return shortened.append("…").append(rest);
 }
 
 std::string Folded(std::string_view text) {

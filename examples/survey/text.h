@@ -16,6 +16,12 @@ bool HasControls(std::string_view text, char allowed = '\0');
 // Japanese and Korean, and none for marks that are drawn over the character before. The text is in UTF-8.
 std::size_t DisplayWidth(std::string_view text);
 
+// The text as it may be shown: a "?" for each control character and for what is not UTF-8.
+std::string Shown(std::string_view text);
+
+// A text of at most so many cells; a longer one loses its middle.
+std::string Shortened(std::string_view text, std::size_t width);
+
 // ASCII letters in small, "_" as a blank: names that differ only so are the same to a reader.
 std::string Folded(std::string_view text);
 

@@ -1,0 +1,82 @@
+#include "recent.h"
+
+#include "text.h"
+
+#include <tov310/last_documents.h>
+#include <tov310/profile.h>
+
+#include <charconv>
+#include <string_view>
+#include <system_error>
+
+namespace survey {
+namespace {
+
+constexpr char const* section = "Recent tables";
+
+// A profile gives back no longer text from a file.
+constexpr std::size_t longestEntry = 4000;
+
+class RecentList : public tov::CTovLastDocuments {
+ public:
+    RecentList() : CTovLastDocuments(nullptr, mostRecent) { Section(section); }
+    using CTovLastDocuments::Section;
+};
+
+// The list takes a ";" for the end of the path and cannot keep control characters, and a file that people
+// edit is best kept in UTF-8. Bytes of that kind are written as "%3B".
+std::string Escaped(std::string const& path) {
+    constexpr char digits[] = "0123456789ABCDEF";
+    bool const isText = IsUtf8(path);
+    std::string kept;
+    for (char const c : path) {
+        auto const byte = static_cast<unsigned char>(c);
+        if (byte < ' ' || c == '%' || c == ';' || (byte >= 0x80 && !isText)) {
+            kept += {'%', digits[byte / 16], digits[byte % 16]};
+        } else {
+            kept += c;
+        }
+    }
+    return kept;
+}
+
+std::string Unescaped(std::string_view kept) {
+    std::string path;
+    while (!kept.empty()) {
+        unsigned byte = 0;
+        bool const isEscape =
+            kept.size() > 2 && kept.front() == '%' &&
+            std::from_chars(kept.data() + 1, kept.data() + 3, byte, 16).ptr == kept.data() + 3 && byte != 0;
+        path += isEscape ? static_cast<char>(byte) : kept.front();
+        kept.remove_prefix(isEscape ? 3 : 1);
+    }
+    return path;
+}
+
+}  // namespace
+
+void RememberTable(std::filesystem::path const& path) {
+    std::error_code failed;
+    std::filesystem::path const full = std::filesystem::absolute(path, failed).lexically_normal();
+    std::string const kept = Escaped(full.string());
+    // A pipe cannot be opened again.
+    if (failed || !std::filesystem::is_regular_file(full, failed)) return;
+    if (kept.size() <= longestEntry) RecentList().AddDocument(kept.c_str());
+}
+
+std::vector<std::string> RecentTables() {
+    RecentList list;
+    std::vector<std::string> paths;
+    for (unsigned number = 1; number <= list.GetCapacity(); ++number) {
+        std::string_view const kept = list.GetDocument(number);
+        if (kept.empty()) break;
+        paths.push_back(Unescaped(kept.substr(0, kept.find(';'))));
+    }
+    return paths;
+}
+
+void ForgetRecentTables() {
+    tov::CTovProfileEntries::WriteTovProfileString(section, nullptr, nullptr);
+}
+
+}  // namespace survey
