@@ -26,11 +26,19 @@ bool HasExtension(std::string_view path, std::string_view extension) {
            IsSameName(path.substr(path.size() - extension.size()), extension);
 }
 
+// "libproj.so.25": a module with the number of its version behind the extension.
+bool IsVersionedModule(std::string_view path) {
+    std::size_t const numbers = path.find_last_not_of("0123456789.");
+    if (numbers == std::string_view::npos || numbers + 2 >= path.size() || path[numbers + 1] != '.')
+        return false;
+    return path.back() != '.' && HasExtension(path.substr(0, numbers + 1), ".so");
+}
+
 // Tries the name itself and then with the extensions; puts what is found in the argument.
 template <class Accept>
 int FindExecutable(CString& path, std::initializer_list<char const*> extensions, Accept accept) {
     std::string const system = SystemPath(path.c_str());
-    if (IsFileThere(system)) return accept(system);
+    if (IsFileThere(system) && accept(system)) return 1;
     for (char const* const extension : extensions) {
         if (!IsFileThere(system + extension)) continue;
         path += extension;
@@ -54,7 +62,7 @@ int TovFileIsEXE(CString& path) {
 
 int TovFileIsDLL(CString& path) {
     return FindExecutable(path, {".DLL", ".dll", ".so"}, [](std::string const& system) {
-        return HasExtension(system, ".dll") || HasExtension(system, ".so");
+        return HasExtension(system, ".dll") || HasExtension(system, ".so") || IsVersionedModule(system);
     });
 }
 

@@ -71,6 +71,7 @@ int TovFileRead(void* file, void* buffer, unsigned long length, unsigned long* e
 int TovFileWrite(void* file, void const* bytes, unsigned long length, unsigned long* error,
                  CString* message) {
     FileReport const report(error, message);
+    if (bytes == nullptr && length != 0) return report.Result(TOV_ERROR_INVALID_PARAMETER);
     return report.Result(HandleErrorCode(WriteFileHandle(file, {static_cast<char const*>(bytes), length})));
 }
 

@@ -154,7 +154,7 @@ unsigned int TovFileCount(char const* pattern, unsigned long* error, CString* me
     FileReport const report(error, message);
     CTovFileList const list(pattern, 0, 0, 1);
     report.Result(list.GetLastError());
-    return list.Failed() != 0 ? 0 : list.Size();
+    return list.Size();
 }
 
 int TovFileInUse(char const* pattern, unsigned long* error, CString* message) {
@@ -167,7 +167,8 @@ int TovFileInUse(char const* pattern, unsigned long* error, CString* message) {
     // The names are opened in the directory, where none of them is taken for a path.
     std::string const system = SystemPath(pattern);
     Directory directory;
-    if (list.Size() == 0 || Directory::Open(system.substr(0, system.rfind('/') + 1), directory)) return 0;
+    if (list.Size() == 0) return 0;
+    if (Directory::Open(system.substr(0, system.rfind('/') + 1), directory)) return 1;
     OpenRequest request;
     request.writes = true;
     request.isExclusive = true;

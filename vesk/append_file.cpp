@@ -1,5 +1,7 @@
 #include "vesk/append_file.h"
 
+#include "vesk/broken_pipe.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/file.h>
@@ -51,11 +53,13 @@ std::error_code WriteFully(int descriptor, std::string_view bytes, std::chrono::
         auto const written = ::write(descriptor, bytes.data(), bytes.size());
         if (written > 0) {
             bytes.remove_prefix(static_cast<std::size_t>(written));
+        } else if (written == 0) {
+            return AppendError(ENOSPC);
         } else if (errno == EAGAIN) {
             pollfd ready{descriptor, POLLOUT, 0};
             if (::poll(&ready, 1, static_cast<int>(patience.count())) == 0) return AppendError(ETIMEDOUT);
-        } else if (written == 0 || errno != EINTR) {
-            return AppendError(written == 0 ? ENOSPC : errno);
+        } else if (errno != EINTR) {
+            return AppendError();
         }
     }
     return {};
@@ -86,6 +90,7 @@ std::error_code AppendToDescriptor(int descriptor, std::string_view bytes,
     if (::fstat(descriptor, &before) != 0) return AppendError();
     bool const appends = (::fcntl(descriptor, F_GETFL) & O_APPEND) != 0;
     off_t const position = ::lseek(descriptor, 0, SEEK_CUR);
+    BrokenPipeGuard const guard(before.st_mode);
     auto const error = WriteFully(descriptor, bytes, patience);
     if (error && S_ISREG(before.st_mode)) {
         // Half a line is worse than none. Bytes in the middle of a file were overwritten and cannot come

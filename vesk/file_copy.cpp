@@ -75,7 +75,12 @@ class TemporaryEntry {
         } else if (::renameat2(m_place, m_name.data(), m_place, name, RENAME_NOREPLACE) != 0) {
             if (errno != EINVAL && errno != ENOSYS) return FileError();
             // The volume does not know that rename. A second name is refused where one is taken, too.
-            return ::linkat(m_place, m_name.data(), m_place, name, 0) == 0 ? std::error_code{} : FileError();
+            if (::linkat(m_place, m_name.data(), m_place, name, 0) == 0) return {};
+            if (errno != EPERM && errno != ENOTSUP && errno != ENOSYS && errno != EMLINK) return FileError();
+            // Nor does it have second names. There is nothing left but to look and then to rename.
+            struct stat s;
+            if (::fstatat(m_place, name, &s, AT_SYMLINK_NOFOLLOW) == 0) return FileError(EEXIST);
+            if (errno != ENOENT || ::renameat(m_place, m_name.data(), m_place, name) != 0) return FileError();
         }
         m_isMade = false;
         return {};

@@ -1,5 +1,6 @@
 #include "vesk/file_handle.h"
 
+#include "vesk/broken_pipe.h"
 #include "vesk/descriptor.h"
 #include "vesk/directory.h"
 
@@ -46,7 +47,7 @@ std::error_code OpenFileHandle(char const* path, OpenRequest const& request, voi
     if (::fstat(file.Get(), &s) != 0) return FileError();
     if (S_ISDIR(s.st_mode)) return FileError(EISDIR);
     if (S_ISREG(s.st_mode)) {
-        if (request.reads || request.writes) {
+        if (request.reads || request.writes || empties) {
             if (auto const failure = LockForSharing(file.Get(), request.isExclusive)) return failure;
         }
         if (empties && Uninterrupted([&] { return ::ftruncate(file.Get(), 0); }) != 0) return FileError();
@@ -80,12 +81,13 @@ std::error_code WriteFileHandle(void* handle, std::string_view bytes) noexcept {
     int const descriptor = DescriptorOf(handle);
     struct stat before;
     if (::fstat(descriptor, &before) != 0) return FileError();
+    BrokenPipeGuard const guard(before.st_mode);
     std::size_t done = 0;
     while (done < bytes.size()) {
         auto const written =
             Uninterrupted([&] { return ::write(descriptor, bytes.data() + done, bytes.size() - done); });
-        if (written < 0) {
-            auto const failure = FileError();
+        if (written <= 0) {
+            auto const failure = FileError(written == 0 ? ENOSPC : errno);
             if (done != 0 && S_ISREG(before.st_mode)) {
                 auto const position = ::lseek(descriptor, -static_cast<off_t>(done), SEEK_CUR);
                 struct stat now;

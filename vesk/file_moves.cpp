@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <cstdio>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -70,6 +71,14 @@ std::error_code RemoveCopied(Directory const& place, char const* name, EntryFact
     return isSame ? place.RemoveFile(name) : FileError(EBUSY);
 }
 
+// Whether the last part of a path is a directory's name for itself or for the one above. What is removed or
+// moved goes by a name of its own, or its files would be gone before the system refuses the rest.
+bool EndsInDots(std::string_view path) {
+    path = path.substr(0, path.find_last_not_of('/') + 1);  // npos + 1 is 0
+    std::string_view const last = path.substr(path.rfind('/') + 1);
+    return last == "." || last == "..";
+}
+
 void WaitForDisk(Directory const& directory) {
     Uninterrupted([&] { return ::fsync(directory.Number()); });
 }
@@ -77,6 +86,7 @@ void WaitForDisk(Directory const& directory) {
 }  // namespace
 
 std::error_code MoveOnVolume(char const* from, char const* to) noexcept {
+    if (EndsInDots(from) || EndsInDots(to)) return FileError(EINVAL);
     if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return {};
     if (errno != EINVAL && errno != ENOSYS) return FileError();
     // Either the volume does not know that rename, or a directory was to go into itself.
@@ -181,6 +191,7 @@ std::error_code CopyFiles(std::string const& from, std::string const& to, bool f
 }
 
 std::error_code RemoveDirectory(std::string const& path) {
+    if (EndsInDots(path)) return FileError(EINVAL);
     EntryFacts facts;
     if (auto const failure = FactsOfPath(path.c_str(), false, facts)) return failure;
     if (facts.kind == EntryKind::kLink) {

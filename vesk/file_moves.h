@@ -25,7 +25,7 @@ std::error_code CopyEntry(Directory const& from, char const* name, Directory con
                           CopyRequest const& request, EntryFacts* copied = nullptr);
 
 // Gives a file, a link or a directory another path on the same volume; EEXIST when that is taken, EXDEV when
-// it lies on another volume.
+// it lies on another volume, EINVAL for a path that ends in "." or "..".
 std::error_code MoveOnVolume(char const* from, char const* to) noexcept;
 
 // The same to another volume. EXDEV for a directory given to the first; ENOTEMPTY from the second for one
@@ -39,7 +39,7 @@ std::error_code MakeDirectory(char const* path) noexcept;
 std::error_code CopyFiles(std::string const& from, std::string const& to, bool failsIfExists);
 
 // Removes a directory with its files, or a link to a directory. ENOTEMPTY, with nothing removed, when it has
-// subdirectories.
+// subdirectories; EINVAL for a path that ends in "." or "..".
 std::error_code RemoveDirectory(std::string const& path);
 
 }  // namespace tov

@@ -58,8 +58,8 @@ TOV_CORE_API int TovFileClose(void* file, unsigned long* error = nullptr, CStrin
 TOV_CORE_API int TovFileRead(void* file, void* buffer, unsigned long length, unsigned long* error = nullptr,
                              CString* message = nullptr);
 
-// Writes all of the bytes. When that fails the file gets back the length, and the handle the position, that
-// it had before.
+// Writes all of the bytes; null with a length gives 87. When that fails the file gets back the length, and
+// the handle the position, that it had before.
 TOV_CORE_API int TovFileWrite(void* file, void const* bytes, unsigned long length,
                               unsigned long* error = nullptr, CString* message = nullptr);
 
@@ -107,12 +107,12 @@ TOV_CORE_API int TovDirectoryExist(char const* path, unsigned long* error = null
 TOV_CORE_API int TovDirectoryCreate(char const* path, unsigned long* error = nullptr,
                                     CString* message = nullptr);
 
-// The number of files that match; 0 on failure.
+// The number of files that match; of a search that fails those that it has found.
 TOV_CORE_API unsigned int TovFileCount(char const* pattern, unsigned long* error = nullptr,
                                        CString* message = nullptr);
 
-// Whether one of the files that match cannot be opened for writing without sharing. The pair tells of the
-// search alone.
+// Whether one of the files that match cannot be opened for writing without sharing, or cannot be reached any
+// more. The pair tells of the search alone.
 TOV_CORE_API int TovFileInUse(char const* pattern, unsigned long* error = nullptr,
                               CString* message = nullptr);
 
@@ -125,7 +125,8 @@ TOV_CORE_API int TovDirectoryCopy(char const* from, char const* to, int failIfEx
                                   unsigned long* error = nullptr, CString* message = nullptr);
 
 // Removes a directory with the files in it. One with subdirectories stays whole (145). Links are removed
-// themselves, the given path included, and never what they lead to.
+// themselves, the given path included, and never what they lead to. A path that ends in "." or ".." gives 87,
+// as it does in the moves.
 TOV_CORE_API int TovDirectoryRemove(char const* path, unsigned long* error = nullptr,
                                     CString* message = nullptr);
 
@@ -140,9 +141,10 @@ TOV_CORE_API int TovDirectoryMove(char const* from, char const* to, unsigned lon
 TOV_CORE_API int TovPathExists(char const* path);
 
 // Whether the file is a program, a loadable module, either. A program is a file with the right to run or the
-// extension ".exe", a module one with the extension ".dll" or ".so", in either case. When there is no such
-// file the extension is added to the name (".EXE", ".exe" and ".DLL", ".dll", ".so"), and a name that is
-// found that way is put in the argument. TovFileIsExecutable asks for the program first.
+// extension ".exe", a module one with the extension ".dll" or ".so", in either case; numbers may follow
+// ".so" ("libm.so.6"). When the path names no such file the extension is added to the name (".EXE", ".exe"
+// and ".DLL", ".dll", ".so"), and a name that is found that way is put in the argument. TovFileIsExecutable
+// asks for the program first.
 TOV_CORE_API int TovFileIsEXE(CString& path);
 TOV_CORE_API int TovFileIsDLL(CString& path);
 TOV_CORE_API int TovFileIsExecutable(CString& path);
