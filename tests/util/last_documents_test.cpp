@@ -202,12 +202,12 @@ TEST_F(LastDocumentsMenuTest, EntriesFollowTheListAndItsNeighboursStay) {
     EXPECT_EQ(documents.ModifyLastDocItem(100, &menu), 3);
     EXPECT_EQ(Told(menu), "1=Open|100=&1  d|101=&2  c|102=&3  b|2=Exit|");
     EXPECT_EQ(Chosen(100), "d|");
+    menu.InsertMenu(4, MF_BYPOSITION | MF_STRING, 103, "Next");
 
     documents.RemoveDocument("c", 1);
     documents.RemoveDocument("b", 1);
     EXPECT_EQ(documents.ModifyLastDocItem(100, &menu), 1);
     EXPECT_EQ(Chosen(101), "none");
-    menu.InsertMenu(2, MF_BYPOSITION | MF_STRING, 103, "Next");
     documents.RemoveAllDocuments();
     EXPECT_EQ(documents.ModifyLastDocItem(100, &menu), 0);
     EXPECT_EQ(Told(menu), "1=Open|103=Next|2=Exit|");
