@@ -61,6 +61,8 @@ TEST(WinThread, AThreadCanBeStartedAnew) {
     thread.PostQuit();  // holds for the first start, too
     for (int round = 0; round < 50; ++round) {
         ASSERT_EQ(thread.CreateThread(), 1);
+        EXPECT_EQ(thread.WaitForEnd(round == 0 ? enough : 1), round == 0)
+            << "the end of the last round does not hold";
         thread.End();
         EXPECT_FALSE(thread.IsRunning());
     }
