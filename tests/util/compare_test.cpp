@@ -54,7 +54,7 @@ TEST(Compare, TextsByBytesByNumbersAndWithoutCase) {
         {"\xc4\xb0", "i", 1, 1, 1},      // has no small letter of one character
         {"字10", "字9", -1, 1, 1},
         {"\xff", "\xf4\x8f\xbf\xbf", 1, 1, 1},  // no character at all, and the last one
-        {"\xc3", "\xc3\xa4", -1, -1, 1}, {"\xed\xa0\x80", "\xee\x80\x80", -1, -1, 1},
+        {"\xc3", "\xc3\xa4", -1, -1, 1}, {"\xed\xa0\x80", "\xee\x80\x80", -1, -1, 1}, {"\xe0\x81\xa1", "b", 1, 1, 1},
         // clang-format on
     };
     auto const byBytes = [](char const* a, char const* b) { return TovCompare(a, b); };
