@@ -1,15 +1,19 @@
 #include "vesk/volume.h"
 
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <sstream>
+#include <utility>
 
 namespace tov {
 namespace {
@@ -71,6 +75,32 @@ bool IsRemovableDevice(std::string_view device) {
     return false;
 }
 
+std::string DeviceOf(dev_t device) {
+    return std::to_string(major(device)) + ':' + std::to_string(minor(device));
+}
+
+// The root as the system tells of it where the mount table does not.
+Volume RootVolume(std::string const& device) {
+    constexpr std::array<std::pair<std::uint32_t, std::string_view>, 9> types = {
+        {{ISOFS_SUPER_MAGIC, "iso9660"},
+         {UDF_SUPER_MAGIC, "udf"},
+         {TMPFS_MAGIC, "tmpfs"},
+         {RAMFS_MAGIC, "ramfs"},
+         {NFS_SUPER_MAGIC, "nfs"},
+         {CIFS_SUPER_MAGIC, "cifs"},
+         {SMB2_SUPER_MAGIC, "smb3"},
+         {CEPH_SUPER_MAGIC, "ceph"},
+         {V9FS_MAGIC, "9p"}}};
+    struct statfs fs {};
+    ::statfs("/", &fs);
+    auto const type = std::find_if(types.begin(), types.end(), [&fs](auto const& known) {
+        return known.first == static_cast<std::uint32_t>(fs.f_type);
+    });
+    return {"/", device,
+            KindOfVolume(type != types.end() ? type->second : "",
+                         !device.starts_with("0:") && IsRemovableDevice(device))};
+}
+
 }  // namespace
 
 std::vector<Volume> ParseMounts(std::string_view table, bool (*isRemovable)(std::string_view device)) {
@@ -108,6 +138,15 @@ std::vector<Volume> MountedVolumes() {
         struct stat s;
         return ::stat(volume.folder.c_str(), &s) != 0 || !S_ISDIR(s.st_mode);
     });
+    // A changed root ("chroot") need not be the place of a mount, and then the table does not tell of it.
+    struct stat root;
+    if (::stat("/", &root) == 0) {
+        std::string const device = DeviceOf(root.st_dev);
+        if (std::none_of(volumes.begin(), volumes.end(), [&device](Volume const& volume) {
+                return volume.folder == "/" || volume.device == device;
+            }))
+            volumes.insert(volumes.begin(), RootVolume(device));
+    }
     return volumes;
 }
 
@@ -128,7 +167,7 @@ bool VolumeOf(std::string path, unsigned long& volume) {
 bool IsOnRemovableVolume(std::string const& path) {
     unsigned long volume = 0;
     if (!VolumeOf(path, volume)) return false;
-    std::string const device = std::to_string(major(volume)) + ':' + std::to_string(minor(volume));
+    std::string const device = DeviceOf(volume);
     for (Volume const& mounted : MountedVolumes()) {
         if (mounted.device == device)
             return mounted.kind == VolumeKind::kRemovable || mounted.kind == VolumeKind::kCd;
