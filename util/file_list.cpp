@@ -42,8 +42,9 @@ std::string_view LastPart(std::string_view path) {
 struct CTovFileList::State {
     std::mutex guard;
     std::condition_variable released;
-    std::thread::id owner{};  // who searches or changes the records; nobody by default
-    unsigned aborters = 0;    // who waits to abort; no search begins meanwhile
+    std::thread::id owner{};   // who searches or changes the records; nobody by default
+    std::thread::id teller{};  // whose search is over and who tells of it
+    unsigned aborters = 0;     // who waits to abort; no search begins meanwhile
     std::atomic<bool> isAborted{false};
     bool hasFailed = false;
     unsigned long error = TOV_ERROR_NONE;
@@ -51,6 +52,8 @@ struct CTovFileList::State {
     std::thread thread;
 
     bool IsMine() const { return owner == std::this_thread::get_id(); }
+    bool IsOver() const { return owner == std::thread::id{} && teller == std::thread::id{}; }
+    bool IsTeller() const { return teller == std::this_thread::get_id(); }
 
     void StopSearch() {
         std::stop_source running;
@@ -87,10 +90,11 @@ class CTovFileList::Claim {
     // Waits for the present owner. Where that is this thread, in a callback, nothing is claimed.
     Claim(State& state, For purpose) : m_state(state) {
         std::unique_lock lock(state.guard);
-        if (state.IsMine()) return;
+        if (state.IsMine() || (purpose == kSearch && state.IsTeller())) return;
         if (purpose == kAbort) ++state.aborters;
         state.released.wait(lock, [&] {
-            return state.owner == std::thread::id{} && (purpose != kSearch || state.aborters == 0);
+            return purpose == kSearch ? state.IsOver() && state.aborters == 0
+                                      : state.owner == std::thread::id{};
         });
         if (purpose == kAbort) --state.aborters;
         state.owner = std::this_thread::get_id();
@@ -113,6 +117,14 @@ class CTovFileList::Claim {
         // Told under the lock: as soon as it is free the list may be gone.
         std::scoped_lock const lock(m_state.guard);
         m_state.owner = {};
+        m_state.released.notify_all();
+    }
+
+    // Lets the others go on. Only the next search waits until this thread has told of the end of its own.
+    void ReleaseAndTell() {
+        std::scoped_lock const lock(m_state.guard);
+        m_state.teller = std::exchange(m_state.owner, {});
+        m_isHeld = false;
         m_state.released.notify_all();
     }
 
@@ -165,13 +177,27 @@ void CTovFileList::Search(HWND window) {
 
 void CTovFileList::RunThread() {
     Litter litter;
-    Claim const claim(*m_state);  // goes before the litter
-    if (IsWindow(m_window)) TovPostMessage(m_window, WM_TOV_FILESEARCHTHREAD_BEGIN);
-    if (m_begin.callback != nullptr) m_begin.callback(m_begin.user);
-    SearchNow(litter);
+    Claim claim(*m_state);  // goes before the litter
+    try {
+        if (IsWindow(m_window)) TovPostMessage(m_window, WM_TOV_FILESEARCHTHREAD_BEGIN);
+        if (m_begin.callback != nullptr) m_begin.callback(m_begin.user);
+        SearchNow(litter);
+    } catch (std::bad_alloc const&) {
+        m_state->Fail(TOV_ERROR_NOT_ENOUGH_MEMORY);
+    } catch (...) {
+        m_state->StopSearch();
+    }
     bool const aborted = m_state->isAborted;
-    if (IsWindow(m_window)) TovPostMessage(m_window, WM_TOV_FILESEARCHTHREAD_TERMINATE, aborted);
-    if (m_terminate.callback != nullptr) m_terminate.callback(m_terminate.user, aborted);
+    claim.ReleaseAndTell();
+    try {
+        if (IsWindow(m_window)) TovPostMessage(m_window, WM_TOV_FILESEARCHTHREAD_TERMINATE, aborted);
+        if (m_terminate.callback != nullptr) m_terminate.callback(m_terminate.user, aborted);
+    } catch (...) {
+        // There is nobody whom it could be told.
+    }
+    std::scoped_lock const lock(m_state->guard);
+    m_state->teller = {};
+    m_state->released.notify_all();
 }
 
 void CTovFileList::DoIt() {
@@ -181,7 +207,8 @@ void CTovFileList::DoIt() {
 
 void CTovFileList::Wait() {
     std::unique_lock lock(m_state->guard);
-    m_state->released.wait(lock, [this] { return m_state->owner == std::thread::id{} || m_state->IsMine(); });
+    m_state->released.wait(lock,
+                           [this] { return m_state->IsOver() || m_state->IsMine() || m_state->IsTeller(); });
 }
 
 void CTovFileList::Abort() {
@@ -189,6 +216,13 @@ void CTovFileList::Abort() {
     {
         Claim const claim(*m_state, Claim::kAbort);
         Empty();
+    }
+    {
+        // TERMINATE comes before ABORT.
+        std::unique_lock lock(m_state->guard);
+        std::thread::id const teller = m_state->teller;
+        if (teller != std::thread::id{} && !m_state->IsTeller())
+            m_state->released.wait(lock, [&] { return m_state->teller != teller; });
     }
     if (IsWindow(m_window)) TovPostMessage(m_window, WM_TOV_FILESEARCHTHREAD_ABORT);
     if (m_aborted.callback != nullptr) m_aborted.callback(m_aborted.user);
@@ -211,6 +245,8 @@ int CTovFileList::AddSearchPattern(char const* pattern) {
 }
 
 void CTovFileList::SearchNow(Litter& litter) {
+    std::size_t const separator = m_searchPath.find_last_of("/\\");
+    if (separator == CString::npos || separator < 1) return;
     try {
         m_counter = 0;
         SearchDirectories(litter);
@@ -228,7 +264,6 @@ void CTovFileList::SearchNow(Litter& litter) {
 
 void CTovFileList::SearchDirectories(Litter& litter) {
     std::size_t const separator = m_searchPath.find_last_of("/\\");
-    if (separator == CString::npos || separator < 1) return;
     CString const root = SystemPath(m_searchPath.substr(0, separator + 1).c_str());
 
     std::vector<CString> texts{CString(LastPart(m_searchPath))};
@@ -256,6 +291,7 @@ void CTovFileList::SearchDirectories(Litter& litter) {
         CString const path =
             isTold || !m_isRecursive || !directory->hits.empty() ? directory->Path() : CString();
         for (std::size_t i = 0; i < patterns.size(); ++i) {
+            if (m_state->isAborted) return;
             ++m_counter;
             if (isTold) TellInDirectory(path + texts[i]);
             if (m_state->isAborted) return;
@@ -340,6 +376,8 @@ void CTovFileList::FillNames(bool canBeAborted) {
 void CTovFileList::Sort(eSortMode mode) {
     Claim const claim(*m_state, Claim::kOther);
     m_sortMode = mode;
+    for (CTovFindData& record : m_records)
+        record.m_sortMode = mode;
     SortRecords(false);
     FillNames(false);
 }

@@ -28,10 +28,15 @@ std::string SystemPath(char const* path) {
     return system;
 }
 
+CTovFindData::CTovFindData(CTovFileList const* owner)
+    : m_sortMode(owner != nullptr ? owner->SortMode() : CTovFileList::eSortFilename) {}
+
 CTovFindData::~CTovFindData() = default;
 
 int CTovFindData::operator<(CTovFindData const& other) const {
-    switch (m_owner != nullptr ? m_owner->SortMode() : CTovFileList::eSortFilename) {
+    switch (m_sortMode) {
+        case CTovFileList::eSortNone:
+            return 0;
         case CTovFileList::eSortFullFilename:
             return m_fullFilename < other.m_fullFilename;
         case CTovFileList::eSortAlternateFilename:

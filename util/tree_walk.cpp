@@ -12,20 +12,48 @@ namespace tov {
 
 // An open directory whose children have not all been entered: they are opened from here. Only so many are
 // kept; the children of others are opened by their paths.
-struct TreeDirectory::Place {
-    Directory directory;
-    std::atomic<int>& count;
-
-    Place(Directory&& opened, std::atomic<int>& counter) : directory(std::move(opened)), count(counter) {
-        ++count;
+class TreeDirectory::Place {
+ public:
+    // Keeps the directory, unless there are enough of them.
+    Place(TreeWalk& walk, Directory&& opened) : m_walk(walk) {
+        std::scoped_lock const lock(walk.m_placesGuard);
+        if (walk.m_places.size() >= walk.m_mostPlaces) return;
+        walk.m_places.push_back(this);
+        m_directory = std::move(opened);
     }
-    ~Place() { --count; }
+    Place(Place const&) = delete;
+    Place& operator=(Place const&) = delete;
+    ~Place() {
+        std::scoped_lock const lock(m_walk.m_placesGuard);
+        std::erase(m_walk.m_places, this);
+    }
+
+    explicit operator bool() const { return static_cast<bool>(m_directory); }
+
+    // False when the place has been closed meanwhile.
+    bool Open(char const* name, Directory& opened, std::error_code& failure) {
+        std::scoped_lock const lock(m_guard);
+        if (!m_directory) return false;
+        failure = m_directory.OpenEntry(name, true, opened);
+        return true;
+    }
+
+    void Close() {
+        std::scoped_lock const lock(m_guard);
+        m_directory = {};
+    }
+
+ private:
+    TreeWalk& m_walk;
+    std::mutex m_guard;  // taken last
+    Directory m_directory;
 };
 
 namespace {
 
-constexpr int mostOpenPlaces = 128;
-constexpr std::size_t smallTree = 16;  // directories that one thread lists sooner than a second one starts
+constexpr std::size_t mostOpenPlaces = 128;
+constexpr std::size_t shareOfPlaces = 8;  // of the files that the process may open; the rest is the host's
+constexpr std::size_t smallTree = 16;     // directories that one thread lists sooner than a second one starts
 constexpr unsigned mostHelpers = 3;
 constexpr unsigned freeLinks = 1;         // on a way that is gone whatever was entered before
 constexpr unsigned mostReturns = 10'000;  // by ways with more of them
@@ -43,6 +71,10 @@ bool IsOverlooked(std::error_code error) {
         default:
             return false;
     }
+}
+
+bool IsWantOfDescriptors(std::error_code error) {
+    return error.value() == EMFILE || error.value() == ENFILE;
 }
 
 }  // namespace
@@ -65,13 +97,13 @@ class TreeWalk::Crew {
  public:
     explicit Crew(TreeWalk& walk) : m_walk(walk) {
         unsigned const wanted = std::min(std::max(std::thread::hardware_concurrency(), 1u) - 1, mostHelpers);
-        for (unsigned i = 0; i < wanted; ++i) {
-            Shelf& shelf = walk.m_shelves.emplace_back();
-            try {
-                m_threads.emplace_back([this, &shelf] { Work(shelf); });
-            } catch (std::system_error const&) {
-                break;  // the walk goes on without
-            }
+        walk.m_shelves.resize(1 + wanted);
+        m_threads.reserve(wanted);
+        try {
+            for (unsigned i = 1; i <= wanted; ++i)
+                m_threads.emplace_back([this, &shelf = walk.m_shelves[i]] { Work(shelf); });
+        } catch (std::exception const&) {
+            // The walk goes on with those that there are.
         }
     }
     ~Crew() {
@@ -111,11 +143,17 @@ class TreeWalk::Crew {
             lock.unlock();
             // What is entered once depends on the order, so the walk alone enters it.
             bool const isMine = directory.links <= freeLinks && Take(directory);
-            if (isMine) m_walk.List(directory, shelf);
+            bool const isListed = isMine && m_walk.List(directory, shelf);
             lock.lock();
-            // Nobody changes the children any more.
-            if (isMine)
-                m_waiting.insert(m_waiting.begin(), directory.children.rbegin(), directory.children.rend());
+            if (isMine && !isListed) return;
+            // Nobody changes the children any more. What finds no memory to wait in is left to the walk.
+            try {
+                if (isListed)
+                    m_waiting.insert(m_waiting.begin(), directory.children.rbegin(),
+                                     directory.children.rend());
+            } catch (std::bad_alloc const&) {
+                return;
+            }
         }
     }
 
@@ -130,7 +168,10 @@ class TreeWalk::Crew {
 
 TreeWalk::TreeWalk(std::string const& root, std::vector<NamePattern> patterns, bool isRecursive,
                    std::atomic<bool> const& stop)
-    : m_patterns(std::move(patterns)), m_isRecursive(isRecursive), m_stop(stop) {
+    : m_patterns(std::move(patterns)),
+      m_isRecursive(isRecursive),
+      m_stop(stop),
+      m_mostPlaces(std::min(mostOpenPlaces, OpenFilesLimit() / shareOfPlaces)) {
     TreeDirectory& directory = m_shelves.emplace_back().emplace_back();
     directory.name = root;
     m_order.push_back(&directory);
@@ -145,28 +186,47 @@ bool TreeWalk::Take(TreeDirectory& directory) {
 
 std::error_code TreeWalk::OpenDirectory(TreeDirectory& directory, Directory& opened) {
     std::error_code failure;
-    if (auto const place = std::exchange(directory.m_place, nullptr)) {
-        failure = place->directory.OpenEntry(directory.name.c_str(), true, opened);
-    } else {
+    auto const place = std::exchange(directory.m_place, nullptr);
+    if (place == nullptr || !place->Open(directory.name.c_str(), opened, failure))
         failure = Directory::Open(directory.Path(), opened);
-    }
     EntryFacts facts;
     if (!failure) failure = opened.FactsOf("", false, facts);
     directory.identity = facts.identity;
     return failure;
 }
 
-void TreeWalk::List(TreeDirectory& directory, Shelf& shelf) {
+void TreeWalk::ClosePlaces() {
+    std::scoped_lock const lock(m_placesGuard);
+    for (TreeDirectory::Place* const place : m_places)
+        place->Close();
+    m_places.clear();
+    m_mostPlaces = 0;
+}
+
+bool TreeWalk::List(TreeDirectory& directory, Shelf& shelf) {
     try {
-        auto const failure = ListEntries(directory, shelf);
+        auto failure = ListEntries(directory, shelf);
+        if (IsWantOfDescriptors(failure)) {
+            // The search must not fail for what it takes for its own speed.
+            m_isAlone = true;
+            ClosePlaces();
+            if (&shelf != &m_shelves.front()) {
+                directory.m_state.store(TreeDirectory::kWaiting);
+                directory.m_state.notify_all();
+                return false;
+            }
+            m_crew.reset();
+            failure = ListEntries(directory, shelf);
+        }
         bool const isRoot = directory.parent == nullptr;
         bool const isDenied = failure.value() == EACCES || failure.value() == EPERM;
         if (isRoot ? !isDenied : !IsOverlooked(failure)) directory.failure = failure;
-    } catch (std::bad_alloc const&) {
+    } catch (std::exception const&) {
         directory.failure = std::make_error_code(std::errc::not_enough_memory);
     }
     directory.m_state.store(TreeDirectory::kDone);
     directory.m_state.notify_all();
+    return true;
 }
 
 std::error_code TreeWalk::ListEntries(TreeDirectory& directory, Shelf& shelf) {
@@ -217,10 +277,10 @@ std::error_code TreeWalk::ListEntries(TreeDirectory& directory, Shelf& shelf) {
             directory.names.append(entry.name).push_back('\0');
         }
     }
-    if (!directory.children.empty() && m_openPlaces < mostOpenPlaces) {
-        auto const place = std::make_shared<TreeDirectory::Place>(std::move(opened), m_openPlaces);
-        for (TreeDirectory* const child : directory.children)
-            child->m_place = place;
+    if (!directory.children.empty() && !m_isAlone) {
+        auto const place = std::make_shared<TreeDirectory::Place>(*this, std::move(opened));
+        for (std::size_t i = *place ? 0 : directory.children.size(); i < directory.children.size(); ++i)
+            directory.children[i]->m_place = place;
     }
     return reader.Failure();
 }
@@ -239,11 +299,14 @@ std::error_code TreeWalk::Enter(std::function<void(TreeDirectory const&)> const&
     std::vector<Level> way;
     TreeDirectory* entered = m_order.front();
     for (;;) {
-        if (Take(*entered)) {
+        bool isMine = Take(*entered);
+        while (!isMine && entered->m_state != TreeDirectory::kDone) {
+            entered->m_state.wait(TreeDirectory::kTaken);
+            isMine = Take(*entered);  // a helper may give it back
+        }
+        if (isMine) {
             List(*entered, m_shelves.front());
             if (m_crew != nullptr && !entered->children.empty()) m_crew->Add(entered->children);
-        } else {
-            entered->m_state.wait(TreeDirectory::kTaken);
         }
         if (m_stop) return {};
         if (entered->failure) return entered->failure;
@@ -252,7 +315,7 @@ std::error_code TreeWalk::Enter(std::function<void(TreeDirectory const&)> const&
             found(*child);
             if (m_stop) return {};
         }
-        if (m_crew == nullptr && m_isRecursive && m_order.size() > smallTree) {
+        if (m_crew == nullptr && m_isRecursive && !m_isAlone && m_order.size() > smallTree) {
             m_crew = std::make_unique<Crew>(*this);
             m_crew->Add({m_order.begin() + 1, m_order.end()});
         }

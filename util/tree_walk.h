@@ -19,6 +19,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <set>
 #include <string>
 #include <string_view>
@@ -52,7 +53,7 @@ struct TreeDirectory {
 
  private:
     friend class TreeWalk;
-    struct Place;
+    class Place;
     enum : int { kWaiting, kTaken, kDone };
 
     std::shared_ptr<Place> m_place;  // of the parent, while that is kept open
@@ -81,18 +82,25 @@ class TreeWalk {
 
  private:
     class Crew;
+    friend class TreeDirectory::Place;
     using Shelf = std::deque<TreeDirectory>;  // keeps its directories in place
 
     std::error_code Enter(std::function<void(TreeDirectory const&)> const& found);
     static bool Take(TreeDirectory& directory);
-    void List(TreeDirectory& directory, Shelf& shelf);
+
+    // False when a helper found no descriptor: the walk's own thread lists the directory then, alone.
+    bool List(TreeDirectory& directory, Shelf& shelf);
     std::error_code ListEntries(TreeDirectory& directory, Shelf& shelf);
     std::error_code OpenDirectory(TreeDirectory& directory, Directory& opened);
+    void ClosePlaces();
 
     std::vector<NamePattern> const m_patterns;
     bool const m_isRecursive;
     std::atomic<bool> const& m_stop;
-    std::atomic<int> m_openPlaces{0};
+    std::mutex m_placesGuard;
+    std::vector<TreeDirectory::Place*> m_places;   // those that are open
+    std::size_t m_mostPlaces;                      // under the same guard; 0 when descriptors have run out
+    std::atomic<bool> m_isAlone{false};            // since then
     std::deque<Shelf> m_shelves;                   // one of each thread
     std::set<EntryIdentity> m_enteredBehindLinks;  // behind two or more; touched by the walk's own thread
     unsigned m_returns = 0;                        // to those

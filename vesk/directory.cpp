@@ -1,6 +1,7 @@
 #include "vesk/directory.h"
 
 #include <dirent.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
@@ -68,6 +69,11 @@ std::error_code AskFacts(int place, char const* name, bool followLink, EntryFact
 }
 
 }  // namespace
+
+std::size_t OpenFilesLimit() noexcept {
+    rlimit limit{};
+    return ::getrlimit(RLIMIT_NOFILE, &limit) == 0 ? limit.rlim_cur : 0;
+}
 
 std::error_code FactsOfPath(char const* path, bool followLink, EntryFacts& facts) noexcept {
     if (*path == '\0') return FileError(ENOENT);

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -36,6 +37,9 @@ struct EntryFacts {
     std::uint64_t written = 0;
 };
 
+// How many files the process may have open at once.
+std::size_t OpenFilesLimit() noexcept;
+
 // Facts of what a path names.
 std::error_code FactsOfPath(char const* path, bool followLink, EntryFacts& facts) noexcept;
 
@@ -54,6 +58,8 @@ class Directory {
 
     // The place that names are relative to in the calls of this folder.
     int Number() const { return m_descriptor.Get(); }
+
+    explicit operator bool() const { return static_cast<bool>(m_descriptor); }
 
  private:
     FileDescriptor m_descriptor;

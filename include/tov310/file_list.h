@@ -22,16 +22,16 @@ class CTovFileList;
 // One found file.
 class TOV_CORE_API CTovFindData : public WIN32_FIND_DATAA {
  public:
-    CTovFindData() = default;
-    explicit CTovFindData(CTovFileList* owner) : m_owner(owner) {}
+    // Of a list, or of none. The list may be gone before the record and its copies are.
+    explicit CTovFindData(CTovFileList const* owner = nullptr);
     CTovFindData(CTovFindData const&) = default;
     CTovFindData(CTovFindData&&) = default;
     CTovFindData& operator=(CTovFindData const&) = default;
     CTovFindData& operator=(CTovFindData&&) = default;
     virtual ~CTovFindData();
 
-    // Whether this record stands before the other by the sort mode of its list; without a list as by
-    // eSortFilename.
+    // Whether this record stands before the other by the sort mode of its list, a copy by the one at the time
+    // of copying; without a list as by eSortFilename. No record stands before another by eSortNone.
     virtual int operator<(CTovFindData const& other) const;
 
     CString const& GetFullFilename() const { return m_fullFilename; }
@@ -42,7 +42,8 @@ class TOV_CORE_API CTovFindData : public WIN32_FIND_DATAA {
 
  private:
     CString m_fullFilename;
-    CTovFileList* m_owner = nullptr;
+    int m_sortMode;  // the list changes it in the records that are its own
+    friend class CTovFileList;
 };
 
 // The search. It runs in the caller's thread (DoIt) or in one of its own (Search), and can be run again; the
@@ -96,9 +97,10 @@ class TOV_CORE_API CTovFileList : public CObject {
 
     // Searches in a thread of its own, after the end of a search that is running. Posts to the window, if
     // any: BEGIN (0, 0), SEARCHDIRECTORY (counter, 0) for every directory that is found, TERMINATE (1 when
-    // aborted, 0). Sends FILESEARCHINDIRECTORY (counter, text of the path with the pattern) before a
-    // directory is searched for files, and waits at most 100 ms for the answer. The callbacks are called
-    // right after. Throws std::bad_alloc when there is no thread to be had.
+    // aborted, 0) at the end, when the records are free for others already. Sends FILESEARCHINDIRECTORY
+    // (counter, text of the path with the pattern) before a directory is searched for files, and waits at
+    // most 100 ms for the answer. The callbacks are called right after; what they throw ends the search like
+    // Abort. Throws std::bad_alloc when there is no thread to be had.
     void Search(HWND window);
 
     // The same in the calling thread, without BEGIN and TERMINATE and their callbacks.
@@ -118,7 +120,8 @@ class TOV_CORE_API CTovFileList : public CObject {
     void Sort(eSortMode mode);
     eSortMode SortMode() const { return m_sortMode; }
 
-    // Null behind the last record. Records stay in place until the list is sorted, searched again or aborted.
+    // Null behind the last record. Records stay in place until the list is sorted, searched again, aborted or
+    // given one more by FindFile.
     virtual CTovFindData const* operator[](unsigned int index) const;
     virtual unsigned int Size() const { return static_cast<unsigned int>(m_records.size()); }
 
