@@ -12,15 +12,14 @@
 namespace survey {
 namespace {
 
-constexpr char const* section = "Recent tables";
+constexpr char const* recentSection = "Recent tables";
 
 // A profile gives back no longer text from a file.
 constexpr std::size_t longestEntry = 4000;
 
 class RecentList : public tov::CTovLastDocuments {
  public:
-    RecentList() : CTovLastDocuments(nullptr, mostRecent) { Section(section); }
-    using CTovLastDocuments::Section;
+    RecentList() : CTovLastDocuments(nullptr, mostRecent) { Section(recentSection); }
 };
 
 // The list takes a ";" for the end of the path and cannot keep control characters, and a file that people
@@ -76,7 +75,7 @@ std::vector<std::string> RecentTables() {
 }
 
 void ForgetRecentTables() {
-    tov::CTovProfileEntries::WriteTovProfileString(section, nullptr, nullptr);
+    tov::CTovProfileEntries::WriteTovProfileString(recentSection, nullptr, nullptr);
 }
 
 }  // namespace survey
