@@ -99,8 +99,8 @@ class TOV_CORE_API CTovFileList : public CObject {
     // any: BEGIN (0, 0), SEARCHDIRECTORY (counter, 0) for every directory that is found, TERMINATE (1 when
     // aborted, 0) at the end, when the records are free for others already. Sends FILESEARCHINDIRECTORY
     // (counter, text of the path with the pattern) before a directory is searched for files, and waits at
-    // most 100 ms for the answer. The callbacks are called right after; what they throw ends the search like
-    // Abort. Throws std::bad_alloc when there is no thread to be had.
+    // most 100 ms for the answer. The callbacks are called right after; what they throw ends the search as
+    // aborted. Throws std::bad_alloc when there is no thread to be had.
     void Search(HWND window);
 
     // The same in the calling thread, without BEGIN and TERMINATE and their callbacks.
