@@ -31,10 +31,10 @@ class TreeDirectory::Place {
     explicit operator bool() const { return static_cast<bool>(m_directory); }
 
     // False when the place has been closed meanwhile.
-    bool Open(char const* name, Directory& opened, std::error_code& failure) {
+    bool Open(char const* entry, Directory& target, std::error_code& result) {
         std::scoped_lock const lock(m_guard);
         if (!m_directory) return false;
-        failure = m_directory.OpenEntry(name, true, opened);
+        result = m_directory.OpenEntry(entry, true, target);
         return true;
     }
 
