@@ -25,16 +25,12 @@ constexpr unsigned westText = 26014;
 
 constexpr char const* hemisphereToken = "%Q";
 
-CTovUnitSettings* OrShared(CTovUnitSettings* settings) {
+CTovUnitSettings* OrSharedAngle(CTovUnitSettings* settings) {
     return settings != nullptr ? settings : &CTovUnitSettingsAngle::Default();
 }
 
 CTovUnitSettings* OrSharedLatLon(CTovUnitSettings* settings) {
     return settings != nullptr ? settings : &CTovUnitSettingsAngleLatLon::Default();
-}
-
-constexpr bool HasFields(long unit) {
-    return unit == TOV_UNIT_DMS || unit == TOV_UNIT_GON;
 }
 
 // The decimals of the packed number: four digits of minutes and seconds, and one more.
@@ -69,7 +65,7 @@ double HalfCircle(double radians) {
 
 CTovValueAngle::CTovValueAngle() : CTovValueAngle(static_cast<CTovUnitSettingsAngle*>(nullptr)) {}
 
-CTovValueAngle::CTovValueAngle(CTovUnitSettingsAngle* settings) : CTovValue(OrShared(settings)) {
+CTovValueAngle::CTovValueAngle(CTovUnitSettingsAngle* settings) : CTovValue(OrSharedAngle(settings)) {
     long unit = m_pUnitSettings->Unit();
     CheckUnit(unit);
 }
@@ -94,12 +90,12 @@ CTovValueAngle::CTovValueAngle(char const* text, long unit, char const* format)
 }
 
 CTovValueAngle::CTovValueAngle(double value, CTovUnitSettingsAngle* settings)
-    : CTovValue(OrShared(settings)) {
+    : CTovValue(OrSharedAngle(settings)) {
     Status(CTovValueAngle::ConvertToStd(value, TOV_UNIT_ANGLE, -1, 0UL));
 }
 
 CTovValueAngle::CTovValueAngle(char const* text, CTovUnitSettingsAngle* settings)
-    : CTovValue(OrShared(settings)) {
+    : CTovValue(OrSharedAngle(settings)) {
     Status(CTovValueAngle::ConvertToStd(text, TOV_UNIT_ANGLE, -1, 0UL));
 }
 

@@ -8,13 +8,14 @@
 namespace tov {
 namespace {
 
-CTovUnitSettings* OrShared(CTovUnitSettings* settings) {
+CTovUnitSettings* OrSharedDistance(CTovUnitSettings* settings) {
     return settings != nullptr ? settings : &CTovUnitSettingsDistance::Default();
 }
 
 }  // namespace
 
-CTovValueDistance::CTovValueDistance(CTovUnitSettingsDistance* settings) : CTovValue(OrShared(settings)) {
+CTovValueDistance::CTovValueDistance(CTovUnitSettingsDistance* settings)
+    : CTovValue(OrSharedDistance(settings)) {
     long unit = m_pUnitSettings->Unit();
     CheckUnit(unit);
 }
@@ -30,12 +31,12 @@ CTovValueDistance::CTovValueDistance(char const* text, long unit, char const* fo
 }
 
 CTovValueDistance::CTovValueDistance(double value, CTovUnitSettingsDistance* settings)
-    : CTovValue(OrShared(settings)) {
+    : CTovValue(OrSharedDistance(settings)) {
     Status(CTovValueDistance::ConvertToStd(value, TOV_UNIT_DISTANCE, -1, 0UL));
 }
 
 CTovValueDistance::CTovValueDistance(char const* text, CTovUnitSettingsDistance* settings)
-    : CTovValue(OrShared(settings)) {
+    : CTovValue(OrSharedDistance(settings)) {
     Status(CTovValueDistance::ConvertToStd(text, TOV_UNIT_DISTANCE, -1, 0UL));
 }
 

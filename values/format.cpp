@@ -3,6 +3,7 @@
 
 #include "frame/resource_module.h"
 #include "values/number_text.h"
+#include "values/stored_unit.h"
 #include "vesk/packed_split.h"
 
 #include <algorithm>
@@ -48,10 +49,6 @@ constexpr Abbreviation AbbreviationOf(long unit) {
         default:
             return {"", ""};
     }
-}
-
-constexpr bool HasFields(long unit) {
-    return unit == TOV_UNIT_DMS || unit == TOV_UNIT_GON;
 }
 
 AngleSystem const& SystemOf(long unit) {

@@ -1,9 +1,14 @@
-// The unit that the profile remembers for one kind of value.
+// What values share about units: which have fields, how they round, and which the profile remembers.
 #pragma once
 
 #include <tov310/unit_settings.h>
 
 namespace tov {
+
+// Units whose text is cut into whole units, minutes and seconds.
+constexpr bool HasFields(long unit) {
+    return unit == TOV_UNIT_DMS || unit == TOV_UNIT_GON;
+}
 
 // The decimals to which values are rounded: as in printing, a precision below 1 means 6.
 inline int RoundingPrecision(CTovUnitSettings& settings) {
