@@ -20,6 +20,7 @@ class TreeDirectory::Place {
         if (walk.m_places.size() >= walk.m_mostPlaces) return;
         walk.m_places.push_back(this);
         m_directory = std::move(opened);
+        m_isKept = true;
     }
     Place(Place const&) = delete;
     Place& operator=(Place const&) = delete;
@@ -28,7 +29,8 @@ class TreeDirectory::Place {
         std::erase(m_walk.m_places, this);
     }
 
-    explicit operator bool() const { return static_cast<bool>(m_directory); }
+    // Whether it was kept at first.
+    explicit operator bool() const { return m_isKept; }
 
     // False when the place has been closed meanwhile.
     bool Open(char const* entry, Directory& target, std::error_code& result) {
@@ -45,6 +47,7 @@ class TreeDirectory::Place {
 
  private:
     TreeWalk& m_walk;
+    bool m_isKept = false;
     std::mutex m_guard;  // taken last
     Directory m_directory;
 };
