@@ -8,7 +8,6 @@
 #include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
-#include <regex>
 #include <thread>
 
 namespace tov {
@@ -77,9 +76,13 @@ TEST_F(Resources, EveryBuiltInTextLoads) {
 
 TEST_F(Resources, LanguagesHaveTheSameIdsAndConversions) {
     auto const conversions = [](std::string const& text) {
-        static std::regex const conversion("%[-+ #0-9.hl]*.");
-        std::sregex_token_iterator const begin(text.begin(), text.end(), conversion);
-        return std::vector<std::string>(begin, {});
+        std::vector<std::string> found;
+        for (std::size_t at = text.find('%'); at < text.size(); at = text.find('%', at)) {
+            std::size_t const end = text.find_first_not_of("-+ #0123456789.hl", at + 1);
+            found.push_back(text.substr(at, end - at + 1));
+            at += found.back().size();
+        }
+        return found;
     };
     EXPECT_THAT(conversions("a %d%%, %-5.2lf %s"), testing::ElementsAre("%d", "%%", "%-5.2lf", "%s"));
     auto const chinese = Language("zh_CN");
