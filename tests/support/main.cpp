@@ -4,11 +4,12 @@
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
+#include <tov310/export.h>
 
 #include <cstdlib>
 
 // The C library keeps what it reads for a locale; the leak sanitizer, where it is linked, asks here.
-extern "C" char const* __lsan_default_suppressions();
+extern "C" TOV_EXPORT char const* __lsan_default_suppressions();
 extern "C" char const* __lsan_default_suppressions() {
     return "leak:__argz_add_sep\n";
 }
