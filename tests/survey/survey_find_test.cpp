@@ -35,7 +35,7 @@ struct SurveyOnTerminal : testing::Test {
         ::waitpid(child, &status, 0);
         std::string const folder = m_path.string();
         for (std::size_t at = screen.find(folder); at != screen.npos; at = screen.find(folder, at))
-            screen.replace(at, folder.size(), "~");
+            screen.replace(at, folder.size(), 1, '~');
         return screen + std::to_string(WEXITSTATUS(status));
     }
 
