@@ -8,7 +8,9 @@ file(GLOB TOV_CORE_SOURCES CONFIGURE_DEPENDS
     "${PROJECT_SOURCE_DIR}/vesk/*.cpp"
     "${PROJECT_SOURCE_DIR}/frame/*.cpp"
     "${PROJECT_SOURCE_DIR}/util/*.cpp"
-    "${PROJECT_SOURCE_DIR}/values/*.cpp")
+    "${PROJECT_SOURCE_DIR}/values/*.cpp"
+    "${PROJECT_SOURCE_DIR}/imaging/*.cpp"
+    "${PROJECT_SOURCE_DIR}/mail/*.cpp")
 
 add_library(Tov310CoreObjects OBJECT ${TOV_CORE_SOURCES})
 tov_compile_settings(Tov310CoreObjects)
