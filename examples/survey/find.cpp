@@ -25,6 +25,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace survey {
@@ -33,6 +34,15 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using List = tov::CTovFileList;
 using Records = std::vector<tov::CTovFindData const*>;
+
+enum class Order { kFound, kName, kPath, kSize, kTime };
+
+struct Search {
+    std::string directory;
+    std::vector<std::string> patterns;  // at least one
+    bool flat = false;                  // the directory alone and nothing below
+    Order order = Order::kFound;
+};
 
 constexpr unsigned patience = 50;                     // ms until an interrupt is noticed
 constexpr std::chrono::milliseconds redrawTime{100};  // a line that changes faster cannot be read
@@ -207,9 +217,65 @@ Records FoundFiles(List const& list, Order order) {
     return files;
 }
 
+Order ReadOrder(std::string_view text) {
+    constexpr std::pair<std::string_view, Order> orders[] = {
+        {"name", Order::kName}, {"path", Order::kPath}, {"size", Order::kSize}, {"time", Order::kTime}};
+    for (auto const& [name, order] : orders) {
+        if (text == name) return order;
+    }
+    throw UsageError("--sort: name, path, size or time, not " + Quoted(text));
+}
+
+void TakeWord(std::string_view word, Search& search) {
+    if (search.directory.empty()) {
+        if (word.empty()) throw UsageError("find: the name of the folder is empty");
+        search.directory = word;
+        return;
+    }
+    if (word.empty()) throw UsageError("find: a pattern is empty");
+    if (word.find_first_of("/\\") != word.npos)
+        throw UsageError("find: a pattern is for names of files, without \"/\" and \"\\\"");
+    search.patterns.emplace_back(word);
+}
+
+Search ReadSearch(Arguments& arguments, CommonOptions& common) {
+    Search search;
+    while (arguments.Next()) {
+        if (TakeCommon(arguments, common)) continue;
+        std::string_view const name = arguments.Name();
+        if (arguments.IsFile()) {
+            TakeWord(name, search);
+        } else if (name == "--sort") {
+            search.order = ReadOrder(arguments.Value());
+        } else if (name == "--flat") {
+            search.flat = arguments.Flag();
+        } else if (name == "--recursive") {
+            search.flat = !arguments.Flag();
+        } else {
+            arguments.Unknown();
+        }
+    }
+    if (search.patterns.empty() && !common.help) throw UsageError("find needs a folder and a pattern");
+    return search;
+}
+
 }  // namespace
 
-int Find(Search const& search) {
+std::string FindHelp() {
+    return R"(Searches DIR and the folders below it for files whose names match a pattern, in which
+* is any text and ? any character; put it in quotes. Folders that may not be read are
+skipped. A terminal shows the progress; Ctrl-C ends the search.
+
+  --flat                 only DIR itself; --recursive takes that back
+  --sort ORDER           name (site9 before site10), path, size (smallest first) or
+                         time (oldest first); otherwise as they are found
+)";
+}
+
+int RunFind(Arguments& arguments, CommonOptions& common) {
+    Search const search = ReadSearch(arguments, common);
+    LoadLanguage(common.language);
+    if (common.help) return kFine;
     SearchWindow window(search);
     if (!window.Run()) {
         Complain() << "the search was aborted\n";

@@ -1,12 +1,15 @@
 // Searches a folder for files.
 #pragma once
 
-#include "options.h"
+#include "common.h"
+
+#include <string>
 
 namespace survey {
 
 // Prints the files with size and time, and the progress meanwhile where standard error is a terminal. An
-// interrupt from the keyboard ends the search. Answers the program's exit code.
-int Find(Search const& search);
+// interrupt from the keyboard ends the search.
+int RunFind(Arguments& arguments, CommonOptions& common);
+std::string FindHelp();
 
 }  // namespace survey

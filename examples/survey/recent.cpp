@@ -1,11 +1,13 @@
 #include "recent.h"
 
+#include "answer.h"
 #include "text.h"
 
 #include <tov310/last_documents.h>
 #include <tov310/profile.h>
 
 #include <charconv>
+#include <iostream>
 #include <string_view>
 #include <system_error>
 
@@ -76,6 +78,26 @@ std::vector<std::string> RecentTables() {
 
 void ForgetRecentTables() {
     tov::CTovProfileEntries::WriteTovProfileString(recentSection, nullptr, nullptr);
+}
+
+std::string RecentHelp() {
+    return "Lists the tables that were opened last; survey --recent N opens number N again.\n";
+}
+
+int RunRecent(Arguments& arguments, CommonOptions& common) {
+    while (arguments.Next()) {
+        if (TakeCommon(arguments, common)) continue;
+        if (!arguments.IsFile()) arguments.Unknown();
+        throw UsageError("recent lists the tables and takes no name; --recent N opens one");
+    }
+    LoadLanguage(common.language);
+    if (common.help) return kFine;
+    OpenProfile(common);
+    std::vector<std::string> const recent = RecentTables();
+    if (recent.empty()) std::cout << "No table was opened yet.\n";
+    for (std::size_t i = 0; i < recent.size(); ++i)
+        std::cout << i + 1 << "  " << Shown(recent[i]) << '\n';
+    return kFine;
 }
 
 }  // namespace survey

@@ -1,6 +1,8 @@
 // The tables that were opened last, kept in the profile.
 #pragma once
 
+#include "common.h"
+
 #include <cstddef>
 #include <filesystem>
 #include <string>
@@ -17,5 +19,9 @@ void RememberTable(std::filesystem::path const& path);
 std::vector<std::string> RecentTables();
 
 void ForgetRecentTables();
+
+// The list for the user.
+int RunRecent(Arguments& arguments, CommonOptions& common);
+std::string RecentHelp();
 
 }  // namespace survey

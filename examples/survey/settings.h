@@ -5,7 +5,7 @@
 // program: section "Survey", one entry for each unit, since what suits one unit seldom suits another.
 #pragma once
 
-#include "options.h"
+#include "show.h"
 
 #include <string>
 

@@ -58,7 +58,7 @@ TEST_F(SurveyOnTerminal, FindPrintsFilesInTheAskedOrder) {
     std::string const three = "\n3 files found.\n0";
     EXPECT_EQ(Run("find . '*.TXT' --sort name"), title + a + nine + ten + three);
     EXPECT_EQ(Run("find ./ 's*' '*.txt' --sort=path"), title + nine + ten + a + three);
-    EXPECT_EQ(Run("--sort size find . 'a*' '?ite*'"), title + a + ten + nine + three);
+    EXPECT_EQ(Run("find --sort size . 'a*' '?ite*'"), title + a + ten + nine + three);
     EXPECT_EQ(Run("find . --sort time 'b*' 's*'"), title + b + nine + ten + three);
     EXPECT_EQ(Run("find . 'a*' '?ite9*' --flat"), title + nine + "\n1 file found.\n0");
     EXPECT_EQ(Run("find . a"), "No file found.\n1");

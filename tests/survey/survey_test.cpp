@@ -1,7 +1,7 @@
 // The sample host: its parts, and the program itself as a user starts it.
 #include "names.h"
-#include "options.h"
 #include "places.h"
+#include "show.h"
 #include "sphere.h"
 #include "support/files.h"
 #include "support/temporary_folder.h"
@@ -233,7 +233,9 @@ TEST(Options, WrongCalls) {
     };
     for (auto const& [arguments, message] : rows) {
         try {
-            ReadOptions(arguments);
+            Arguments walk(arguments);
+            CommonOptions common;
+            ReadShowOptions(walk, common);
             ADD_FAILURE() << message;
         } catch (UsageError const& error) {
             EXPECT_STREQ(error.what(), message);

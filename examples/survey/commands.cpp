@@ -1,0 +1,18 @@
+#include "commands.h"
+
+#include "find.h"
+#include "recent.h"
+#include "show.h"
+
+namespace survey {
+
+std::span<Command const> Commands() {
+    static constexpr Command commands[] = {
+        {"", "[options] [FILE]", "places of the earth and how far they are apart", ShowHelp, RunShow},
+        {"find", "[options] DIR PATTERN [PATTERN ...]", "searches a folder for files", FindHelp, RunFind},
+        {"recent", "[options]", "the tables that were opened last", RecentHelp, RunRecent},
+    };
+    return commands;
+}
+
+}  // namespace survey
