@@ -142,6 +142,15 @@ int SendAndWait(HWND window, unsigned message, WPARAM wParam, LPARAM lParam,
     return 1;
 }
 
+// Null for a dead handle and, as a fault of the caller, on another thread.
+CWnd* FindToSend(HWND window) {
+    if (OnInterfaceThread()) [[likely]]
+        return HandleTable::Instance().Find(window);
+    if (IsWindow(window))
+        ReportFault("a message was sent from a thread other than the user-interface thread");
+    return nullptr;
+}
+
 }  // namespace
 
 CWnd::~CWnd() {
@@ -180,6 +189,10 @@ LRESULT CWnd::WindowProc(unsigned, WPARAM, LPARAM) {
     return 0;
 }
 
+std::vector<HWND> CWnd::GetChildren() const {
+    return {};
+}
+
 CWnd* CWnd::FromHandlePermanent(HWND window) {
     return HandleTable::Instance().Find(window);
 }
@@ -193,13 +206,17 @@ bool TovIsUserInterfaceThread() {
 }
 
 LRESULT TovSendMessage(HWND window, unsigned message, WPARAM wParam, LPARAM lParam) {
-    if (!OnInterfaceThread()) [[unlikely]] {
-        if (IsWindow(window))
-            ReportFault("a message was sent from a thread other than the user-interface thread");
-        return 0;
-    }
-    CWnd* const target = HandleTable::Instance().Find(window);
+    CWnd* const target = FindToSend(window);
     return target != nullptr ? target->WindowProc(message, wParam, lParam) : 0;
+}
+
+void TovSendMessageToDescendants(HWND window, unsigned message, WPARAM wParam, LPARAM lParam, int deep) {
+    CWnd const* const parent = FindToSend(window);
+    if (parent == nullptr) return;
+    for (HWND const child : parent->GetChildren()) {
+        TovSendMessage(child, message, wParam, lParam);
+        if (deep != 0) TovSendMessageToDescendants(child, message, wParam, lParam, deep);
+    }
 }
 
 int TovPostMessage(HWND window, unsigned message, WPARAM wParam, LPARAM lParam) {

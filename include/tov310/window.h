@@ -11,6 +11,7 @@
 
 #include <span>
 #include <stop_token>
+#include <vector>
 
 namespace tov {
 
@@ -84,6 +85,9 @@ class TOV_CORE_API CWnd : public CCmdTarget {
     // base class; here that is 0.
     virtual LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam);
 
+    // The windows that stand directly in this one, in their order. Classes with children override it.
+    virtual std::vector<HWND> GetChildren() const;
+
     // The window of a handle; null for 0 and for a dead one. Only on the user-interface thread.
     static CWnd* FromHandlePermanent(HWND window);
 
@@ -117,6 +121,11 @@ TOV_CORE_API bool TovIsUserInterfaceThread();
 // Has the window answer the message now. 0 for a dead handle and, as a fault of the caller, from another
 // thread.
 TOV_CORE_API LRESULT TovSendMessage(HWND window, unsigned message, WPARAM wParam = 0, LPARAM lParam = 0);
+
+// Sends the message to all windows that stand in the given one, each before its own children; with deep 0
+// only to those that stand in it directly. Windows that die meanwhile get nothing.
+TOV_CORE_API void TovSendMessageToDescendants(HWND window, unsigned message, WPARAM wParam = 0,
+                                              LPARAM lParam = 0, int deep = 1);
 
 // Queues the message for the window and answers 1; 0 for a dead handle. Any thread may post. Messages are
 // delivered in the order of their posts by TovDispatchPosts; a window that is dead by then gets nothing.
