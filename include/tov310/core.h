@@ -7,6 +7,7 @@
 #include <tov310/base64.h>
 #include <tov310/cmd_ui.h>
 #include <tov310/compare.h>
+#include <tov310/dib.h>
 #include <tov310/distance.h>
 #include <tov310/document.h>
 #include <tov310/event_channels.h>
@@ -25,6 +26,7 @@
 #include <tov310/object.h>
 #include <tov310/packed_angle.h>
 #include <tov310/path.h>
+#include <tov310/pixels.h>
 #include <tov310/plugin.h>
 #include <tov310/profile.h>
 #include <tov310/requirements.h>

@@ -63,6 +63,7 @@ struct CSize {
 
     friend constexpr bool operator==(CSize const&, CSize const&) = default;
 };
+using SIZE = CSize;
 
 // The right and the bottom side do not belong to it.
 struct CRect {
