@@ -133,6 +133,7 @@ class TOV_CORE_API CTovProfileEntries {
     static constexpr char const* TimeEntryFormatString() { return "Time Format (str)"; }
     static constexpr char const* LeapSecondsSection() { return "LeapSeconds"; }
     static constexpr char const* LeapSecondsEntry() { return "KnownLeapSeconds"; }
+    static constexpr char const* LeapSecondsExpiryEntry() { return "KnownUntil"; }
     static constexpr char const* LastDocumentsEntry() { return "Doc_"; }
     static constexpr char const* ListViewFindDialogSearchFromBeginning() { return "SearchFromBeginning"; }
     static constexpr char const* ListViewFindDialogMatchWord() { return "MatchWord"; }
