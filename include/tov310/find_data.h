@@ -1,6 +1,7 @@
 // What a listing of a directory tells of one entry.
 #pragma once
 
+#include <tov310/time_types.h>
 #include <tov310/types.h>
 
 #include <cstdint>
@@ -13,13 +14,6 @@ inline constexpr unsigned long TOV_ATTRIBUTE_HIDDEN = 2;      // the name begins
 inline constexpr unsigned long TOV_ATTRIBUTE_DIRECTORY = 16;  // a directory, or a link to one
 inline constexpr unsigned long TOV_ATTRIBUTE_NORMAL = 128;    // none of the others
 inline constexpr unsigned long TOV_ATTRIBUTE_LINK = 1024;     // a symbolic link
-
-// A time of a file: units of 100 ns since 1601-01-01 00:00 UTC; 0 is none.
-struct FILETIME {
-    std::uint64_t ticks = 0;
-
-    friend constexpr auto operator<=>(FILETIME const&, FILETIME const&) = default;
-};
 
 // One entry of a directory. Of a link it tells the size and times of what the link leads to; of one that
 // leads nowhere its own.
