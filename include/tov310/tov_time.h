@@ -45,9 +45,9 @@ inline constexpr unsigned tovTimeFormatCount = 32;
 // takes moments from MinCTime to MaxCTime of CTovTimeHelper (2 January 1970 to 18 January 2030); others leave
 // the object as it is.
 //
-// What prints takes a round flag, a value of eRoundFlag, with 0x80 added to cut the fields that were rounded
-// off; -1 does not round. Formats are those of CTime::Format. The current format is one for the process and
-// may be asked for from any thread; changing it is for the user-interface thread.
+// What prints takes a round flag, a value of CTovTimeHelper::eRoundFlag, with 0x80 added to cut the fields
+// that were rounded off; eRoundNot does not round. Formats are those of CTime::Format. The current format is
+// one for the process and may be asked for from any thread; changing it is for the user-interface thread.
 class TOV_CORE_API CTovTime : public CObject, public CTime {
     TOV_DYNCREATE(CTovTime, CObject)
  public:
@@ -58,11 +58,11 @@ class TOV_CORE_API CTovTime : public CObject, public CTime {
     CTovTime();  // now, to the second
     CTovTime(CTime const& time);
     explicit CTovTime(std::int64_t seconds);  // since 1 January 1970 UTC
-    CTovTime(int year, int month, int day, int hour, int minute, int second, int daylight = -1);
+    CTovTime(int year, int month, int day, int hour, int minute, int second, int isDst = -1);
     // Packed as in a directory of the FAT file system: 2-second steps since 1980, local time.
-    CTovTime(unsigned short dosDate, unsigned short dosTime, int daylight = -1);
-    CTovTime(SYSTEMTIME const& time, int daylight = -1);   // local; the milliseconds are dropped
-    CTovTime(FILETIME const& time, int daylight = -1);     // UTC; what is below the second is dropped
+    CTovTime(unsigned short dosDate, unsigned short dosTime, int isDst = -1);
+    CTovTime(SYSTEMTIME const& time, int isDst = -1);   // local; the milliseconds are dropped
+    CTovTime(FILETIME const& time, int isDst = -1);     // UTC; what is below the second is dropped
     CTovTime(CString const& text, CString const& format);  // as ScanTime reads it
     CTovTime(int gpsWeek, double seconds);                 // as SetGpsTime takes it
     explicit CTovTime(double mjd);
@@ -208,6 +208,7 @@ class TOV_CORE_API CTovTime : public CObject, public CTime {
 
  private:
     static int Compare(CTovTime const& a, CTovTime const& b);
+    CTovTime InZone(double hours) const;
 
     double m_dFracSecond = 0;
     double m_dTimezone;
