@@ -62,8 +62,10 @@ std::error_code WriteAll(int descriptor, std::string_view bytes) {
 }
 
 // Fills a new file under the temporary name and renames it. The temporary file never outlives a failure.
-std::error_code ReplaceThrough(std::string const& temporary, std::string const& target,
-                               std::string_view bytes, FileStamp* stamp) {
+// `write` gets its descriptor.
+template <class Write>
+std::error_code ReplaceThrough(std::string const& temporary, std::string const& target, Write write,
+                               FileStamp* stamp) {
     struct stat old {};
     bool const exists = ::stat(target.c_str(), &old) == 0;
     if (!exists && errno != ENOENT) return FileError();
@@ -74,12 +76,12 @@ std::error_code ReplaceThrough(std::string const& temporary, std::string const& 
         OpenDescriptor(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, exists ? 0600 : 0666);
     if (!file) return FileError();
     auto const fill = [&]() -> std::error_code {
+        if (std::error_code const error = write(file.Get())) return error;
         if (exists) {
             // A stranger's file cannot be given back to him; the text matters more than the owner.
             [[maybe_unused]] int const given = ::fchown(file.Get(), old.st_uid, old.st_gid);
             if (::fchmod(file.Get(), old.st_mode & 07777) != 0) return FileError();
         }
-        if (auto const error = WriteAll(file.Get(), bytes)) return error;
         if (Uninterrupted([&] { return ::fsync(file.Get()); }) != 0) return FileError();
         if (::rename(temporary.c_str(), target.c_str()) != 0) return FileError();
         return {};
@@ -96,6 +98,22 @@ std::error_code ReplaceThrough(std::string const& temporary, std::string const& 
     struct stat now {};
     if (stamp != nullptr) *stamp = ::fstat(file.Get(), &now) == 0 ? StampOf(now) : FileStamp{};
     return {};
+}
+
+// The temporary file gets a name that nobody else takes; `write` gets its path and its descriptor.
+template <class Write>
+std::error_code ReplaceWholeFile(char const* path, Write write, FileStamp* stamp = nullptr) {
+    std::string target;
+    if (auto const error = ResolveLinks(path, target)) return error;
+    static std::atomic<unsigned> counter{0};
+    auto const [folder, name] = SplitFolder(target);
+    for (;;) {
+        auto const temporary =
+            folder + '.' + name + '.' + std::to_string(::getpid()) + '-' + std::to_string(++counter) + ".tmp";
+        auto const error = ReplaceThrough(
+            temporary, target, [&](int file) { return write(temporary.c_str(), file); }, stamp);
+        if (error != std::errc::file_exists) return error;
+    }
 }
 
 }  // namespace
@@ -156,16 +174,13 @@ std::error_code ReadWholeFile(char const* path, std::string& bytes, FileStamp* s
 }
 
 std::error_code WriteWholeFile(char const* path, std::string_view bytes, FileStamp* stamp) {
-    std::string target;
-    if (auto const error = ResolveLinks(path, target)) return error;
-    static std::atomic<unsigned> counter{0};
-    auto const [folder, name] = SplitFolder(target);
-    for (;;) {
-        auto const temporary =
-            folder + '.' + name + '.' + std::to_string(::getpid()) + '-' + std::to_string(++counter) + ".tmp";
-        auto const error = ReplaceThrough(temporary, target, bytes, stamp);
-        if (error != std::errc::file_exists) return error;
-    }
+    return ReplaceWholeFile(
+        path, [&](char const*, int file) { return WriteAll(file, bytes); }, stamp);
+}
+
+std::error_code WriteWholeFileBy(char const* path,
+                                 std::function<std::error_code(char const* temporary)> const& write) {
+    return ReplaceWholeFile(path, [&](char const* temporary, int) { return write(temporary); });
 }
 
 LockedFile::~LockedFile() {
@@ -212,7 +227,8 @@ std::error_code LockedFile::Replace(std::string_view bytes, FileStamp* stamp) co
     auto const [folder, name] = SplitFolder(m_target);
     auto const temporary = folder + '.' + name + ".tmp";
     ::unlink(temporary.c_str());
-    return ReplaceThrough(temporary, m_target, bytes, stamp);
+    return ReplaceThrough(
+        temporary, m_target, [&](int file) { return WriteAll(file, bytes); }, stamp);
 }
 
 std::string UserConfigFolder() {

@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -42,6 +43,11 @@ std::error_code ReadWholeFile(char const* path, std::string& bytes, FileStamp* s
 // the old file or the new one. A link is written through, the mode of an existing file is kept, and its owner
 // and group where the process may set them. The folder must exist. Other hard links keep the old text.
 std::error_code WriteWholeFile(char const* path, std::string_view bytes, FileStamp* stamp = nullptr);
+
+// The same for a file that somebody else writes: `write` gets the path of an empty file beside the target,
+// which is put in its place when all is written. An error that it answers leaves everything as it was.
+std::error_code WriteWholeFileBy(char const* path,
+                                 std::function<std::error_code(char const* temporary)> const& write);
 
 // The sole right to change a file, among all processes and threads that ask for it the same way. The lock is
 // taken on a hidden sibling that is removed afterwards. A sibling left by a process that was killed does no

@@ -16,6 +16,19 @@ void* VeskLoadModule(char const* path, CString& reason) {
     return module;
 }
 
+PassingModule::~PassingModule() {
+    if (m_module != nullptr) dlclose(m_module);
+}
+
+bool PassingModule::Load(char const* path) {
+    if (m_module == nullptr) m_module = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+    return m_module != nullptr;
+}
+
+void* PassingModule::Symbol(char const* name) const {
+    return m_module != nullptr ? dlsym(m_module, name) : nullptr;
+}
+
 void* VeskFindSymbol(void* module, char const* name) {
     return dlsym(module, name);
 }

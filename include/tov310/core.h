@@ -5,6 +5,7 @@
 #include <tov310/angle.h>
 #include <tov310/application.h>
 #include <tov310/base64.h>
+#include <tov310/bitmap.h>
 #include <tov310/cmd_ui.h>
 #include <tov310/compare.h>
 #include <tov310/dib.h>
@@ -19,6 +20,7 @@
 #include <tov310/geometry.h>
 #include <tov310/help_app.h>
 #include <tov310/last_documents.h>
+#include <tov310/leap_seconds.h>
 #include <tov310/log_file.h>
 #include <tov310/menu.h>
 #include <tov310/menu_popup.h>
