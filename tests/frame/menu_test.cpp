@@ -7,39 +7,21 @@
 #include <tov310/window.h>
 
 #include "frame/menu_resource.h"
+#include "support/files.h"
+#include "support/menu_text.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <memory>
 #include <random>
 #include <sstream>
-#include <string>
-#include <vector>
 
 namespace tov {
 namespace {
 
-// A menu as a text, each word with a blank behind it: "name=id " a command, "- " a separator, "name( ... ) "
-// a popup.
-std::string Told(CMenu const& menu, bool words = true) {
-    std::string told;
-    for (unsigned i = 0; i < menu.GetMenuItemCount(); ++i) {
-        CString text;
-        menu.GetMenuString(i, text, MF_BYPOSITION);
-        if (!words && !text.starts_with('%')) text.clear();
-        if (CMenu const* const popup = menu.GetSubMenu(i))
-            told += text + "( " + Told(*popup, words) + ") ";
-        else if ((menu.GetMenuState(i, MF_BYPOSITION) & MF_SEPARATOR) != 0)
-            told += "- ";
-        else
-            told += text + '=' + std::to_string(menu.GetMenuItemID(i)) + ' ';
-    }
-    return told;
-}
+using test::Told;
 
+// Made from its text.
 struct Menu : CMenu {
     explicit Menu(std::string const& told) : Menu(std::istringstream(told)) {}
     explicit Menu(std::istream&& words) {
@@ -114,40 +96,32 @@ TEST(Menu, EntriesAreReachedByPositionAndByCommandInPopupsToo) {
     Menu menu("a=1 p( b=2 q( c=3 ) ) - d=4");
     CMenu& inner = *menu.GetSubMenu(1)->GetSubMenu(1);
     CString text;
-    EXPECT_EQ(menu.GetMenuString(3, text, MF_BYCOMMAND), 1);
-    EXPECT_EQ(text, "c");
-    EXPECT_EQ(menu.GetMenuString(9, text, MF_BYCOMMAND), 0);
-    EXPECT_EQ(text, "");
-
-    EXPECT_EQ(menu.EnableMenuItem(3, MF_BYCOMMAND | MF_GRAYED | MF_DISABLED), MF_ENABLED);
-    EXPECT_EQ(menu.CheckMenuItem(3, MF_BYCOMMAND | MF_CHECKED), MF_UNCHECKED);
-    EXPECT_EQ(inner.GetMenuState(0, MF_BYPOSITION), MF_GRAYED | MF_DISABLED | MF_CHECKED);
-    EXPECT_EQ(menu.CheckMenuItem(3, MF_BYCOMMAND | MF_UNCHECKED), MF_CHECKED);
-    EXPECT_EQ(menu.EnableMenuItem(3, MF_BYCOMMAND | MF_ENABLED), MF_GRAYED | MF_DISABLED);
-    EXPECT_EQ(inner.GetMenuState(0, MF_BYPOSITION), MF_ENABLED);
+    for (bool const isThere : {true, false}) {
+        EXPECT_EQ(menu.GetMenuString(isThere ? 3 : 9, text, MF_BYCOMMAND), isThere);
+        EXPECT_EQ(text, isThere ? "c" : "");
+    }
+    constexpr unsigned off = MF_GRAYED | MF_DISABLED;
+    EXPECT_EQ(menu.EnableMenuItem(3, off), MF_ENABLED);
+    EXPECT_EQ(menu.CheckMenuItem(3, MF_CHECKED), MF_UNCHECKED);
+    EXPECT_EQ(inner.GetMenuState(0, MF_BYPOSITION), off | MF_CHECKED);
+    EXPECT_EQ(menu.CheckMenuItem(3, MF_UNCHECKED), MF_CHECKED);
+    EXPECT_EQ(menu.EnableMenuItem(3, MF_ENABLED), off);
     EXPECT_EQ(menu.EnableMenuItem(9, MF_BYCOMMAND), tovNoMenuItem);
     EXPECT_EQ(menu.GetMenuState(1, MF_BYPOSITION), MF_POPUP | 2u << 8);
     EXPECT_EQ(menu.GetMenuItemID(1), tovNoMenuItem);
 
-    EXPECT_EQ(menu.InsertMenu(3, MF_BYCOMMAND, 5, "e"), 1);
-    EXPECT_EQ(menu.InsertMenu(99, MF_BYPOSITION, 7, nullptr), 1);
-    EXPECT_EQ(menu.ModifyMenu(2, MF_BYCOMMAND | MF_SEPARATOR), 1);
+    EXPECT_EQ(menu.InsertMenu(3, MF_BYCOMMAND, 5, "e") + menu.InsertMenu(99, MF_BYPOSITION, 7, nullptr), 2);
+    EXPECT_EQ(menu.ModifyMenu(2, MF_BYCOMMAND | MF_SEPARATOR) + menu.DeleteMenu(1, MF_BYCOMMAND), 2);
     EXPECT_EQ(menu.InsertMenu(9, MF_BYCOMMAND, 6, "f") + menu.DeleteMenu(9, MF_BYCOMMAND), 0);
-    EXPECT_EQ(menu.DeleteMenu(1, MF_BYCOMMAND), 1);
     EXPECT_EQ(Told(menu), "p( - q( e=5 c=3 ) ) - d=4 =7 ");
-    EXPECT_EQ(menu.SetMenuItemData(3, 42, MF_BYCOMMAND), 1);
-    EXPECT_EQ(inner.GetMenuItemData(1, MF_BYPOSITION), 42u);
-}
 
-TEST(Menu, OneOfARowIsChosen) {
-    Menu menu("a=1 b=2 - c=3 d=4");
-    for (unsigned const command : {2u, 3u})
-        EXPECT_EQ(menu.CheckMenuRadioItem(1, 3, command, MF_BYCOMMAND), 1);
-    EXPECT_EQ(menu.CheckMenuRadioItem(1, 3, 4, MF_BYCOMMAND), 0);
-    EXPECT_EQ(menu.CheckMenuRadioItem(0, 2, 2, MF_BYPOSITION), 0) << "a separator";
+    Menu row("a=1 b=2 - c=3 d=4");
+    for (unsigned const command : {2u, 3u, 4u})
+        EXPECT_EQ(row.CheckMenuRadioItem(1, 3, command, MF_BYCOMMAND), command < 4);
+    EXPECT_EQ(row.CheckMenuRadioItem(0, 2, 2, MF_BYPOSITION), 0) << "a separator";
     unsigned const states[] = {0, 0, MF_SEPARATOR, MF_CHECKED | MF_RADIOCHECK, 0};
     for (unsigned i = 0; i < 5; ++i)
-        EXPECT_EQ(menu.GetMenuState(i, MF_BYPOSITION), states[i]) << i;
+        EXPECT_EQ(row.GetMenuState(i, MF_BYPOSITION), states[i]) << i;
 }
 
 TEST(Menu, APopupBelongsToOneMenuAndNeverToItself) {
@@ -169,17 +143,10 @@ TEST(Menu, APopupBelongsToOneMenuAndNeverToItself) {
 }
 
 TEST(Menu, RandomTreesAreTidiedAsTheirMirror) {
-    Menu example("- a=1 - p( p( ) ) - b=2 q( - ) -");
-    EXPECT_EQ(TovMenuCheckEmptyPopupMenus(&example), 2u);
-    EXPECT_EQ(Told(example), "- a=1 - - b=2 q( - ) - ");
-    EXPECT_EQ(TovMenuCheckSeparators(&example), 4u);
-    EXPECT_EQ(Told(example), "a=1 - b=2 q( ) ");
-    EXPECT_EQ(TovMenuIsSeparator(&example, 4), 0);
-    EXPECT_EQ(TovMenuCheckEmptyPopupMenus(nullptr) + TovMenuCheckSeparators(nullptr), 0u);
-
     std::minstd_rand random(680);
     Screen screen;
     Window window;
+    EXPECT_EQ(TovMenuCheckEmptyPopupMenus(nullptr) + TovMenuCheckSeparators(nullptr), 0u);
     for (int round = 0; round < 3000; ++round) {
         std::string mirror = "( " + RandomMenu(random, 4) + ") ";
         Menu whole(mirror);
@@ -205,7 +172,7 @@ TEST(Menu, CopiesHoldTheWholeTreeAndStandApart) {
     std::string const told = "a=1 p( b=2 - q( ) ) - ";
     Menu from(told);
     from.CheckMenuItem(2, MF_BYCOMMAND | MF_CHECKED);
-    from.SetMenuItemData(2, 42, MF_BYCOMMAND);
+    EXPECT_EQ(from.SetMenuItemData(2, 42, MF_BYCOMMAND), 1);
     for (unsigned const position : {0u, 1u, 2u, 7u, ~1u, ~0u}) {
         Menu to("x=8 y=9");
         EXPECT_EQ(TovMenuCopyRecursive(&from, &to, position), 3u);
@@ -218,9 +185,7 @@ TEST(Menu, CopiesHoldTheWholeTreeAndStandApart) {
     }
     EXPECT_EQ(TovMenuCopyRecursive(&from, &from, 1), 3u) << "into itself";
     EXPECT_EQ(Told(from), "a=1 " + told + "p( b=2 - q( ) ) - ");
-    CMenu& inner = *from.GetSubMenu(2)->GetSubMenu(2);
-    EXPECT_EQ(TovMenuCopyRecursive(&from, &inner, 0), 6u) << "into its popup";
-    EXPECT_EQ(inner.GetMenuItemCount(), 6u);
+    EXPECT_EQ(TovMenuCopyRecursive(&from, from.GetSubMenu(2)->GetSubMenu(2), 0), 6u) << "into its popup";
     EXPECT_EQ(TovMenuCopyRecursive(nullptr, &from, 0) + TovMenuCopyRecursive(&from, nullptr, 0), 0u);
 
     std::string longText;
@@ -289,10 +254,10 @@ TEST(MenuResource, FormsAndFaults) {
 TEST(MenuResource, OfTheHostsModuleAndOfTheLibrary) {
     test::TemporaryFolder const folder;
     std::filesystem::create_directory(folder.path() / "menus");
-    std::ofstream(folder.File("strings.json")) << "{}";
-    std::ofstream(folder.File("menus/7.json")) << R"([{"text": "p", "items": [{"text": "a", "id": 1}]}])";
-    std::ofstream(folder.File("menus/named.json")) << R"([{"text": "a", "id": 2}])";
-    std::ofstream(folder.File("menus/8.json")) << R"([{"text": )";
+    test::PutFile(folder.File("strings.json"), "{}");
+    test::PutFile(folder.File("menus/7.json"), R"([{"text": "p", "items": [{"text": "a", "id": 1}]}])");
+    test::PutFile(folder.File("menus/named.json"), R"([{"text": "a", "id": 2}])");
+    test::PutFile(folder.File("menus/8.json"), R"([{"text": )");
     HINSTANCE const module = TovLoadResourceModule(folder.path().c_str());
     CMenu menu;
     CTovMenuPopUp popup;
@@ -309,10 +274,8 @@ TEST(MenuResource, OfTheHostsModuleAndOfTheLibrary) {
 
     for (auto const& language : std::filesystem::directory_iterator(TOV_TEST_SOURCE_DIR "/res")) {
         for (auto const& file : std::filesystem::directory_iterator(language.path() / "menus")) {
-            std::ostringstream json;
-            json << std::ifstream(file.path()).rdbuf();
             CMenu own, builtIn;
-            EXPECT_TRUE(ParseMenu(json.str(), own)) << file.path();
+            EXPECT_TRUE(ParseMenu(test::GetFile(file.path()), own)) << file.path();
             EXPECT_EQ(builtIn.LoadMenu(nullptr, file.path().stem().c_str()), 1) << file.path();
             EXPECT_EQ(Told(own, false), Told(builtIn, false)) << "translations differ in words only";
         }
@@ -336,11 +299,12 @@ TEST(MenuPopUp, ShowsWhatIsLoadedAndBoundAndCustomisesOnce) {
     }
     EXPECT_EQ(screen.shown, "a=1 " + properties);
     EXPECT_EQ(screen.tracked, (std::vector<int>{3, 4, TPM_RIGHTBUTTON}));
-    TovSetMenuPort(nullptr);
-    EXPECT_EQ(menu.Activate(CPoint(), 0), 0) << "no screen";
-    TovSetMenuPort(&screen);
-    window.DestroyWindow();
-    EXPECT_EQ(menu.Activate(CPoint(), 0), 0) << "the window is dead";
+    for (ITovMenuPort* const port :
+         {static_cast<ITovMenuPort*>(nullptr), static_cast<ITovMenuPort*>(&screen)}) {
+        TovSetMenuPort(port);
+        EXPECT_EQ(menu.Activate(CPoint(), 0), 0) << "no screen, and then a window that is dead";
+        window.DestroyWindow();
+    }
     EXPECT_EQ(menu.VerifyCommand(1), ~0UL);
 }
 
@@ -366,10 +330,7 @@ class Target : public CCmdTarget {
         log += std::to_string(id) + ' ';
         return id != 12;
     }
-    void OnUpdateOne(CCmdUI* state) {
-        state->Enable(0);
-        state->SetCheck();
-    }
+    void OnUpdateOne(CCmdUI* state) { state->Enable(0), state->SetCheck(); }
     void OnUpdateRadio(CCmdUI* state) { state->SetRadio(); }
 
     CTovCommandTable const* GetCommandTable() const override {
@@ -386,10 +347,7 @@ class Target : public CCmdTarget {
 class Derived : public Target {
     TOV_DYNAMIC(Derived, Target)
     void OnOneAgain() { log += "derived "; }
-    void OnUpdateLater(CCmdUI* state) {
-        state->SetText("later");
-        state->ContinueRouting();
-    }
+    void OnUpdateLater(CCmdUI* state) { state->SetText("later"), state->ContinueRouting(); }
 
     CTovCommandTable const* GetCommandTable() const override {
         static constexpr auto handler = TovCommand<Derived, &Derived::OnOneAgain, &Derived::OnUpdateLater>(1);
@@ -398,40 +356,37 @@ class Derived : public Target {
     }
 };
 
-TEST(Command, TheNearestHandlerDoesItAndMayLetItGoOn) {
+TEST(Command, TheNearestHandlerDoesItAndTheStateReachesTheMenu) {
+    constexpr unsigned off = MF_GRAYED | MF_DISABLED;
+    struct {
+        unsigned id, state;
+        bool isDone, isTold;
+    } const rows[] = {{1, off | MF_CHECKED, true, true}, {2, off | MF_CHECKED | MF_RADIOCHECK, false, true},
+                      {10, MF_ENABLED, true, false},     {12, MF_ENABLED, false, false},
+                      {13, off, false, false},           {0xFFFF, MF_ENABLED, false, true}};
+    Menu menu("a=1 b=2 c=10 d=12 e=13 f=65535");
+    menu.SetMenuItemData(0, 5, MF_BYPOSITION);
     Derived target;
-    for (unsigned const id : {1u, 10u, 11u, 12u, 13u, 2u})  // of the last one only the state is told
-        EXPECT_EQ(target.OnCmdMsg(id, CN_COMMAND, nullptr, nullptr), id == 1 || id == 10 || id == 11) << id;
+    for (unsigned i = 0; auto const& [id, expected, isDone, isTold] : rows) {
+        EXPECT_EQ(target.OnCmdMsg(id, CN_COMMAND, nullptr, nullptr), isDone) << id;
+        CTovMenuPopUp::CCmdUIPopUp state;
+        state.m_nID = id;
+        EXPECT_EQ(state.DoUpdate(&target, 1), isTold) << id;
+        unsigned const collected = (state.m_bEnabled != 0 ? 0 : off) |
+                                   (state.m_nChecked != 0 ? MF_CHECKED : 0) |
+                                   (state.m_bRadio != 0 ? MF_RADIOCHECK : 0);
+        EXPECT_TRUE(collected == expected || id == 0xFFFF) << id;
+        state.m_pMenu = &menu;
+        state.m_nIndex = i++;
+        EXPECT_EQ(state.DoUpdate(&target, 1), isTold) << id;
+        EXPECT_EQ(menu.GetMenuState(state.m_nIndex, MF_BYPOSITION), expected) << id;
+    }
+    EXPECT_EQ(target.log, "derived 10 12 ") << "asking for a state does nothing";
+    EXPECT_EQ(Told(menu), "later=1 b=2 c=10 d=12 e=13 f=65535 ");
+    EXPECT_EQ(menu.GetMenuItemData(0, MF_BYPOSITION), 5u);
     CTovCommandInfo info;
     EXPECT_EQ(target.OnCmdMsg(12, CN_COMMAND, nullptr, &info), 1);
     EXPECT_EQ(info.target, &target);
-    EXPECT_EQ(target.log, "derived 10 11 12 ") << "asking does nothing";
-}
-
-TEST(Command, StatesReachTheMenuAndAreCollectedWithoutOne) {
-    constexpr unsigned off = MF_GRAYED | MF_DISABLED;
-    unsigned const states[] = {off | MF_CHECKED, off | MF_CHECKED | MF_RADIOCHECK, MF_ENABLED, off};
-    Menu menu("a=1 b=2 c=12 d=99");
-    menu.SetMenuItemData(0, 5, MF_BYPOSITION);
-    Derived target;
-    for (unsigned i = 0; i < 4; ++i) {
-        CTovMenuPopUp::CCmdUIPopUp state;
-        state.m_nID = menu.GetMenuItemID(i);
-        state.m_nIndex = i;
-        for (CMenu* const in : {static_cast<CMenu*>(nullptr), static_cast<CMenu*>(&menu)}) {
-            state.m_pMenu = in;
-            EXPECT_EQ(state.DoUpdate(&target, 1), i < 2) << i;
-            EXPECT_EQ(state.m_bEnabled * 100 + state.m_nChecked * 10 + state.m_bRadio,
-                      (i == 2) * 100 + (i < 2) * 10 + (i == 1))
-                << i;
-        }
-        EXPECT_EQ(menu.GetMenuState(i, MF_BYPOSITION), states[i]) << i;
-    }
-    EXPECT_EQ(Told(menu), "later=1 b=2 c=12 d=99 ");
-    EXPECT_EQ(menu.GetMenuItemData(0, MF_BYPOSITION), 5u);
-    CTovMenuPopUp::CCmdUIPopUp none;
-    none.m_nID = 0xFFFF;
-    EXPECT_EQ(none.DoUpdate(nullptr, 1), 1);
 }
 
 TEST(MenuSlider, TakesThePlaceOfItsTokenAndGivesItBack) {
@@ -453,11 +408,12 @@ TEST(MenuSlider, TakesThePlaceOfItsTokenAndGivesItBack) {
         EXPECT_EQ(Told(menu), back);
     }
     auto slider = std::make_unique<CTovMenuSlider>();
-    auto menu = std::make_unique<Menu>("%SLIDER=0");
-    EXPECT_EQ(slider->InsertIntoMenu(*menu, "s"), 1);
-    menu = std::make_unique<Menu>("%SLIDER=0");  // the menu ends first
-    EXPECT_EQ(slider->InsertIntoMenu(*menu, "s"), 1);
-    slider.reset();  // the slider ends first
+    std::unique_ptr<Menu> menu;
+    for (int i = 0; i < 2; ++i) {
+        menu = std::make_unique<Menu>("%SLIDER=0");  // the earlier menu ends before the slider
+        EXPECT_EQ(slider->InsertIntoMenu(*menu, "s"), 1);
+    }
+    slider.reset();  // and the later one behind it
     MEASUREITEMSTRUCT item;
     menu->GetSubMenu(0)->MeasureItem(&item);
     EXPECT_EQ(item.itemWidth, 0u);
