@@ -2,6 +2,7 @@
 #include <tov310/messages.h>
 #include <tov310/profile.h>
 
+#include "support/menu_text.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -62,42 +63,24 @@ TEST_P(LastDocumentsTest, TheEntriesOfTheProfileAreTheList) {
     EXPECT_EQ(Documents(Store().c_str(), 3).Section(), "Documents") << "the name of the class at hand";
 }
 
-TEST_P(LastDocumentsTest, ADocumentComesFirstAndStandsOnce) {
-    struct {
-        char const* added;
-        Texts list;
-    } const steps[] = {
-        {"a", {"a;", "", "", ""}},
-        {"b;1", {"b;1", "a;", "", ""}},
-        {"a;2;3", {"a;2;3", "b;1", "", ""}},
-        {"A", {"A;", "a;2;3", "b;1", ""}},
-        {"b\n1\t2\r", {"b\u00B01 2 ;", "A;", "a;2;3", "b;1"}},
-        {"b\n1\t2\r;x", {"b\u00B01 2 ;x", "A;", "a;2;3", "b;1"}},
-    };
-    Documents documents(Store().c_str(), 0);
-    for (auto const& step : steps) {
-        EXPECT_EQ(documents.AddDocument(step.added), 1);
-        EXPECT_EQ(documents.All(), step.list) << step.added;
-    }
-    for (char const* nothing : {static_cast<char const*>(nullptr), ""}) {
-        EXPECT_EQ(documents.AddDocument(nothing), 0);
-        EXPECT_EQ(documents.RemoveDocument(nothing, 1), 0);
-    }
+TEST_P(LastDocumentsTest, TextsComeBackAsTheyWereOrAsTheFormatOfTheListDemands) {
+    Documents documents(Store().c_str(), 9);
+    Texts names = {" leading;",     "blank behind; ", "\"quoted\";\"", "'a;'",     "; ",
+                   "字 度\u00B0;x", "[a]=b;#",        "%d%s&;",        "\xFF\x80;"};
+    for (auto name = names.rbegin(); name != names.rend(); ++name)
+        EXPECT_EQ(documents.AddDocument(name->c_str()), 1);
+    EXPECT_EQ(documents.All(), names);
+    documents.AddDocument("b\n1\t2\r");
+    documents.AddDocument("b\n1\t2\r;x");
+    names.pop_back();
+    names.insert(names.begin(), "b\u00B01 2 ;x");
+    EXPECT_EQ(documents.All(), names);
     EXPECT_EQ(documents.RemoveDocument("b\n1\t2\r;9", 0), 0) << "the whole text is asked for";
     EXPECT_EQ(documents.RemoveDocument("b\n1\t2\r;9", 1), 1);
-    EXPECT_EQ(documents.RemoveDocument("A", 0), 1) << "as it was added";
-    EXPECT_EQ(documents.All(), (Texts{"a;2;3", "b;1", "", ""}));
-}
-
-TEST_P(LastDocumentsTest, TextsComeBackAsTheyWere) {
-    Documents documents(Store().c_str(), 9);
-    Texts const names = {" leading;",     "blank behind; ", "\"quoted\";\"", "'a;'",     "; ",
-                         "字 度\u00B0;x", "[a]=b;#",        "%d%s&;",        "\xFF\x80;"};
-    for (auto name = names.rbegin(); name != names.rend(); ++name)
-        documents.AddDocument(name->c_str());
-    EXPECT_EQ(documents.All(), names);
-    for (CString const& name : names)
-        EXPECT_EQ(documents.RemoveDocument(name.c_str(), 0), 1) << name;
+    for (auto name = names.begin() + 1; name != names.end(); ++name)
+        EXPECT_EQ(documents.RemoveDocument(name->c_str(), 0), 1) << *name;
+    for (char const* nothing : {static_cast<char const*>(nullptr), ""})
+        EXPECT_EQ(documents.AddDocument(nothing) + documents.RemoveDocument(nothing, 1), 0);
     EXPECT_EQ(documents.All(), Texts(9));
 }
 
@@ -108,15 +91,16 @@ TEST_P(LastDocumentsTest, RandomOperationsAgreeWithAList) {
         documents.RemoveAllDocuments();
         Texts list;
         for (int step = 0; step < 60; ++step) {
-            CString const name(1, static_cast<char>('a' + random() % 8));
-            CString const whole = name + std::array{";", ";+", ";++"}[random() % 3];
+            CString const name(1, "abcdABCD"[random() % 8]);
+            CString const added = name + std::array{"", ";+", ";++"}[random() % 3];
+            CString const whole = added == name ? name + ";" : added;
             auto const same = [&](CString const& entry) { return entry[0] == name[0]; };
             if (auto const operation = random() % 6; operation == 0) {
                 EXPECT_EQ(documents.RemoveDocument(name.c_str(), 1), std::erase_if(list, same) > 0);
             } else if (operation == 1) {
-                EXPECT_EQ(documents.RemoveDocument(whole.c_str(), 0), std::erase(list, whole) > 0);
+                EXPECT_EQ(documents.RemoveDocument(added.c_str(), 0), std::erase(list, whole) > 0);
             } else {
-                EXPECT_EQ(documents.AddDocument(whole.c_str()), 1);
+                EXPECT_EQ(documents.AddDocument(added.c_str()), 1);
                 std::erase_if(list, same);
                 list.insert(list.begin(), whole);
             }
@@ -152,20 +136,7 @@ TEST_P(LastDocumentsTest, AStoreThatFailsLeavesTheListAsItWas) {
 INSTANTIATE_TEST_SUITE_P(Stores, LastDocumentsTest, testing::Bool(),
                          [](auto const& test) { return test.param ? "File" : "Registry"; });
 
-// Menus as texts: entries with command and text, popups in braces.
-CString Told(CMenu const& menu) {
-    CString told;
-    for (unsigned position = 0; position < menu.GetMenuItemCount(); ++position) {
-        CString text;
-        menu.GetMenuString(position, text, MF_BYPOSITION);
-        if (CMenu const* const popup = menu.GetSubMenu(position)) {
-            told += text + "{" + Told(*popup) + "}";
-        } else {
-            told += std::to_string(menu.GetMenuItemID(position)) + "=" + text + "|";
-        }
-    }
-    return told;
-}
+using test::Told;
 
 class LastDocumentsMenuTest : public testing::Test {
  protected:
@@ -192,7 +163,7 @@ TEST_F(LastDocumentsMenuTest, EntriesFollowTheListAndItsNeighboursStay) {
     command = 100;
     EXPECT_EQ(documents.CreateLastDocItem(&command, &menu, 1), 2);
     EXPECT_EQ(command, 103) << "the list can grow to three";
-    EXPECT_EQ(Told(menu), "1=Open|100=&1  b|101=&2  /home/me/site && co.svy|2=Exit|");
+    EXPECT_EQ(Told(menu), "Open=1 &1  b=100 &2  /home/me/site && co.svy=101 Exit=2 ");
     EXPECT_EQ(Chosen(101), "/home/me/site & co.svy|x");
     EXPECT_EQ(Chosen(102), "none");
 
@@ -200,52 +171,45 @@ TEST_F(LastDocumentsMenuTest, EntriesFollowTheListAndItsNeighboursStay) {
     documents.AddDocument("d");
     EXPECT_EQ(Chosen(100), "b|") << "what the menu shows, not what the list has become";
     EXPECT_EQ(documents.ModifyLastDocItem(100, &menu), 3);
-    EXPECT_EQ(Told(menu), "1=Open|100=&1  d|101=&2  c|102=&3  b|2=Exit|");
-    EXPECT_EQ(Chosen(100), "d|");
+    EXPECT_EQ(Told(menu), "Open=1 &1  d=100 &2  c=101 &3  b=102 Exit=2 ");
+    CString name;
+    std::pair<MSG, int> const messages[] = {{{{}, WM_COMMAND, 100, 0}, 1},
+                                            {{{}, WM_COMMAND, 100, 1}, 0},
+                                            {{{}, WM_COMMAND, 0x10000 + 100, 0}, 0},
+                                            {{{}, WM_COMMAND + 1, 100, 0}, 0}};
+    for (auto const& [message, isFound] : messages) {
+        EXPECT_EQ(documents.GetCurrentDocument(message, name), isFound);
+        EXPECT_EQ(name, isFound != 0 ? "d" : "");
+    }
     menu.InsertMenu(4, MF_BYPOSITION | MF_STRING, 103, "Next");
-
     documents.RemoveDocument("c", 1);
     documents.RemoveDocument("b", 1);
     EXPECT_EQ(documents.ModifyLastDocItem(100, &menu), 1);
     EXPECT_EQ(Chosen(101), "none");
     documents.RemoveAllDocuments();
     EXPECT_EQ(documents.ModifyLastDocItem(100, &menu), 0);
-    EXPECT_EQ(Told(menu), "1=Open|103=Next|2=Exit|");
+    EXPECT_EQ(Told(menu), "Open=1 Next=103 Exit=2 ");
 }
 
 TEST_F(LastDocumentsMenuTest, APopupHoldsThemAndIsFoundAgain) {
     EXPECT_EQ(documents.CreateLastDocMenu(&command, &menu, "Recent", 1), 0);
-    EXPECT_EQ(Told(menu), "1=Open|2=Exit|") << "no popup for nothing";
+    EXPECT_EQ(Told(menu), "Open=1 Exit=2 ") << "no popup for nothing";
     documents.AddDocument("a");
     command = 100;
+    HINSTANCE const module = TovBuiltInResourceModule();
     CString text;
-    TovLoadResourceString(TovBuiltInResourceModule(), 26021, text);
-    EXPECT_EQ(documents.CreateLastDocMenu(TovBuiltInResourceModule(), 1, &command, &menu), 0);
+    TovLoadResourceString(module, 26021, text);
+    EXPECT_EQ(documents.CreateLastDocMenu(module, 1, &command, &menu), 0);
     EXPECT_EQ(documents.CreateLastDocMenu(&command, &menu, "Recent", 1), 1);
-    EXPECT_EQ(documents.CreateLastDocMenu(TovBuiltInResourceModule(), 26021, &command, &menu), 1);
+    EXPECT_EQ(documents.CreateLastDocMenu(module, 26021, &command, &menu), 1);
     documents.AddDocument("b");
     EXPECT_EQ(documents.ModifyLastDocItem(103, &menu), 2);
-    EXPECT_EQ(Told(menu), "1=Open|Recent{100=&1  a|}2=Exit|" + text + "{103=&1  b|104=&2  a|}");
+    EXPECT_EQ(Told(menu), "Open=1 Recent( &1  a=100 ) Exit=2 " + text + "( &1  b=103 &2  a=104 ) ");
     EXPECT_EQ(Chosen(100), "a|");
 }
 
-TEST_F(LastDocumentsMenuTest, AChosenCommandComesInAMessage) {
-    documents.AddDocument("a");
-    documents.CreateLastDocItem(&command, &menu);
-    CString name;
-    EXPECT_EQ(documents.GetCurrentDocument(MSG{{}, WM_COMMAND, 100, 0}, name), 1);
-    EXPECT_EQ(name, "a");
-    for (MSG const& other : {MSG{{}, WM_COMMAND, 100, 1}, MSG{{}, WM_COMMAND, 0x10000 + 100, 0},
-                             MSG{{}, WM_COMMAND + 1, 100, 0}})
-        EXPECT_EQ(documents.GetCurrentDocument(other, name), 0);
-}
-
 TEST_F(LastDocumentsMenuTest, TextsAreShortenedToTheirFileName) {
-    struct {
-        unsigned length;
-        char const* name;
-        char const* shown;
-    } const cases[] = {
+    std::tuple<unsigned, char const*, char const*> const cases[] = {
         // clang-format off
         {22, "/home/me/work/site.svy", "/home/me/work/site.svy"}, {21, "/home/me/work/site.svy", "/home/me/.../site.svy"},
         {12, "/home/me/work/site.svy", ".../site.svy"},           {11, "/home/me/work/site.svy", "...site.svy"},
@@ -257,14 +221,13 @@ TEST_F(LastDocumentsMenuTest, TextsAreShortenedToTheirFileName) {
     };
     documents.SetItemStyle(CTovLastDocuments::eItemPlain);
     EXPECT_EQ(documents.SetMenuItemLength(9), 64u);
-    for (auto const& c : cases) {
-        documents.SetMenuItemLength(c.length);
-        documents.AddDocument(c.name);
+    for (auto const& [length, name, expected] : cases) {
+        documents.SetMenuItemLength(length);
+        documents.AddDocument(name);
         CMenu shown;
+        command = 100;
         documents.CreateLastDocItem(&command, &shown);
-        CString text;
-        shown.GetMenuString(0, text, MF_BYPOSITION);
-        EXPECT_EQ(text, c.shown) << c.name << " in " << c.length;
+        EXPECT_TRUE(Told(shown).starts_with(CString(expected) + "=100 ")) << Told(shown) << " in " << length;
     }
 }
 
@@ -278,8 +241,8 @@ TEST_F(LastDocumentsMenuTest, PromptsTabAndNumbersStandAroundTheText) {
     CMenu shown;
     many.CreateLastDocItem(&command, &shown);
     auto const told = Told(shown);
-    EXPECT_TRUE(told.starts_with("100=&1 <a>|101=&2 [b>|102=&3 <c>|")) << told;
-    EXPECT_TRUE(told.ends_with("|109=1&0 <j>|110=11 <k>|")) << told;
+    EXPECT_TRUE(told.starts_with("&1 <a>=100 &2 [b>=101 &3 <c>=102 ")) << told;
+    EXPECT_TRUE(told.ends_with(" 1&0 <j>=109 11 <k>=110 ")) << told;
     many.SetMenuPrompt(TovBuiltInResourceModule(), 26021, 26021);
     EXPECT_EQ(many.GetMenuPromptPrefix(2), many.GetMenuPromptSuffix(7)) << "for all, whatever they had";
     EXPECT_NE(many.GetMenuPromptPrefix(2), "");
