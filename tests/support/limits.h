@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <initializer_list>
 
 namespace tov::test {
 
@@ -23,15 +24,16 @@ void OnFullVolume(Call call, rlim_t longest = 4096) {
     std::signal(SIGXFSZ, handler);
 }
 
-// Runs the call without the rights of an administrator; the folder is given away to who has none.
+// Runs the call without the rights of an administrator; the folders are given away to who has none.
 template <class Call>
-void WithoutRights(std::filesystem::path const& folder, Call call) {
+void WithoutRights(std::initializer_list<std::filesystem::path> folders, Call call) {
     uid_t const user = ::geteuid();
     uid_t const nobody = user == 0 ? 65534 : user;
-    EXPECT_EQ(::lchown(folder.c_str(), nobody, ::getegid()), 0);
-    std::error_code failure;
-    for (auto const& entry : std::filesystem::recursive_directory_iterator(folder, failure))
-        EXPECT_EQ(::lchown(entry.path().c_str(), nobody, ::getegid()), 0);
+    for (auto const& folder : folders) {
+        EXPECT_EQ(::lchown(folder.c_str(), nobody, ::getegid()), 0);
+        for (auto const& entry : std::filesystem::recursive_directory_iterator(folder))
+            EXPECT_EQ(::lchown(entry.path().c_str(), nobody, ::getegid()), 0);
+    }
     EXPECT_EQ(::seteuid(nobody), 0);
     call();
     EXPECT_EQ(::seteuid(user), 0);

@@ -309,7 +309,7 @@ TEST_F(FileList, OnlyAMissingDirectoryOfTheSearchPathFails) {
     fs::create_directories(At("none/closed/inner"));
     Touch("none/f");
     fs::permissions(At("none/closed"), fs::perms::none);
-    test::WithoutRights(folder.path(), [&] { list.DoIt(); });
+    test::WithoutRights({folder.path()}, [&] { list.DoIt(); });
     EXPECT_EQ(list.Failed(), 0) << "what may not be read is empty";
     EXPECT_EQ(list.GetLastError(), 0u);
     EXPECT_EQ(list.Size(), 1u);
