@@ -1,5 +1,7 @@
 #include <tov310/dib.h>
 
+#include "imaging/pixel_rows.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <limits>
@@ -77,6 +79,14 @@ bool ClipLine(int& from, int& to, int size) {
     return from != to;
 }
 
+// Whether the sum is a coordinate.
+bool Move(int& coordinate, std::int64_t by) {
+    std::int64_t const moved = coordinate + by;
+    if (moved > std::numeric_limits<int>::max() || moved < std::numeric_limits<int>::min()) return false;
+    coordinate = static_cast<int>(moved);
+    return true;
+}
+
 void ClipCoordinate(int& coordinate, int size) {
     coordinate = std::max(0, std::min(coordinate, size - 1));
 }
@@ -102,6 +112,46 @@ int CTovDib::ClipX1YX2(int& x1, int y, int& x2) const {
 
 int CTovDib::ClipXY1Y2(int x, int& y1, int& y2) const {
     return ClipLine(y1, y2, m_nHeight) && IsValidX(x);
+}
+
+int CTovDib::ChkSrcSizeRect(CTovDib const* src, int& x, int& y, int& w, int& h) {
+    return ChkSrcSize(src) && src->ClipXYWH(x, y, w, h);
+}
+
+int CTovDib::PrepDst(int& x, int& y, int& w, int& h, PixelRows& rows) {
+    if (!ChkDstSizeRect(x, y, w, h)) return 0;
+    rows.dst = m_bitmap->GetRow(y) + x;
+    rows.dstPitch = m_nWidth;
+    rows.width = w;
+    rows.height = h;
+    return 1;
+}
+
+int CTovDib::PrepDstSrc(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y, PixelRows& rows) {
+    int const firstX = xSrc;
+    int const firstY = ySrc;
+    if (!ChkSrcSizeRect(src, xSrc, ySrc, w, h)) return 0;
+    // What was cut off in front of the source is missing in front of the destination too.
+    if (!Move(x, xSrc - std::int64_t{firstX}) || !Move(y, ySrc - std::int64_t{firstY})) return 0;
+    int const movedX = x;
+    int const movedY = y;
+    if (!PrepDst(x, y, w, h, rows)) return 0;
+    // The other way round. What is left of the source then holds what is left of the destination.
+    if (!Move(xSrc, x - std::int64_t{movedX}) || !Move(ySrc, y - std::int64_t{movedY})) return 0;
+    if (!ChkSrcSizeRect(src, xSrc, ySrc, w, h)) return 0;
+    rows.src = src->m_bitmap->GetRow(ySrc) + xSrc;
+    rows.srcPitch = src->m_nWidth;
+    return 1;
+}
+
+int CTovDib::PrepCopy(CTovDib const* src, int x, int y, PixelRows& rows) {
+    if (!ChkSrcSize(src)) return 0;
+    int w = src->m_nWidth;
+    int h = src->m_nHeight;
+    if (!PrepDst(x, y, w, h, rows)) return 0;
+    rows.src = src->GetCrBits();
+    rows.srcPitch = src->m_nWidth;
+    return 1;
 }
 
 }  // namespace tov

@@ -16,6 +16,8 @@ namespace tov {
 
 class CBitmap;
 class CDC;
+struct PixelRows;
+struct PixelStretch;
 
 // An image of 32-bit pixels, 0xAARRGGBB, or none. Coordinates are columns and memory rows: row 0 is the first
 // row in memory, the top of the picture in an image that runs top-down and its bottom in one that runs
@@ -90,7 +92,307 @@ class TOV_CORE_API CTovDib {
     int ClipX1YX2(int& x1, int y, int& x2) const;
     int ClipXY1Y2(int x, int& y1, int& y2) const;
 
+    // To devices. These refuse negative places on the device.
+
+    // Draws the picture at (x, y), pixel by pixel.
+    int CopyToDC(CDC* dc, int x, int y) const { return CopyToDC(dc, x, y, m_nWidth, m_nHeight); }
+    int CopyToDC(CDC* dc, CPoint const& to) const { return CopyToDC(dc, to.x, to.y); }
+    // The same for as many columns and memory rows.
+    int CopyToDC(CDC* dc, int x, int y, int w, int h) const;
+    int CopyToDC(CDC* dc, CRect const& to) const {
+        return CopyToDC(dc, to.left, to.top, to.Width(), to.Height());
+    }
+    // Draws the picture into a rectangle, by a raster operation.
+    int CopyToDCStretch(CDC* dc, int x, int y, int w, int h, std::uint32_t operation = SRCCOPY) const;
+    int CopyToDCStretch(CDC* dc, CRect const& to, std::uint32_t operation = SRCCOPY) const {
+        return CopyToDCStretch(dc, to.left, to.top, to.Width(), to.Height(), operation);
+    }
+    // The same for a part of the picture, which is counted from its top and cut to the image.
+    int CopyToDCStretchRect(CDC* dc, int xSrc, int ySrc, int wSrc, int hSrc, int x, int y, int w, int h,
+                            std::uint32_t operation = SRCCOPY) const;
+    int CopyToDCStretchRect(CDC* dc, CRect const& from, CRect const& to,
+                            std::uint32_t operation = SRCCOPY) const {
+        return CopyToDCStretchRect(dc, from.left, from.top, from.Width(), from.Height(), to.left, to.top,
+                                   to.Width(), to.Height(), operation);
+    }
+    // Copies the picture into a bitmap of the same size. The device may be null.
+    int CopyToBitmap(CDC* dc, CBitmap* bitmap) const;
+
+    // From devices, which must give a picture of exactly the size of the image.
+
+    int CopyFromDC(CDC* dc, int x, int y, int w, int h);
+    int CopyFromDC(CDC* dc, CRect const& from) {
+        return CopyFromDC(dc, from.left, from.top, from.Width(), from.Height());
+    }
+    int CopyFromBitmap(CDC* dc, CBitmap* bitmap);  // the device may be null
+
+    // Turns the rows over and changes their direction, so that the picture stays the same: new pixels, which
+    // are no longer shared with copies of the object. The device may be null.
+    int Invert(CDC* dc);
+
+    // Copies between images. The source may be this image: what comes out is as if it had been copied before.
+    //
+    // The whole source with its first pixel at (x, y), cut to this image; where it begins in front of this
+    // image the copy begins with the first pixel of the source nevertheless. The forms ...Rect copy a part of
+    // the source and cut it to both images.
+
+    int CopyFromDib(CTovDib const* src, int x = 0, int y = 0);
+    int CopyFromDib(CTovDib const* src, CPoint const& to) { return CopyFromDib(src, to.x, to.y); }
+    int CopyFromDibRect(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y);
+    int CopyFromDibRect(CTovDib const* src, CRect const& from, CPoint const& to) {
+        return CopyFromDibRect(src, from.left, from.top, from.Width(), from.Height(), to.x, to.y);
+    }
+    // Without the pixels of one colour.
+    int CopyFromDibTransparent(CTovDib const* src, int x, int y, COLORREF key);
+    int CopyFromDibTransparent(CTovDib const* src, CPoint const& to, COLORREF key) {
+        return CopyFromDibTransparent(src, to.x, to.y, key);
+    }
+    int CopyFromDibTransparentRect(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y,
+                                   COLORREF key);
+    int CopyFromDibTransparentRect(CTovDib const* src, CRect const& from, CPoint const& to, COLORREF key) {
+        return CopyFromDibTransparentRect(src, from.left, from.top, from.Width(), from.Height(), to.x, to.y,
+                                          key);
+    }
+    // Blended by the alpha of each pixel of the source (see Blend); the alpha of this image stays.
+    int CopyFromDibAlpha(CTovDib const* src, int x = 0, int y = 0);
+    int CopyFromDibAlpha(CTovDib const* src, CPoint const& to) { return CopyFromDibAlpha(src, to.x, to.y); }
+    int CopyFromDibAlphaRect(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y);
+    int CopyFromDibAlphaRect(CTovDib const* src, CRect const& from, CPoint const& to) {
+        return CopyFromDibAlphaRect(src, from.left, from.top, from.Width(), from.Height(), to.x, to.y);
+    }
+
+    // Rotating and scaling copies, by the nearest pixel. The source may be this image.
+    //
+    // Walks this image and, along with it, the source: by (cos(-angle), -sin(-angle)) / scale to the next
+    // column and by (sin(-angle), cos(-angle)) / scale to the next row, so that (xDst, yDst) falls on (xSrc,
+    // ySrc). The positions accumulate in single precision. Where one is inside the source, 0 < position <
+    // size, the pixel there is taken; other pixels get the colour `fillColor` with alpha 0, or stay as they
+    // are without `fill`. The angle is in radians; it and the scale must be finite, and the scale not 0.
+
+    int CopyFromDibStretch(CTovDib const* src, float angle, float scale, float xDst, float yDst, float xSrc,
+                           float ySrc, int fill, COLORREF fillColor);
+    // Pixels of the colour `key` in the source leave this image as it is.
+    int CopyFromDibStretchTransparent(CTovDib const* src, float angle, float scale, float xDst, float yDst,
+                                      float xSrc, float ySrc, COLORREF key, int fill, COLORREF fillColor);
+    // Blends by the alpha of each pixel of the source.
+    int CopyFromDibStretchAlpha(CTovDib const* src, float angle, float scale, float xDst, float yDst,
+                                float xSrc, float ySrc, int fill, COLORREF fillColor);
+    // The same round the centres of the images. With `adjustSize` this image gets the size that holds the
+    // whole of the result, rounded to pixels, with rows in the direction of the source's. `corners`, null or
+    // an array of four, receives the corners of the source in this image then: those that were at (0, 0),
+    // (width, 0), (width, height), (0, height).
+    int CopyFromDibStretch(CTovDib const* src, float angle, float scale, int adjustSize, int fill,
+                           COLORREF fillColor, CTovPoint<double>* corners = nullptr);
+    int CopyFromDibStretchTransparent(CTovDib const* src, float angle, float scale, COLORREF key,
+                                      int adjustSize, int fill, COLORREF fillColor,
+                                      CTovPoint<double>* corners = nullptr);
+    int CopyFromDibStretchAlpha(CTovDib const* src, float angle, float scale, int adjustSize, int fill,
+                                COLORREF fillColor, CTovPoint<double>* corners = nullptr);
+
+    // Fills.
+
+    // Gives pixels a colour and an alpha.
+    int Fill(COLORREF color, int alpha = 0) { return FillRect(color, Whole(), alpha); }
+    int FillRect(COLORREF color, int x, int y, int w, int h, int alpha = 0);
+    int FillRect(COLORREF color, CRect const& where, int alpha = 0) {
+        return FillRect(color, where.left, where.top, where.Width(), where.Height(), alpha);
+    }
+    // Blend and Blend50 with a colour.
+    int FillBlend(COLORREF color, int amount) { return Blend(color, amount); }
+    template <class... Where>
+    int FillBlendRect(COLORREF color, Where const&... whereAndAmount) {
+        return BlendRect(color, whereAndAmount...);
+    }
+    int FillBlend50(COLORREF color) { return Blend50(color); }
+    template <class... Where>
+    int FillBlend50Rect(COLORREF color, Where const&... where) {
+        return Blend50Rect(color, where...);
+    }
+    // Gives every second pixel a colour, whose top byte becomes the alpha: where the sum of column and row,
+    // counted from the corner of the rectangle, is odd.
+    int FillStippled(COLORREF color) { return FillStippledRect(color, Whole()); }
+    int FillStippledRect(COLORREF color, int x, int y, int w, int h);
+    int FillStippledRect(COLORREF color, CRect const& where) {
+        return FillStippledRect(color, where.left, where.top, where.Width(), where.Height());
+    }
+    // Sets the alpha.
+    int FillAlpha(int alpha) { return FillAlphaRect(Whole(), alpha); }
+    int FillAlphaRect(int x, int y, int w, int h, int alpha);
+    int FillAlphaRect(CRect const& where, int alpha) {
+        return FillAlphaRect(where.left, where.top, where.Width(), where.Height(), alpha);
+    }
+    // Sets the alpha to values from a1 at the left towards a2 at the right, or from a2 in the first memory
+    // row towards a1 in the last, in equal steps over the rectangle as it is cut to the image; each is a sum
+    // of steps in single precision, cut to a whole number.
+    int FillAlphaGradient(int a1, int a2, int horizontal) {
+        return FillAlphaGradientRect(Whole(), a1, a2, horizontal);
+    }
+    int FillAlphaGradientRect(int x, int y, int w, int h, int a1, int a2, int horizontal);
+    int FillAlphaGradientRect(CRect const& where, int a1, int a2, int horizontal) {
+        return FillAlphaGradientRect(where.left, where.top, where.Width(), where.Height(), a1, a2,
+                                     horizontal);
+    }
+
+    // Colours.
+
+    // Gives pixels of one colour another one; their alpha stays, or becomes the one that is given.
+    int ExchangeColor(COLORREF from, COLORREF to) { return ExchangeColorRect(Whole(), from, to); }
+    int ExchangeColor(COLORREF from, COLORREF to, int alpha) {
+        return ExchangeColorRect(Whole(), from, to, alpha);
+    }
+    int ExchangeColorRect(int x, int y, int w, int h, COLORREF from, COLORREF to);
+    int ExchangeColorRect(int x, int y, int w, int h, COLORREF from, COLORREF to, int alpha);
+    int ExchangeColorRect(CRect const& where, COLORREF from, COLORREF to) {
+        return ExchangeColorRect(where.left, where.top, where.Width(), where.Height(), from, to);
+    }
+    int ExchangeColorRect(CRect const& where, COLORREF from, COLORREF to, int alpha) {
+        return ExchangeColorRect(where.left, where.top, where.Width(), where.Height(), from, to, alpha);
+    }
+    // Gives pixels their grey, 0.3 red + 0.59 green + 0.11 blue in double precision, cut to a whole number;
+    // all of them, or all but those of one colour.
+    int GreyScale() { return GreyScaleRect(Whole()); }
+    int GreyScaleRect(int x, int y, int w, int h);
+    int GreyScaleRect(CRect const& where) {
+        return GreyScaleRect(where.left, where.top, where.Width(), where.Height());
+    }
+    int GreyScaleTransparent(COLORREF key);
+
+    // Compositing, with an image or with a colour in the place of each of its pixels.
+    //
+    // From a byte d of colour of this image and the byte s of the other, each makes
+    //   Blend       ((s - d) * amount + d * 256) >> 8, which is d for 0 but less than s for 255
+    //   Blend50     (d >> 1) + (s >> 1); the alpha becomes 0
+    //   Darken      the smaller
+    //   Lighten     the larger
+    //   Screen      255 - ((255 - d) * (255 - s) >> 8)
+    //   Add         d + s, at most 255
+    //   Difference  abs(s - d)
+    //   Multiply    d * s >> 8
+    // The alpha of this image stays, but for Blend50. The source may be this image: what comes out is as if
+    // it had been copied before.
+    //
+    // The arguments, which Blend has an amount behind, are one of
+    //   Darken(CTovDib const* src)                      the first pixel of the source at (0, 0)
+    //   Darken(CTovDib const* src, int x, int y)        or elsewhere
+    //   Darken(CTovDib const* src, CPoint to)
+    //   Darken(COLORREF color)
+    //   DarkenRect(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y)
+    //   DarkenRect(CTovDib const* src, CRect from, CPoint to)
+    //   DarkenRect(COLORREF color, int x, int y, int w, int h)
+    //   DarkenRect(COLORREF color, CRect where)
+
+    template <class... Arguments>
+    int Blend(Arguments const&... arguments) {
+        return Compose(Mode::kBlend, arguments...);
+    }
+    template <class... Arguments>
+    int BlendRect(Arguments const&... arguments) {
+        return ComposeRect(Mode::kBlend, arguments...);
+    }
+    template <class... Arguments>
+    int Blend50(Arguments const&... arguments) {
+        return Compose(Mode::kBlend50, arguments..., 0);
+    }
+    template <class... Arguments>
+    int Blend50Rect(Arguments const&... arguments) {
+        return ComposeRect(Mode::kBlend50, arguments..., 0);
+    }
+    template <class... Arguments>
+    int Darken(Arguments const&... arguments) {
+        return Compose(Mode::kDarken, arguments..., 0);
+    }
+    template <class... Arguments>
+    int DarkenRect(Arguments const&... arguments) {
+        return ComposeRect(Mode::kDarken, arguments..., 0);
+    }
+    template <class... Arguments>
+    int Lighten(Arguments const&... arguments) {
+        return Compose(Mode::kLighten, arguments..., 0);
+    }
+    template <class... Arguments>
+    int LightenRect(Arguments const&... arguments) {
+        return ComposeRect(Mode::kLighten, arguments..., 0);
+    }
+    template <class... Arguments>
+    int Screen(Arguments const&... arguments) {
+        return Compose(Mode::kScreen, arguments..., 0);
+    }
+    template <class... Arguments>
+    int ScreenRect(Arguments const&... arguments) {
+        return ComposeRect(Mode::kScreen, arguments..., 0);
+    }
+    template <class... Arguments>
+    int Add(Arguments const&... arguments) {
+        return Compose(Mode::kAdd, arguments..., 0);
+    }
+    template <class... Arguments>
+    int AddRect(Arguments const&... arguments) {
+        return ComposeRect(Mode::kAdd, arguments..., 0);
+    }
+    template <class... Arguments>
+    int Difference(Arguments const&... arguments) {
+        return Compose(Mode::kDifference, arguments..., 0);
+    }
+    template <class... Arguments>
+    int DifferenceRect(Arguments const&... arguments) {
+        return ComposeRect(Mode::kDifference, arguments..., 0);
+    }
+    template <class... Arguments>
+    int Multiply(Arguments const&... arguments) {
+        return Compose(Mode::kMultiply, arguments..., 0);
+    }
+    template <class... Arguments>
+    int MultiplyRect(Arguments const&... arguments) {
+        return ComposeRect(Mode::kMultiply, arguments..., 0);
+    }
+
  private:
+    enum class Mode { kBlend, kBlend50, kDarken, kLighten, kScreen, kAdd, kDifference, kMultiply };
+
+    CRect Whole() const { return {0, 0, m_nWidth, m_nHeight}; }
+
+    int Compose(Mode mode, CTovDib const* src, int amount) { return Compose(mode, src, 0, 0, amount); }
+    int Compose(Mode mode, CTovDib const* src, int x, int y, int amount);
+    int Compose(Mode mode, CTovDib const* src, CPoint const& to, int amount) {
+        return Compose(mode, src, to.x, to.y, amount);
+    }
+    template <std::integral Color>
+    int Compose(Mode mode, Color color, int amount) {
+        return ComposeRect(mode, color, Whole(), amount);
+    }
+    int ComposeRect(Mode mode, CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y,
+                    int amount);
+    int ComposeRect(Mode mode, CTovDib const* src, CRect const& from, CPoint const& to, int amount) {
+        return ComposeRect(mode, src, from.left, from.top, from.Width(), from.Height(), to.x, to.y, amount);
+    }
+    // A template, so that the colour 0 is not taken for a null image.
+    template <std::integral Color>
+    int ComposeRect(Mode mode, Color color, int x, int y, int w, int h, int amount) {
+        return ComposeColor(mode, static_cast<COLORREF>(color), x, y, w, h, amount);
+    }
+    template <std::integral Color>
+    int ComposeRect(Mode mode, Color color, CRect const& where, int amount) {
+        return ComposeRect(mode, color, where.left, where.top, where.Width(), where.Height(), amount);
+    }
+    int ComposeColor(Mode mode, COLORREF color, int x, int y, int w, int h, int amount);
+
+    // Checks, and what is left of rectangles.
+    int ChkDstSizeRect(int& x, int& y, int& w, int& h) const {
+        return m_bitmap != nullptr && ClipXYWH(x, y, w, h);
+    }
+    static int ChkSrcSize(CTovDib const* src) { return src != nullptr && src->m_bitmap != nullptr; }
+    static int ChkSrcSizeRect(CTovDib const* src, int& x, int& y, int& w, int& h);
+    int PrepDst(int& x, int& y, int& w, int& h, PixelRows& rows);
+    int PrepDstSrc(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y, PixelRows& rows);
+    int PrepCopy(CTovDib const* src, int x, int y, PixelRows& rows);
+    int Recolor(int x, int y, int w, int h, COLORREF from, COLORREF to, std::uint32_t alpha,
+                std::uint32_t taken);
+    int AdjustSize(CTovDib const* src, float angle, float scale, CTovPoint<double>* corners);
+    int Stretch(CTovDib const* src, float angle, float scale, CTovPoint<float> const& to,
+                CTovPoint<float> const& from, PixelStretch const& how);
+    int StretchCentred(CTovDib const* src, float angle, float scale, int adjustSize,
+                       CTovPoint<double>* corners, PixelStretch const& how);
+
     HBITMAP m_bitmap;
     BITMAPINFO m_info{};
     int m_nWidth = 0;

@@ -1,0 +1,66 @@
+// Device contexts: what the library asks of a window, a printer or a picture that it draws on. The toolkit
+// side derives from CDC; without it there is nothing to draw on.
+#pragma once
+
+#include <tov310/geometry.h>
+#include <tov310/object.h>
+#include <tov310/pixels.h>
+
+#include <cstdint>
+
+namespace tov {
+
+// How pixels are made fewer when a picture is drawn smaller than it is.
+inline constexpr int BLACKONWHITE = 1;  // of several the darkest (bit by bit)
+inline constexpr int WHITEONBLACK = 2;  // of several the lightest (bit by bit)
+inline constexpr int COLORONCOLOR = 3;  // one of several
+inline constexpr int HALFTONE = 4;      // their mean
+
+// A device to draw on. Places are pixels of the device, from its left and top.
+//
+// Drawing functions answer non-zero, or 0 where nothing was drawn, as this class does itself. Pixels are
+// handed over as they lie in memory: rows without gaps, a header that says size and direction. Rows of a
+// source are counted in memory too.
+class TOV_CORE_API CDC : public CObject {
+    TOV_DYNAMIC(CDC, CObject)
+ public:
+    CDC() = default;
+    ~CDC() override;
+    CDC(CDC const&) = delete;
+    CDC& operator=(CDC const&) = delete;
+
+    // Draws the first `width` columns of the first `height` memory rows, as many as there are, pixel by
+    // pixel. The rectangle has its left top corner at (x, y); memory row 0 falls on its top row in a source
+    // that runs top-down, on its bottom row in one that runs bottom-up.
+    virtual int SetDIBitsToDevice(int x, int y, int width, int height, std::uint32_t const* bits,
+                                  BITMAPINFOHEADER const& header);
+
+    // Draws a rectangle of a source, which lies inside it, into a rectangle of the device, by the present
+    // stretch mode. `operation` is a raster operation.
+    virtual int StretchDIBits(int x, int y, int width, int height, int xSrc, int ySrc, int widthSrc,
+                              int heightSrc, std::uint32_t const* bits, BITMAPINFOHEADER const& header,
+                              std::uint32_t operation);
+
+    // Reads what stands at (x, y), in the size of the block and with rows in its direction. 0, with nothing
+    // changed, where the device cannot be read.
+    virtual int GetDIBits(int x, int y, CTovPixels& to);
+
+    // One of the stretch modes; COLORONCOLOR at first. Answers the former one, or 0 with nothing changed
+    // where there is no such mode.
+    virtual int SetStretchBltMode(int mode);
+    int GetStretchBltMode() const { return m_nStretchMode; }
+
+    // The place from which patterns are laid out; (0, 0) at first. Answers the former one.
+    virtual CPoint SetBrushOrg(CPoint const& origin);
+    CPoint GetBrushOrg() const { return m_brushOrigin; }
+
+    // 1 where measures come from another device than the one that is drawn on, or the drawing is kept for
+    // one: while printing and in a print preview.
+    virtual int HasAttributeDC() const;
+
+ private:
+    int m_nStretchMode = COLORONCOLOR;
+    CPoint m_brushOrigin;
+};
+
+}  // namespace tov
