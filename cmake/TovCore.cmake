@@ -2,6 +2,7 @@
 find_package(SQLite3 REQUIRED)
 find_package(nlohmann_json 3.11 REQUIRED)
 find_package(Threads REQUIRED)
+find_path(TOV_ASIO_INCLUDE_DIR asio.hpp REQUIRED)
 
 # One list for the shared library and for the objects that tests of hidden functions link.
 file(GLOB TOV_CORE_SOURCES CONFIGURE_DEPENDS
@@ -15,10 +16,11 @@ file(GLOB TOV_CORE_SOURCES CONFIGURE_DEPENDS
 add_library(Tov310CoreObjects OBJECT ${TOV_CORE_SOURCES})
 tov_compile_settings(Tov310CoreObjects)
 set_target_properties(Tov310CoreObjects PROPERTIES UNITY_BUILD_BATCH_SIZE 8)
-target_compile_definitions(Tov310CoreObjects PRIVATE TOV_CORE_BUILD)
+target_compile_definitions(Tov310CoreObjects PRIVATE TOV_CORE_BUILD ASIO_STANDALONE ASIO_NO_DEPRECATED)
 target_include_directories(Tov310CoreObjects
     PUBLIC "${PROJECT_SOURCE_DIR}/include"
     PRIVATE "${PROJECT_SOURCE_DIR}")
+target_include_directories(Tov310CoreObjects SYSTEM PRIVATE "${TOV_ASIO_INCLUDE_DIR}")
 target_link_libraries(Tov310CoreObjects
     PUBLIC Threads::Threads
     PRIVATE SQLite::SQLite3 nlohmann_json::nlohmann_json ${CMAKE_DL_LIBS})

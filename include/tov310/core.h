@@ -22,9 +22,12 @@
 #include <tov310/last_documents.h>
 #include <tov310/leap_seconds.h>
 #include <tov310/log_file.h>
+#include <tov310/mail_message.h>
+#include <tov310/mapi.h>
 #include <tov310/menu.h>
 #include <tov310/menu_popup.h>
 #include <tov310/messages.h>
+#include <tov310/mime.h>
 #include <tov310/object.h>
 #include <tov310/packed_angle.h>
 #include <tov310/path.h>
@@ -35,6 +38,7 @@
 #include <tov310/resources.h>
 #include <tov310/single_instance.h>
 #include <tov310/smart_ptr.h>
+#include <tov310/smtp.h>
 #include <tov310/system.h>
 #include <tov310/system_error.h>
 #include <tov310/text.h>

@@ -1,0 +1,223 @@
+#include "mail/transfer_encoding.h"
+
+#include <tov310/base64.h>
+
+#include "util/file_facts.h"
+#include "vesk/file_pieces.h"
+#include "vesk/memory.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace tov {
+namespace {
+
+constexpr std::size_t mostInLine = 998;     // RFC 5321, without the line end
+constexpr std::size_t bytesInLine = 57;     // 76 characters
+constexpr std::size_t linesInPiece = 1024;  // in the cache, with their code
+constexpr unsigned long codedLineLength = 76;
+
+unsigned char const* BytesOf(std::string_view text) {
+    return reinterpret_cast<unsigned char const*>(text.data());
+}
+
+bool IsLineEnd(char c) {
+    return c == '\r' || c == '\n';
+}
+
+bool EqualsWord(std::string_view text, std::string_view word) {
+    return std::ranges::equal(text, word,
+                              [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + 32 : a) == b; });
+}
+
+// Whole lines but for the last piece of a text.
+void AppendLines(CString& out, std::string_view bytes) {
+    std::size_t const whole = bytes.size() / bytesInLine * bytesInLine;
+    if (whole != 0) {
+        CString const code = TovEncodeBase64(BytesOf(bytes), whole, codedLineLength);
+        out.append(code, 0, whole / bytesInLine * (codedLineLength + 2));
+    }
+    if (whole != bytes.size()) out.append(EncodedBase64(bytes.substr(whole))).append("\r\n");
+}
+
+}  // namespace
+
+bool IsSevenBitLines(std::string_view text) {
+    std::size_t begin = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        auto const byte = static_cast<unsigned char>(text[i]);
+        if (byte == 0 || byte > 127 || byte == '\n') return false;
+        if (byte == '\r') {
+            if (i + 1 == text.size() || text[i + 1] != '\n') return false;
+            begin = ++i + 1;
+        } else if (i - begin >= mostInLine) {
+            return false;
+        }
+    }
+    return true;
+}
+
+TransferEncoding EncodingFor(std::string_view declared, std::string_view text) {
+    if (EqualsWord(declared, "base64")) return TransferEncoding::kBase64;
+    if (EqualsWord(declared, "quoted-printable") || !IsSevenBitLines(text))
+        return TransferEncoding::kQuotedPrintable;
+    return TransferEncoding::kAsItStands;
+}
+
+void AppendQuotedPrintable(CString& out, std::string_view text) {
+    constexpr char hex[] = "0123456789ABCDEF";
+    constexpr std::size_t mostEncoded = 75;  // and the "=" of a soft line end
+    std::size_t column = 0;
+    auto const put = [&](std::string_view code) {
+        if (column + code.size() > mostEncoded) {
+            out += "=\r\n";
+            column = 0;
+        }
+        out += code;
+        column += code.size();
+    };
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char const c = text[i];
+        bool const isBeforeEnd = i + 1 == text.size() || IsLineEnd(text[i + 1]);
+        if (c == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
+            out += "\r\n";
+            column = 0;
+            ++i;
+        } else if ((c > ' ' && c <= '~' && c != '=') || ((c == ' ' || c == '\t') && !isBeforeEnd)) {
+            put({&c, 1});
+        } else {
+            auto const byte = static_cast<unsigned char>(c);
+            char const code[] = {'=', hex[byte >> 4], hex[byte & 15]};
+            put({code, sizeof code});
+            if (c == '\n') {  // for whoever looks at the source
+                out += "=\r\n";
+                column = 0;
+            }
+        }
+    }
+    if (column != 0) out += "=\r\n";
+}
+
+CString EncodedBase64(std::string_view bytes) {
+    CString code = TovEncodeBase64(BytesOf(bytes), bytes.size(), 0);
+    if (bytes.size() % 3 == 0) code.resize(bytes.size() / 3 * 4);  // without the group of the tail
+    return code;
+}
+
+void AppendBase64(CString& out, std::string_view bytes) {
+    for (constexpr std::size_t piece = bytesInLine * linesInPiece; !bytes.empty();) {
+        std::string_view const next = bytes.substr(0, piece);
+        AppendLines(out, next);
+        bytes.remove_prefix(next.size());
+    }
+}
+
+std::size_t Base64FileLength(char const* path) {
+    FilePieces file;
+    if (file.Open(SystemPath(path).c_str())) return 0;
+    return (file.Size() / bytesInLine + 1) * (codedLineLength + 2) + 8;
+}
+
+void AppendBase64File(CString& out, char const* path, bool strict) {
+    constexpr std::size_t pieceSize = bytesInLine * linesInPiece;
+    auto const buffer = std::make_unique_for_overwrite<char[]>(pieceSize);
+    std::string const systemPath = SystemPath(path);
+    std::size_t const begin = out.size();
+    constexpr int mostTries = 8;
+    for (int i = 0; i < mostTries; ++i) {
+        FilePieces file;
+        if (file.Open(systemPath.c_str())) return;
+        std::size_t const length = (file.Size() / bytesInLine + 1) * (codedLineLength + 2) + 8;
+        if (out.capacity() - out.size() < length) out.reserve(out.size() + length);
+        VeskExpectWrites(out.data() + out.size(), out.capacity() - out.size());
+        std::error_code failure;
+        std::uint64_t left = file.Size();
+        for (bool isLast = false; !isLast && !failure;) {
+            std::size_t got = 0;
+            auto const wanted = static_cast<std::size_t>(std::min<std::uint64_t>(pieceSize, left));
+            failure = file.Read(buffer.get(), wanted, got);
+            left -= got;
+            // Whole pieces end with their lines, so that each begins a line and its length is a multiple
+            // of 4.
+            isLast = left == 0 || got < wanted;
+            std::string_view const bytes(buffer.get(), got);
+            if (isLast && !strict) {
+                out += TovEncodeBase64(BytesOf(bytes), bytes.size(), codedLineLength);
+            } else {
+                AppendLines(out, bytes);
+            }
+        }
+        if (!failure && left == 0 && file.IsAsItWas()) return;
+        out.resize(begin);
+        if (failure) return;
+    }
+}
+
+CString WithLineEnds(std::string_view text) {
+    CString lines;
+    lines.reserve(text.size() + text.size() / 16);
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (!IsLineEnd(text[i])) {
+            lines += text[i];
+            continue;
+        }
+        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') ++i;
+        lines += "\r\n";
+    }
+    return lines;
+}
+
+void DoubleLoneDots(CString& text) {
+    auto const isLone = [&](std::size_t i) {
+        return (i == 0 || IsLineEnd(text[i - 1])) && (i + 1 == text.size() || IsLineEnd(text[i + 1]));
+    };
+    std::size_t count = 0;
+    for (std::size_t i = text.find('.'); i != text.npos; i = text.find('.', i + 1))
+        count += isLone(i);
+    if (count == 0) return;
+    // From the end on, in the same text: what is read lies in front of what was written.
+    std::size_t from = text.size();
+    text.resize(from + count);
+    for (std::size_t to = text.size(); to != from;) {
+        --from;
+        bool const isDoubled = text[from] == '.' && (from == 0 || IsLineEnd(text[from - 1])) &&
+                               (to == text.size() || IsLineEnd(text[to]));
+        text[--to] = text[from];
+        if (isDoubled) text[--to] = '.';
+    }
+}
+
+void StuffStrictly(CString& text) {
+    bool isReady = true;
+    std::size_t begin = 0;
+    for (std::size_t i = 0; i < text.size() && isReady; ++i) {
+        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
+            begin = ++i + 1;
+        } else {
+            isReady = !IsLineEnd(text[i]) && i - begin < mostInLine && (text[i] != '.' || i != begin);
+        }
+    }
+    if (isReady) return;
+    CString stuffed;
+    stuffed.reserve(text.size() + text.size() / 16);
+    std::size_t column = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char const c = text[i];
+        if (IsLineEnd(c)) {
+            if (c == '\r' && i + 1 < text.size() && text[i + 1] == '\n') ++i;
+            stuffed += "\r\n";
+            column = 0;
+            continue;
+        }
+        if (column == mostInLine) {
+            stuffed += "\r\n";
+            column = 0;
+        }
+        if (column == 0 && c == '.') stuffed += '.';
+        stuffed += c;
+        ++column;
+    }
+    text = std::move(stuffed);
+}
+
+}  // namespace tov

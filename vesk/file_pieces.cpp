@@ -1,0 +1,47 @@
+#include "vesk/file_pieces.h"
+
+#include "vesk/descriptor.h"
+
+#include <sys/stat.h>
+
+namespace tov {
+namespace {
+
+std::int64_t WrittenAt(struct stat const& facts) {
+    return std::int64_t{facts.st_mtim.tv_sec} * 1'000'000'000 + facts.st_mtim.tv_nsec;
+}
+
+}  // namespace
+
+FilePieces::~FilePieces() {
+    FileDescriptor const closed(m_descriptor);
+}
+
+std::error_code FilePieces::Open(char const* path) {
+    auto file = OpenDescriptor(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
+    struct stat facts {};
+    if (!file || ::fstat(file.Get(), &facts) != 0) return FileError();
+    if (!S_ISREG(facts.st_mode)) return FileError(S_ISDIR(facts.st_mode) ? EISDIR : EINVAL);
+    m_size = static_cast<std::uint64_t>(facts.st_size);
+    m_written = WrittenAt(facts);
+    m_descriptor = file.Release();
+    return {};
+}
+
+std::error_code FilePieces::Read(char* buffer, std::size_t length, std::size_t& got) {
+    for (got = 0; got < length;) {
+        auto const count = Uninterrupted([&] { return ::read(m_descriptor, buffer + got, length - got); });
+        if (count < 0) return FileError();
+        if (count == 0) break;
+        got += static_cast<std::size_t>(count);
+    }
+    return {};
+}
+
+bool FilePieces::IsAsItWas() const {
+    struct stat facts {};
+    return ::fstat(m_descriptor, &facts) == 0 && static_cast<std::uint64_t>(facts.st_size) == m_size &&
+           WrittenAt(facts) == m_written;
+}
+
+}  // namespace tov
