@@ -77,7 +77,7 @@ SpanReading operator+(SpanReading const& a, SpanReading const& b) {
 }
 
 double SumOfDays(double a, double b) {
-    if (!(std::abs(a) < maxSpanDays / 2 && std::abs(b) < maxSpanDays / 2)) return a + b;
+    if (!HasSeconds(a) || !HasSeconds(b) || !HasSeconds(a + b)) return a + b;
     return (SpanReading::OfDays(a) + SpanReading::OfDays(b)).Days();
 }
 

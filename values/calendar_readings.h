@@ -21,7 +21,6 @@ std::optional<ClockReading> OleReading(COleDateTime const& date);
 // A valid date. The reading must lie in the range of COleDateTime.
 COleDateTime OleOfReading(ClockReading const& reading);
 
-// Years and fractions out of range give nothing: 1 January 100 to the end of 31 December 9999.
 inline constexpr ClockReading minOleReading{MjdOfDate(100, 1, 1), 0, 0};
 inline constexpr ClockReading maxOleReading{MjdOfDate(9999, 12, 31), secondsPerDay - 1, 0};
 
@@ -40,6 +39,9 @@ struct SpanReading {
 
 // More days are not cut into seconds.
 inline constexpr double maxSpanDays = 1e14;
+inline bool HasSeconds(double days) {
+    return days > -maxSpanDays && days < maxSpanDays;
+}
 
 // The sum of two numbers of days, in which whole seconds stay whole.
 double SumOfDays(double a, double b);
