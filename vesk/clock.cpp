@@ -29,14 +29,6 @@ bool VeskUtcFields(std::int64_t seconds, std::tm& fields) {
     return false;
 }
 
-std::optional<std::int64_t> VeskLocalMoment(std::tm fields) {
-    // The second before 1970 is the same number as a failure, but only success tells the day of the week.
-    fields.tm_wday = -1;
-    std::time_t const moment = mktime(&fields);
-    if (moment == -1 && fields.tm_wday == -1) return std::nullopt;
-    return moment;
-}
-
 void VeskAppendTime(std::string& out, wchar_t const* format, std::tm const& fields) {
     wchar_t text[256];
     std::size_t const length = std::wcsftime(text, std::size(text), format, &fields);

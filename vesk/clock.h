@@ -20,8 +20,9 @@ long VeskSecondsWest();
 bool VeskLocalFields(std::int64_t seconds, std::tm& fields);
 bool VeskUtcFields(std::int64_t seconds, std::tm& fields);
 
-// The moment of a local clock reading, whose fields may be of any size. Nothing where its year fits no int.
-std::optional<std::int64_t> VeskLocalMoment(std::tm fields);
+// The moment of a local clock reading, whose fields may be of any size, as mktime takes it. Nothing where its
+// year fits no int. `east` gets the seconds by which the clock is ahead of UTC then.
+std::optional<std::int64_t> VeskLocalMoment(std::tm const& fields, long* east = nullptr);
 
 // Names in the language of LC_TIME at present, in UTF-8; empty where the locale has none. Months and days of
 // the week (from Sunday) count from 0. A name lives until the locale changes or the thread asks for the next
