@@ -5,6 +5,10 @@
 
 namespace tov {
 
+class COleDateTime;
+class CTime;
+class CTovTime;
+
 // By bytes, as strcmp does, which for UTF-8 is by code points. Null counts as empty.
 TOV_CORE_API int TovCompare(char const* a, char const* b);
 
@@ -26,5 +30,19 @@ TOV_CORE_API int TovCompare(int a, int b);
 // Equal when |a - b| < e * max(|a|, |b|) + e with e = 2^-52. A NaN equals a NaN and comes behind every
 // number. The tolerance makes this relation not transitive: sort with it by merging (std::stable_sort).
 TOV_CORE_API int TovCompare(double a, double b);
+
+// By time: those of CTovTime by their MjdUTC, which like the number of a COleDateTime compares with the
+// tolerance. A COleDateTime that is not valid comes before all that are.
+TOV_CORE_API int TovCompare(CTovTime const& a, CTovTime const& b);
+TOV_CORE_API int TovCompare(CTime const& a, CTime const& b);
+TOV_CORE_API int TovCompare(COleDateTime const& a, COleDateTime const& b);
+
+// By the date alone, or by the time of the day alone, of the local reading.
+TOV_CORE_API int TovCompareDatePart(CTovTime const& a, CTovTime const& b);
+TOV_CORE_API int TovCompareDatePart(CTime const& a, CTime const& b);
+TOV_CORE_API int TovCompareDatePart(COleDateTime const& a, COleDateTime const& b);
+TOV_CORE_API int TovCompareTimePart(CTovTime const& a, CTovTime const& b);
+TOV_CORE_API int TovCompareTimePart(CTime const& a, CTime const& b);
+TOV_CORE_API int TovCompareTimePart(COleDateTime const& a, COleDateTime const& b);
 
 }  // namespace tov

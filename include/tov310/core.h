@@ -44,6 +44,7 @@
 #include <tov310/text.h>
 #include <tov310/time_helper.h>
 #include <tov310/time_types.h>
+#include <tov310/tov_time.h>
 #include <tov310/types.h>
 #include <tov310/undo_redo.h>
 #include <tov310/unit_settings.h>
