@@ -3,27 +3,20 @@
 #include <tov310/system_error.h>
 #include <tov310/window.h>
 
+#include "support/child.h"
 #include "support/temporary_folder.h"
 #include "vesk/local_socket.h"
 #include "vesk/lock_file.h"
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <array>
 #include <atomic>
-#include <chrono>
 #include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <functional>
 #include <list>
-#include <memory>
-#include <string>
 #include <thread>
-#include <vector>
 
 namespace tov {
 namespace {
@@ -37,47 +30,64 @@ struct MainWindow : CTovMessageWindow {
     int activations = 0;
 };
 
-// A process of its own that says a word at each step of its life and waits for one before the next.
-class Process {
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+std::unique_ptr<CTovSingleInstance> Named(std::string const& name) {
+    auto instance = std::make_unique<CTovSingleInstance>();
+    EXPECT_EQ(instance->SetObjectName(name), 1);
+    return instance;
+}
+
+// A copy of the program in a process of its own: once it is told to start it says whether it is the first,
+// then obeys orders.
+class Copy {
  public:
-    explicit Process(std::function<int(Process&)> const& life) {
-        EXPECT_EQ(::pipe(m_up.data()) + ::pipe(m_down.data()), 0);
-        m_child = ::fork();
-        if (m_child != 0) return;
-        ::alarm(60);
-        ::_exit(life(*this));
+    Copy() {
+        EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, m_ends.data()), 0);
+        m_child = test::StartChild([this] {
+            ::alarm(60);
+            std::swap(m_ends[0], m_ends[1]);
+            Live();
+            return true;
+        });
     }
-    ~Process() {
-        if (m_child > 0) Kill();
-        for (int const end : {m_up[0], m_up[1], m_down[0], m_down[1]})
+    ~Copy() {
+        if (m_child > 0) End(SIGKILL);
+        for (int const end : m_ends)
             ::close(end);
     }
-    // In the child.
-    void Say(char word) const { EXPECT_EQ(::write(m_up[1], &word, 1), 1); }
-    char Wait() const { return Read(m_down[0]); }
-    // In the parent.
-    char Hear() const { return Read(m_up[0]); }
-    void Tell(char word) const { EXPECT_EQ(::write(m_down[1], &word, 1), 1); }
+    void Say(char word) const { EXPECT_EQ(::write(m_ends[0], &word, 1), 1); }
+    char Hear() const {
+        char word = 0;
+        return ::read(m_ends[0], &word, 1) == 1 ? word : '?';
+    }
     char Ask(char word) const {
-        Tell(word);
+        Say(word);
         return Hear();
     }
-    int End() {
-        int status = -1;
-        ::waitpid(std::exchange(m_child, 0), &status, 0);
-        return status;
-    }
-    void Kill() {
-        ::kill(m_child, SIGKILL);
-        End();
+    int End(int signal) {
+        ::kill(m_child, signal);
+        return test::EndChild(std::exchange(m_child, 0));
     }
 
  private:
-    static char Read(int from) {
-        char word = 0;
-        return ::read(from, &word, 1) == 1 ? word : '?';
+    void Live() const {
+        Hear();
+        auto const instance = Named("Survey");
+        Say(instance->IsAlreadyExisting() ? 'x' : '1');
+        MainWindow window;
+        for (char order = Hear(); order != '.'; order = Hear()) {
+            if (order == 'r')
+                Say(instance->RegisterMainWindowClass(nullptr, window.GetSafeHwnd()) ? 'y' : 'n');
+            if (order == 'a') Say(!instance->FindMainWindow() && instance->ActivateMainWindow() ? 'y' : 'n');
+            if (order != 'd') continue;
+            TovWaitForPosts(5000);
+            TovDispatchPosts();
+            Say(static_cast<char>('0' + window.activations));
+        }
     }
-    std::array<int, 2> m_up{}, m_down{};
+    std::array<int, 2> m_ends{};  // this process's, then the other's
     pid_t m_child = 0;
 };
 
@@ -86,39 +96,9 @@ class SingleInstanceTest : public testing::Test {
     SingleInstanceTest() { setenv("XDG_RUNTIME_DIR", m_folder.path().c_str(), 1); }
     ~SingleInstanceTest() override { unsetenv("XDG_RUNTIME_DIR"); }
 
-    static std::unique_ptr<CTovSingleInstance> Named(std::string const& name) {
-        auto instance = std::make_unique<CTovSingleInstance>();
-        EXPECT_EQ(instance->SetObjectName(name), 1);
-        return instance;
-    }
-
     std::ptrdiff_t Files() const {
         std::error_code none;
-        return std::distance(std::filesystem::directory_iterator(m_folder.path() / "Tov310", none), {});
-    }
-
-    // A copy of the program: says whether it is the first, then obeys.
-    static int Copy(Process& process) {
-        auto const instance = Named("Survey");
-        process.Say(instance->IsAlreadyExisting() ? 'x' : '1');
-        MainWindow window;
-        for (;;) {
-            switch (process.Wait()) {
-                case 'r':
-                    process.Say(instance->RegisterMainWindowClass(nullptr, window.GetSafeHwnd()) ? 'y' : 'n');
-                    break;
-                case 'a':
-                    process.Say(!instance->FindMainWindow() && instance->ActivateMainWindow() ? 'y' : 'n');
-                    break;
-                case 'd':
-                    TovWaitForPosts(5000);
-                    TovDispatchPosts();
-                    process.Say(static_cast<char>('0' + window.activations));
-                    break;
-                default:
-                    return 0;
-            }
-        }
+        return std::distance(fs::directory_iterator(m_folder.path() / "Tov310", none), {});
     }
 
     test::TemporaryFolder m_folder;
@@ -130,16 +110,17 @@ TEST_F(SingleInstanceTest, NamesAreSetUntilOneIsHeld) {
     MainWindow window;
     EXPECT_EQ(instance.IsAlreadyExisting(&m_error), 0);
     EXPECT_EQ(m_error, 0u);
-    EXPECT_EQ(instance.ActivateMainWindow(), 0);
-    EXPECT_EQ(instance.RegisterMainWindowClass(nullptr, window.GetSafeHwnd()), 0);
-    EXPECT_EQ(instance.SetObjectName(TovBuiltInResourceModule(), 1), 0);
-    EXPECT_EQ(instance.SetObjectName(TovBuiltInResourceModule(), 26017), 1);
+    EXPECT_EQ(instance.ActivateMainWindow() + instance.RegisterMainWindowClass(nullptr, window.GetSafeHwnd()),
+              0);
+    HINSTANCE const module = TovBuiltInResourceModule();
+    EXPECT_EQ(instance.SetObjectName(module, 1) * 10 + instance.SetObjectName(module, 26017), 1);
     EXPECT_EQ(instance.SetObjectName("Survey"), 1);
     EXPECT_EQ(instance.GetMainWindowClassName(), "Survey Class");
-    EXPECT_EQ(instance.IsAlreadyExisting(), 0);
-    EXPECT_EQ(instance.SetObjectName("Other"), 0);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(instance.IsAlreadyExisting(), 0) << "the name is its own";
+        EXPECT_EQ(instance.SetObjectName("Other"), 0);
+    }
     EXPECT_EQ(instance.GetObjectName(), "Survey");
-    EXPECT_EQ(instance.IsAlreadyExisting(), 0) << "the name is its own";
 }
 
 TEST_F(SingleInstanceTest, AnotherObjectOfTheProcessFindsTheMainWindow) {
@@ -167,22 +148,17 @@ TEST_F(SingleInstanceTest, AnotherObjectOfTheProcessFindsTheMainWindow) {
 
 TEST_F(SingleInstanceTest, ASecondProcessActivatesTheFirstUntilItEndsOrIsKilled) {
     for (bool const kill : {true, true, false}) {
-        Process first(Copy);
-        ASSERT_EQ(first.Hear(), '1');
-        Process second(Copy);
-        ASSERT_EQ(second.Hear(), 'x');
+        Copy first, second;
+        ASSERT_EQ(first.Ask('.'), '1');
+        ASSERT_EQ(second.Ask('.'), 'x');
         EXPECT_EQ(second.Ask('a'), 'n') << "no main window yet";
         EXPECT_EQ(first.Ask('r'), 'y');
         for (char const count : {'1', '2'}) {
             EXPECT_EQ(second.Ask('a'), 'y') << "and finds no window of its own";
             EXPECT_EQ(first.Ask('d'), count);
         }
-        if (kill) {
-            first.Kill();
-        } else {
-            first.Tell('.');
-            EXPECT_EQ(first.End(), 0);
-        }
+        if (!kill) first.Say('.');
+        EXPECT_EQ(first.End(kill ? SIGKILL : 0), kill ? SIGKILL : 0);
         EXPECT_EQ(Files(), kill ? 2 : 0) << "lock and socket of the dead";
         EXPECT_EQ(second.Ask('a'), 'n');
     }
@@ -190,61 +166,46 @@ TEST_F(SingleInstanceTest, ASecondProcessActivatesTheFirstUntilItEndsOrIsKilled)
 
 TEST_F(SingleInstanceTest, OfManyThatStartAtOnceOneIsTheFirst) {
     for (int round = 0; round < 10; ++round) {
-        std::list<Process> processes;
-        for (int i = 0; i < 6; ++i) {
-            processes.emplace_back([](Process& process) {
-                process.Wait();
-                return Copy(process);
-            });
-        }
-        for (Process const& process : processes)
-            process.Tell('.');
-        int firsts = 0;
-        for (Process const& process : processes)
-            firsts += process.Hear() == '1';
-        EXPECT_EQ(firsts, 1);
+        std::array<Copy, 6> copies;
+        for (Copy const& copy : copies)
+            copy.Say('.');
+        EXPECT_EQ(std::ranges::count(copies, '1', &Copy::Hear), 1);
     }
 }
 
 // Names go from hand to hand while everybody takes and gives them: never two holders at once.
 TEST_F(SingleInstanceTest, ANameThatIsGivenBackHasOneNextHolder) {
     std::string const witness = m_folder.File("held");
-    std::list<Process> processes;
-    for (int i = 0; i < 3; ++i) {
-        processes.emplace_back([&](Process&) {
-            int held = 0;
-            auto const end = std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
+    std::array<pid_t, 3> children{};
+    for (pid_t& child : children) {
+        child = test::StartChild([&] {
+            bool wasHeld = false;
+            auto const end = std::chrono::steady_clock::now() + 500ms;
             while (std::chrono::steady_clock::now() < end) {
                 LockFile lock;
                 if (lock.Take(m_folder.File("name.lock"))) continue;
-                if (::mkdir(witness.c_str(), 0700) != 0) return 1;
-                ::rmdir(witness.c_str());
-                ++held;
+                if (::mkdir(witness.c_str(), 0700) != 0) return false;
+                wasHeld = ::rmdir(witness.c_str()) == 0;
             }
-            return held > 0 ? 0 : 2;
+            return wasHeld;
         });
     }
-    for (Process& process : processes)
-        EXPECT_EQ(process.End(), 0);
+    for (pid_t const child : children)
+        EXPECT_EQ(test::EndChild(child), 0);
 }
 
 TEST_F(SingleInstanceTest, AForkedChildNeitherEndsTheParentsNameNorHangs) {
     auto first = Named("Survey");
     ASSERT_EQ(first->IsAlreadyExisting(), 0);
-    Process child([&](Process&) {
-        first.reset();
-        return 0;
-    });
-    EXPECT_EQ(child.End(), 0);
+    EXPECT_EQ(test::EndChild(test::StartChild([&] { return first.reset(), true; })), 0);
     EXPECT_EQ(Files(), 2);
     EXPECT_EQ(Named("Survey")->IsAlreadyExisting(), 1);
-    Process sleeper([](Process& process) { return process.Wait() == '.'; });
+    Copy const sleeper;
     first.reset();
     EXPECT_EQ(Named("Survey")->IsAlreadyExisting(), 0) << "a child that lives on does not hold it";
 }
 
 TEST_F(SingleInstanceTest, FoldersOfOthersAreNotUsed) {
-    namespace fs = std::filesystem;
     auto const owner = fs::perms::owner_all;
     std::string folder;
     EXPECT_FALSE(UserRuntimeFolder(folder));
@@ -255,8 +216,7 @@ TEST_F(SingleInstanceTest, FoldersOfOthersAreNotUsed) {
     std::string const fallback = m_folder.File("Tov310-" + std::to_string(::geteuid()));
     fs::create_directory(m_folder.File("open"));
     fs::permissions(m_folder.File("open"), owner | fs::perms::group_read);
-    for (std::string const& unfit :
-         {std::string("relative"), m_folder.File("missing"), m_folder.File("open")}) {
+    for (auto const& unfit : {std::string("relative"), m_folder.File("missing"), m_folder.File("open")}) {
         setenv("XDG_RUNTIME_DIR", unfit.c_str(), 1);
         EXPECT_FALSE(UserRuntimeFolder(folder)) << unfit;
         EXPECT_EQ(folder, fallback);
@@ -276,7 +236,7 @@ TEST_F(SingleInstanceTest, FoldersOfOthersAreNotUsed) {
 TEST_F(SingleInstanceTest, NamesAndFoldersOfAnyLengthWork) {
     std::string deep = m_folder.path().string();
     for (int i = 0; i < 4; ++i)
-        std::filesystem::create_directory(deep += '/' + std::string(50, 'd'));
+        fs::create_directory(deep += '/' + std::string(50, 'd'));
     ::chmod(deep.c_str(), 0700);
     setenv("XDG_RUNTIME_DIR", deep.c_str(), 1);
     std::vector<std::unique_ptr<CTovSingleInstance>> holders;
@@ -288,35 +248,29 @@ TEST_F(SingleInstanceTest, NamesAndFoldersOfAnyLengthWork) {
     EXPECT_EQ(Named(holders[0]->GetObjectName())->IsAlreadyExisting(), 1);
 }
 
-TEST(LocalSocket, EverybodyGetsAnAnswerAndSilenceEnds) {
-    test::TemporaryFolder folder;
-    std::string const path = folder.File("a.socket");
+TEST_F(SingleInstanceTest, EverybodyGetsAnAnswerFromTheSocketAndSilenceEnds) {
+    std::string const path = m_folder.File("a.socket");
     bool answer = true;
-    EXPECT_EQ(AskLocally(path, std::chrono::seconds(1), answer), std::errc::no_such_file_or_directory);
+    EXPECT_EQ(AskLocally(path, 1s, answer), std::errc::no_such_file_or_directory);
     EXPECT_FALSE(answer);
     std::atomic<int> asked{0}, yes{0};
-    LocalListener listener;
+    LocalListener listener, slow;
     ASSERT_FALSE(listener.Open(path, [&asked] { return ++asked % 2 == 1; }));
-    std::vector<std::thread> callers;
+    std::list<std::jthread> callers;
     for (int i = 0; i < 4; ++i) {
         callers.emplace_back([&] {
             for (int j = 0; j < 50; ++j) {
                 bool mine = false;
-                EXPECT_FALSE(AskLocally(path, std::chrono::seconds(10), mine));
+                EXPECT_FALSE(AskLocally(path, 10s, mine));
                 yes += mine;
             }
         });
     }
-    for (std::thread& caller : callers)
-        caller.join();
+    callers.clear();
     EXPECT_EQ(asked, 200);
     EXPECT_EQ(yes, 100);
-    LocalListener slow;
-    ASSERT_FALSE(slow.Open(path, [] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        return true;
-    }));
-    EXPECT_EQ(AskLocally(path, std::chrono::milliseconds(20), answer), std::errc::timed_out);
+    ASSERT_FALSE(slow.Open(path, [] { return std::this_thread::sleep_for(300ms), true; }));
+    EXPECT_EQ(AskLocally(path, 20ms, answer), std::errc::timed_out);
 }
 
 }  // namespace
