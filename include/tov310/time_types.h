@@ -193,7 +193,10 @@ class TOV_CORE_API COleDateTimeSpan {
     friend bool operator==(COleDateTimeSpan const& a, COleDateTimeSpan const& b) {
         return a.m_status == b.m_status && (a.m_status != valid || a.m_span == b.m_span);
     }
-    friend std::partial_ordering operator<=>(COleDateTimeSpan const& a, COleDateTimeSpan const& b);
+    friend std::partial_ordering operator<=>(COleDateTimeSpan const& a, COleDateTimeSpan const& b) {
+        bool const ordered = a.m_status == valid && b.m_status == valid;
+        return ordered ? a.m_span <=> b.m_span : std::partial_ordering::unordered;
+    }
 
     double m_span = 0;  // days
     DateTimeSpanStatus m_status = valid;
