@@ -10,7 +10,6 @@
 #include <functional>
 #include <limits>
 #include <random>
-#include <string>
 
 namespace tov {
 namespace {
@@ -29,62 +28,60 @@ Change Precision(int precision) {
     return [precision](CTovFormat& f) { f.Precision(precision); };
 }
 
-TEST(Format, PrintsFieldsAsTheTableSays) {
+Change Seconds(int precision) {
+    return [precision](CTovFormat& f) { f.UseSecOnly(1), f.Precision(precision); };
+}
+
+struct Row {
+    double value;
+    long unit;
+    Change setup;
+    char const* text;
+};
+
+TEST(Format, PrintsFieldsAndNumbersAsTheTableSays) {
     auto const plain = [](int precision, bool signs, bool trim, bool trailing) {
-        return Change([=](CTovFormat& f) {
+        return [=](CTovFormat& f) {
             f.Precision(precision);
             f.UseDmsSymbols(signs);
             f.TrimLeadingZeros(trim);
             f.TrimTrailingZeros(trailing);
-        });
+        };
     };
-    struct {
-        double value;
-        long unit;
-        Change setup;
-        char const* text;
-    } const rows[] = {
-        {12.3456789, 12, Precision(5), "  12° 34' 56.78900\""},
-        {12.3456789, 12, Precision(9), "  12° 34' 56.7890\""},
-        {12.3456789, 12, Precision(0), "  12° 34' 56.78900\""},
-        {12.3456789, 12, Precision(6), "  12° 34' 56.8\""},
+    Row const rows[] = {
+        // clang-format off
+        {12.3456789, 12, Precision(5), "  12° 34' 56.78900\""}, {12.3456789, 12, Precision(9), "  12° 34' 56.7890\""},
+        {12.3456789, 12, Precision(0), "  12° 34' 56.78900\""}, {12.3456789, 12, Precision(6), "  12° 34' 56.8\""},
         {-12.3456789, 15, Precision(7), "- 12g 34c 56.79cc"},
         {-0.0000001, 12, Precision(6), "   0° 00' 00.0\""},  // zero has no minus sign
         {359.59599999999, 12, Precision(5), " 360° 00' 00.00000\""},
         {12.3456789, 12, plain(9, false, false, false), "  12 34 56.7890"},
-        {-0.0456789, 12, plain(9, false, true, false), "- 4 56.7890"},
-        {0.00056, 12, plain(5, false, true, false), "  5.60000"},
-        {0.1056, 12, plain(9, true, true, false), " 10' 56.0000\""},
-        {-0.00056, 12, plain(9, true, true, false), "- 5.6000\""},
-        {0, 12, plain(5, true, true, true), "  0.0\""},
-        {12.3456789, 12, plain(5, true, false, true), "  12° 34' 56.789\""},
+        {-0.0456789, 12, plain(9, false, true, false), "- 4 56.7890"}, {0.00056, 12, plain(5, false, true, false), "  5.60000"},
+        {0.1056, 12, plain(9, true, true, false), " 10' 56.0000\""},   {-0.00056, 12, plain(9, true, true, false), "- 5.6000\""},
+        {0, 12, plain(5, true, true, true), "  0.0\""}, {12.3456789, 12, plain(5, true, false, true), "  12° 34' 56.789\""},
         {12.34, 15, plain(9, true, false, true), "  12g 34c 00.0cc"},
         {12.3456789, 12, Precision(24), "  12° 34' 56.7889999999934500000\""},
-    };
-    for (auto const& row : rows)
-        EXPECT_EQ(Print(row.value, row.unit, row.setup), row.text);
-}
-
-TEST(Format, PrintsOneNumberAsPrintfDoes) {
-    struct {
-        double value;
-        long unit;
-        Change setup;
-        char const* text;
-    } const rows[] = {
-        // clang-format off
-        {1.5, 11, nullptr, " 1.50000"}, {1.5, 11, Precision(0), " 1.500000"},
-        {1.5, 11, Precision(-3), " 1.500000"}, {-1.25, 21, Precision(1), "-1.2"},
-        {-0.04, 21, Precision(1), " 0.0"}, {-0.0, 18, Precision(2), " 0.00"},
-        {1.0, 21, [](CTovFormat& f) { f.Precision(3), f.TrimTrailingZeros(1); }, " 1.0"},
-        {1200.0, 21, [](CTovFormat& f) { f.TrimTrailingZeros(1); }, " 1200.0"},
+        {1.5, 11, nullptr, " 1.50000"}, {1.5, 11, Precision(0), " 1.500000"}, {1.5, 11, Precision(-3), " 1.500000"},
+        {-1.25, 21, Precision(1), "-1.2"}, {-0.04, 21, Precision(1), " 0.0"}, {-0.0, 18, Precision(2), " 0.00"},
+        {1.0, 21, plain(3, false, false, true), " 1.0"}, {1200.0, 21, plain(5, false, false, true), " 1200.0"},
         {std::numeric_limits<double>::quiet_NaN(), 12, nullptr, " nan"}, {-HUGE_VAL, 12, nullptr, "-inf"},
         {HUGE_VAL, 21, nullptr, " inf"},
+        {1.5, 11, Seconds(1), " 5400.0"}, {-1.3030, 12, Seconds(2), "-5430.00"}, {0.00005, 13, Seconds(1), " 0.5"},
+        {0.000004999996, 12, Seconds(2), " 0.05"},  // not 0.05 by way of 0.05000
+        {0.000000449999996, 12, Seconds(2), " 0.00"}, {1.25, 14, Seconds(1), " 1250.0"}, {1.25, 15, Seconds(1), " 1250.0"},
+        {1.25, 16, Seconds(1), " 1250.0"},
         // clang-format on
     };
     for (auto const& row : rows)
         EXPECT_EQ(Print(row.value, row.unit, row.setup), row.text);
+    CTovFormat format;
+    format.UseSecOnly(1);
+    CString text;
+    format.ConvertToString(1, 21, text);
+    EXPECT_EQ(format.UseSecOnly(), 0) << "a length has no seconds";
+}
 
+TEST(Format, PrintsOneNumberAsPrintfDoes) {
     std::mt19937_64 random(5);
     for (int i = 0; i < 200'000; ++i) {
         double const value = std::ldexp(static_cast<double>(static_cast<std::int64_t>(random())),
@@ -97,38 +94,10 @@ TEST(Format, PrintsOneNumberAsPrintfDoes) {
     }
 }
 
-TEST(Format, PrintsSmallUnitsOnly) {
-    auto const seconds = [](int precision) {
-        return Change([=](CTovFormat& f) { f.UseSecOnly(1), f.Precision(precision); });
-    };
-    EXPECT_EQ(Print(1.5, 11, seconds(1)), " 5400.0");
-    EXPECT_EQ(Print(-1.3030, 12, seconds(2)), "-5430.00");
-    EXPECT_EQ(Print(0.00005, 13, seconds(1)), " 0.5");
-    EXPECT_EQ(Print(0.000004999996, 12, seconds(2)), " 0.05");  // not 0.05 by way of 0.05000
-    EXPECT_EQ(Print(0.000000449999996, 12, seconds(2)), " 0.00");
-    EXPECT_EQ(Print(1.25, 14, seconds(1)), " 1250.0");
-    EXPECT_EQ(Print(1.25, 15, seconds(1)), " 1250.0");
-    EXPECT_EQ(Print(1.25, 16, seconds(1)), " 1250.0");
-    CTovFormat format;
-    format.UseSecOnly(1);
-    CString text;
-    format.ConvertToString(1, 21, text);
-    EXPECT_EQ(format.UseSecOnly(), 0);
-    format.ConvertToString(12.3456789, 12, text);
-    EXPECT_EQ(text, "  12° 34' 56.8\"");
-}
-
 TEST(Format, ReplacesTokensInOnePass) {
-    struct Row {
-        double value;
-        long unit;
-        char const* format;
-        Change setup;
-        char const* text;
-    };
     auto const trim = [](CTovFormat& f) { f.TrimLeadingZeros(1); };
     auto const letter = [](CTovFormat& f) { f.CustomFormat("%Q", "%DegOrG"); };
-    Row const rows[] = {
+    std::tuple<double, long, char const*, Change, char const*> const rows[] = {
         // clang-format off
         {12.3456789, 12, "%DegOrG|%MinOrC|%SecOrCC", nullptr, "  12|34|56.78900"},
         {12.3456789, 12, "%degOrG%minOrC%secOrCC", Precision(9), "  12°34'56.7890\""},
@@ -157,14 +126,12 @@ TEST(Format, ReplacesTokensInOnePass) {
         {1.5, 11, "abc%?%[x%U%]%[%.1f", nullptr, "abc%[1.5"},
         // clang-format on
     };
-    for (Row const& row : rows) {
-        EXPECT_EQ(Print(row.value, row.unit,
-                        [&row](CTovFormat& f) {
-                            if (row.setup) row.setup(f);
-                            f.Format(row.format);
-                        }),
-                  row.text)
-            << row.format;
+    for (auto const& [value, unit, format, setup, text] : rows) {
+        auto const all = [&setup = setup, format = format](CTovFormat& f) {
+            if (setup) setup(f);
+            f.Format(format);
+        };
+        EXPECT_EQ(Print(value, unit, all), text) << format;
     }
     EXPECT_EQ(Print(1, 11, [](CTovFormat& f) { f.Format("%99999999999f"); }).size(), 1024u);
     EXPECT_EQ(Print(1, 11, [](CTovFormat& f) { f.Precision(1 << 30); }).size(), 1027u);
