@@ -1,0 +1,237 @@
+#include <tov310/time_types.h>
+
+#include <gtest/gtest.h>
+
+#include <locale.h>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <string>
+
+namespace tov {
+namespace {
+
+// A zone with an odd offset and daylight saving time.
+bool const zoneSet = (setenv("TZ", "America/St_Johns", 1), tzset(), true);
+
+constexpr auto most = std::numeric_limits<std::int64_t>::max();
+constexpr auto least = std::numeric_limits<std::int64_t>::min();
+
+CString Strftime(char const* format, std::tm const& fields) {
+    std::size_t (*const print)(char*, std::size_t, char const*, std::tm const*) = std::strftime;
+    char text[256];
+    return {text, print(text, sizeof text, format, &fields)};
+}
+
+// What the flag "#" leaves of a number.
+CString Shortened(CString text) {
+    while (text.size() > 1 && (text[0] == '0' || text[0] == ' '))
+        text.erase(0, 1);
+    return text;
+}
+
+// All codes of moments in the years 1000 to 9999, in the language of the process at the time of the call.
+TEST(TimeFormat, SaysWhatStrftimeSays) {
+    std::mt19937_64 random(1);
+    std::uniform_int_distribution<std::int64_t> any(-30610000000, 253402300799);
+    for (char const* const locale : {"C", "de_DE.UTF-8", "C"}) {
+        if (setlocale(LC_TIME, locale) == nullptr) continue;
+        for (int i = 0; i < 3000; ++i) {
+            CTime const time(any(random));
+            std::tm local;
+            std::tm utc;
+            ASSERT_EQ(time.GetLocalTm(&local), &local);
+            ASSERT_EQ(time.GetGmtTm(&utc), &utc);
+            for (char const code : std::string_view("YyCmdeHIMSpbhBaAjuwUWVGgzZDFTRcxXrnt%")) {
+                char const plain[] = {'%', code, 0};
+                ASSERT_EQ(time.Format(plain), Strftime(plain, local)) << code << time.GetTime();
+                ASSERT_EQ(time.FormatGmt(plain), Strftime(plain, utc)) << code << time.GetTime();
+                if (std::string_view("DFTRcx").find(code) != std::string_view::npos) continue;
+                bool const number = std::string_view("pbhBaAzZXrnt%").find(code) == std::string_view::npos;
+                char const flagged[] = {'%', '#', code, 0};
+                ASSERT_EQ(time.Format(flagged), number ? Shortened(time.Format(plain)) : time.Format(plain));
+            }
+        }
+    }
+}
+
+TEST(TimeFormat, DefinesWhatIsOdd) {
+    CTime const time(2005, 3, 4, 0, 5, 6);
+    struct {
+        char const* format;
+        char const* text;
+    } const rows[] = {
+        {"%#d.%#m.%#y %#H:%#M:%#S %#I%p", "4.3.5 0:5:6 12AM"},
+        {"%#j %#e %#U", "63 4 9"},
+        {"%#x|%#c", "Friday, 4 March 2005|Friday, 4 March 2005 00:05:06"},
+        {"%#D %#F %#T", "3/4/5 2005-3-4 0:5:6"},
+        {"%", "%"},
+        {"%#", "%#"},
+        {"%E", "%E"},
+        {"%#O", "%#O"},
+        {"%Q%#Q%EQ%-d%5d", "%Q%#Q%EQ%-d%5d"},
+        {"%Ed%Od%#Od", "04044"},
+        {"%%d%%%d", "%d%04"},
+        {"\xC3\xA9%\xC3\xA9\xFF", "\xC3\xA9%\xC3\xA9\xFF"},
+        {"", ""},
+        {nullptr, ""},
+    };
+    for (auto const& row : rows)
+        EXPECT_EQ(time.Format(row.format), row.text) << (row.format != nullptr ? row.format : "null");
+    CString format;
+    CString expected;
+    for (int i = 0; i < 100'000; ++i) {
+        format += "%d-%";
+        expected += i == 0 ? "04-" : "%d-";  // "%%" between them
+    }
+    EXPECT_EQ(time.Format(format).size(), expected.size() + 1);
+    EXPECT_EQ(CTime(most).Format("%Y") + CTime(least).FormatGmt("%Y"), "");
+}
+
+TEST(Time, TakesAndGivesItsForms) {
+    EXPECT_EQ(CTime(0, 0).Format("%F %T"), "1979-12-31 00:00:00");  // the day 0 of January
+    EXPECT_EQ(CTime(0x5A21, 0xBF7D).Format("%F %T"), "2025-01-01 23:59:58");
+    EXPECT_EQ(CTime(2024, 14, 0, 25, -1, 61).Format("%F %T"), "2025-02-01 01:00:01");
+    EXPECT_EQ(CTime(2024, 7, 1, 12, 0, 0, 0).GetHour(), 13);  // told as standard time
+    EXPECT_EQ(CTime(1969, 12, 31, 20, 29, 59).GetTime(), -1);
+    for (CTime const none : {CTime(most), CTime(least)}) {
+        std::tm fields;
+        SYSTEMTIME system{1, 1, 1, 1, 1, 1, 1, 1};
+        FILETIME file{1};
+        EXPECT_EQ(none.GetLocalTm(&fields), nullptr);
+        EXPECT_FALSE(none.GetAsSystemTime(system) || none.GetAsFileTime(file));
+        EXPECT_TRUE(system == SYSTEMTIME() && file == FILETIME());
+        EXPECT_EQ(none.GetYear() + none.GetMonth() + none.GetDay() + none.GetDayOfWeek() + none.GetHour(), 0);
+    }
+    EXPECT_EQ(CTime(std::numeric_limits<int>::min(), 1, 1, 0, 0, 0).GetTime(), 0);  // carries to no year
+    EXPECT_EQ(CTime(0).GetLocalTm(nullptr), nullptr);
+    std::mt19937_64 random(2);
+    std::uniform_int_distribution<std::int64_t> any(-11644473600, 253402300799);
+    for (int i = 0; i < 20'000; ++i) {
+        CTime const time(any(random));
+        std::tm local;
+        time.GetLocalTm(&local);
+        SYSTEMTIME system;
+        FILETIME file;
+        ASSERT_TRUE(time.GetAsSystemTime(system) && time.GetAsFileTime(file));
+        ASSERT_EQ(CTime(system, local.tm_isdst), time) << time.Format("%c %Z");
+        file.ticks += random() % 10'000'000;
+        ASSERT_EQ(CTime(file), time);
+        ASSERT_EQ(CTime(time.GetYear(), time.GetMonth(), time.GetDay(), time.GetHour(), time.GetMinute(),
+                        time.GetSecond(), local.tm_isdst),
+                  time);
+        ASSERT_EQ(system.wDayOfWeek + 1, time.GetDayOfWeek());
+        COleDateTime const date(time);
+        SYSTEMTIME same;
+        ASSERT_TRUE(date.GetAsSystemTime(same) && same == system) << time.Format("%c");
+    }
+}
+
+TEST(Time, SumsStopAtTheEnds) {
+    CTimeSpan const large(most);
+    CTimeSpan const small(least);
+    EXPECT_EQ((CTime(1) + large).GetTime(), most);
+    EXPECT_EQ((CTime(-2) - large).GetTime(), least);
+    EXPECT_EQ((CTime(-1) + small).GetTime(), least);
+    EXPECT_EQ((CTime(0) - small).GetTime(), most);
+    EXPECT_EQ((CTime(most) - CTime(-1)), large);
+    EXPECT_EQ(CTimeSpan(std::numeric_limits<long>::max(), 0, 0, 0), large);
+    EXPECT_EQ(CTimeSpan(106751991167300, 15, 30, 8), large);
+    EXPECT_EQ(CTimeSpan(1, -1, 61, -60), CTimeSpan(86400));
+    EXPECT_EQ(CTime(100) - CTime(3700), CTimeSpan(0, -1, 0, 0));
+}
+
+TEST(TimeSpan, Formats) {
+    struct {
+        std::int64_t seconds;
+        char const* format;
+        char const* text;
+    } const rows[] = {
+        {93784, "%D d %H:%M:%S", "1 d 02:03:04"},
+        {-93784, "%D d %H:%M:%S", "-1 d 02:03:04"},
+        {93784, "%#H:%#M:%#S%%%Q%", "2:3:4%%Q%"},
+        {-61, "%H:%M:%S", "-00:01:01"},
+        {5, nullptr, ""},
+        {least, "%D %H:%M:%S", "-106751991167300 15:30:08"},
+    };
+    for (auto const& row : rows)
+        EXPECT_EQ(CTimeSpan(row.seconds).Format(row.format), row.text);
+    COleDateTimeSpan const span(-1, -2, -3, -4);
+    EXPECT_EQ(span.Format("%D %H:%M:%S"), "-1 02:03:04");
+    EXPECT_EQ(
+        span.GetDays() * 1000000 + span.GetHours() * 10000 + span.GetMinutes() * 100 + span.GetSeconds(),
+        -1020304);
+    EXPECT_EQ(COleDateTimeSpan(1e300).GetDays(), 100'000'000'000'000);
+    EXPECT_EQ(COleDateTimeSpan(std::nan("")).GetStatus(), COleDateTimeSpan::invalid);
+    EXPECT_EQ((COleDateTimeSpan(1e308) += COleDateTimeSpan(1e308)).Format("%D"), "");
+}
+
+TEST(OleDateTime, CountsDaysInTheFormOfAutomation) {
+    struct {
+        double number;
+        char const* text;  // empty for what is no date
+    } const rows[] = {
+        {0, "1899-12-30 00:00:00 6 364"},
+        {2, "1900-01-01 00:00:00 1 001"},
+        {60.5, "1900-02-28 12:00:00 3 059"},
+        {36526.999988425925, "2000-01-01 23:59:59 6 001"},
+        {-1, "1899-12-29 00:00:00 5 363"},
+        {-1.25, "1899-12-29 06:00:00 5 363"},
+        {-0.25, "1899-12-30 06:00:00 6 364"},
+        {-1.99999999999, "1899-12-29 23:59:59 5 363"},
+        {-657434, "100-01-01 00:00:00 5 001"},
+        {-657434.75, "100-01-01 18:00:00 5 001"},
+        {2958465.9999, "9999-12-31 23:59:51 5 365"},
+        {-657435, ""},
+        {2958466, ""},
+        {std::nextafter(2958466, 0), ""},
+        {std::nan(""), ""},
+        {-HUGE_VAL, ""},
+    };
+    for (auto const& row : rows) {
+        COleDateTime const date(row.number);
+        EXPECT_EQ(date.Format("%Y-%m-%d %T %w %j%z%Z"), row.text) << row.number;
+        EXPECT_EQ(date.GetStatus() == COleDateTime::valid, row.text[0] != 0);
+    }
+    EXPECT_EQ(COleDateTime(1899, 12, 29, 6, 0, 0).m_dt, -1.25);
+    EXPECT_EQ(COleDateTime(0, 0).Format("%F"), "1979-12-31");
+    for (COleDateTime const& bad : {COleDateTime(2023, 2, 29, 0, 0, 0), COleDateTime(99, 1, 1, 0, 0, 0),
+                                    COleDateTime(2023, 1, 1, 24, 0, 0), COleDateTime(CTime(most)),
+                                    COleDateTime(SYSTEMTIME{2023, 1, 0, 1, 0, 0, 0, 1000})}) {
+        EXPECT_EQ(bad.GetStatus() * 10 + bad.GetYear(), 9);
+        EXPECT_EQ((bad + COleDateTimeSpan(1)).GetStatus(), COleDateTime::invalid);
+        EXPECT_FALSE(bad < COleDateTime() || bad > COleDateTime() || bad == COleDateTime());
+    }
+    EXPECT_EQ((COleDateTime(2958465) + COleDateTimeSpan(1)).GetStatus(), COleDateTime::invalid);
+    COleDateTime null;
+    null.SetStatus(COleDateTime::null);
+    EXPECT_EQ((null - COleDateTime(7.0)).GetStatus(), COleDateTimeSpan::null);
+    EXPECT_LT(COleDateTime(-1.25), COleDateTime(-1.5));
+    SYSTEMTIME const system{2024, 2, 4, 29, 12, 34, 56, 789};
+    SYSTEMTIME same;
+    EXPECT_TRUE(COleDateTime(system).GetAsSystemTime(same) && same == system);
+}
+
+// Seconds stay whole through any number of sums, on both sides of the epoch.
+TEST(OleDateTime, SumsKeepWholeSeconds) {
+    std::mt19937_64 random(3);
+    COleDateTime date(1899, 12, 30, 0, 0, 0);
+    std::int64_t seconds = 0;
+    for (int i = 0; i < 50'000; ++i) {
+        auto step = static_cast<std::int64_t>(random() % 20'000'000'000) - 10'000'000'000;
+        if (std::abs(seconds + step) > 50'000'000'000) step = -step;
+        COleDateTime const old = date;
+        date += COleDateTimeSpan(static_cast<double>(step) / 86400);
+        seconds += step;
+        ASSERT_EQ((date - COleDateTime()).Format("%D %H:%M:%S"), CTimeSpan(seconds).Format("%D %H:%M:%S"));
+        ASSERT_EQ((date - old).Format("%D %H:%M:%S"), CTimeSpan(step).Format("%D %H:%M:%S"));
+        ASSERT_EQ(date > old, step > 0);
+        ASSERT_EQ(COleDateTime(date.GetYear(), date.GetMonth(), date.GetDay(), date.GetHour(),
+                               date.GetMinute(), date.GetSecond()),
+                  date);
+    }
+}
+
+}  // namespace
+}  // namespace tov
