@@ -184,7 +184,7 @@ class TimeText {
     bool m_decimals = false;  // whether the field had some: then "." belongs to it
 };
 
-constexpr int firstYear = 1;
+constexpr int firstYear = 100;  // as of COleDateTime
 constexpr int lastYear = 9999;
 
 // The fields of a moment as they are read, and what became of them.
