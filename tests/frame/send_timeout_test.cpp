@@ -2,10 +2,8 @@
 #include <tov310/window.h>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
 #include <functional>
 #include <stdexcept>
 #include <thread>
@@ -14,7 +12,6 @@ namespace tov {
 namespace {
 
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
 using testing::ElementsAre;
 
 // Notes the texts that it is sent and the numbers that it is posted.
@@ -60,40 +57,26 @@ TEST(SendTimeout, OnTheUserInterfaceThreadItIsAPlainSend) {
     EXPECT_THAT(window.log, ElementsAre("now", "7", "1"));
 }
 
-TEST(SendTimeout, FromAnotherThreadItWaitsItsTurnAndTheAnswer) {
-    Receiver window;
-    std::atomic<bool> done = false;
-    std::thread other([&, handle = window.GetSafeHwnd()] {
-        TovPostMessage(handle, WM_TOV_PROPERTIES, 1);
-        LRESULT result = 0;
-        EXPECT_EQ(
-            SendText(handle, 41, "a text that is too long to stand in the object itself", forever, &result),
-            1);
-        EXPECT_EQ(result, 42);
-        TovPostMessage(handle, WM_TOV_PROPERTIES, 2);
-        done = true;
-    });
-    window.DispatchUntil(done);
-    other.join();
-    TovDispatchPosts();
-    EXPECT_THAT(window.log, ElementsAre("1", "a text that is too long to stand in the object itself", "2"));
-}
-
-TEST(SendTimeout, AMessageThatWaitedTooLongIsTakenBack) {
-    Receiver window;
-    std::thread([handle = window.GetSafeHwnd()] {
-        TovPostMessage(handle, WM_TOV_PROPERTIES, 1);
-        auto const begin = Clock::now();
-        LRESULT result = 5;
-        EXPECT_EQ(SendText(handle, 1, "late", 30, &result), 0);
-        EXPECT_GE(Clock::now() - begin, 30ms);
-        EXPECT_EQ(result, 0);
-        TovPostMessage(handle, WM_TOV_PROPERTIES, 2);
-    }).join();
-    EXPECT_EQ(TovDispatchPosts(), 2u);
-    EXPECT_THAT(window.log, ElementsAre("1", "2"));
-    std::thread([handle = window.GetSafeHwnd()] { EXPECT_EQ(SendText(handle, 1, "late", 0), 0); }).join();
-    EXPECT_FALSE(TovWaitForPosts(0)) << "nothing is left in the queue";
+TEST(SendTimeout, WhatIsNotAnsweredInTimeOrUntilAStopIsTakenBack) {
+    for (bool const stops : {false, true}) {
+        Receiver window;
+        std::stop_source stop;
+        std::thread sender([&, handle = window.GetSafeHwnd()] {
+            TovPostMessage(handle, WM_TOV_PROPERTIES, 1);
+            auto const begin = std::chrono::steady_clock::now();
+            LRESULT result = 5;
+            EXPECT_EQ(SendText(handle, 1, "late", stops ? forever : 30, &result, stop.get_token()), 0);
+            EXPECT_TRUE(stops || std::chrono::steady_clock::now() - begin >= 30ms);
+            EXPECT_EQ(result, 0);
+            EXPECT_EQ(SendText(handle, 1, "again", stops ? forever : 0, nullptr, stop.get_token()), 0);
+            TovPostMessage(handle, WM_TOV_PROPERTIES, 2);
+        });
+        std::this_thread::sleep_for(10ms);
+        if (stops) stop.request_stop();
+        sender.join();
+        EXPECT_EQ(TovDispatchPosts(), 2u);
+        EXPECT_THAT(window.log, ElementsAre("1", "2"));
+    }
 }
 
 TEST(SendTimeout, WhatIsBeingAnsweredKeepsItsTextWhenTheSenderIsGone) {
@@ -113,19 +96,6 @@ TEST(SendTimeout, WhatIsBeingAnsweredKeepsItsTextWhenTheSenderIsGone) {
     other.join();
     TovDispatchPosts();
     EXPECT_TRUE(window.log.empty() || window.log == std::vector<std::string>{text});
-}
-
-TEST(SendTimeout, AStopEndsTheWait) {
-    Receiver window;
-    std::stop_source stop;
-    std::thread other([&, handle = window.GetSafeHwnd()] {
-        EXPECT_EQ(SendText(handle, 1, "stopped", forever, nullptr, stop.get_token()), 0);
-        EXPECT_EQ(SendText(handle, 1, "stopped already", forever, nullptr, stop.get_token()), 0);
-    });
-    std::this_thread::sleep_for(10ms);
-    stop.request_stop();
-    other.join();
-    EXPECT_EQ(TovDispatchPosts(), 0u);
 }
 
 TEST(SendTimeout, AWindowThatDiesOrThrowsEndsTheWait) {
@@ -149,27 +119,35 @@ TEST(SendTimeout, AWindowThatDiesOrThrowsEndsTheWait) {
     }
 }
 
-TEST(SendTimeout, ManySendersEachGetTheirAnswer) {
+TEST(SendTimeout, ManySendersEachWaitTheirTurnAndGetTheirAnswer) {
     Receiver window;
     std::atomic<int> running = 4;
     std::atomic<bool> done = false;
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
+    std::string const tail(100, 'x');  // the text is too long to stand in the object itself
     for (WPARAM t = 0; t < 4; ++t) {
         threads.emplace_back([&, t, handle = window.GetSafeHwnd()] {
-            for (WPARAM i = 0; i < 500; ++i) {
+            for (WPARAM i = t * 1000; i < t * 1000 + 500; ++i) {
                 LRESULT result = 0;
                 unsigned const patience = i % 3 == 0 ? 0 : forever;
-                bool const isAnswered = SendText(handle, t * 1000 + i, "x", patience, &result) != 0;
-                EXPECT_EQ(result, isAnswered ? static_cast<LRESULT>(t * 1000 + i + 1) : 0);
+                TovPostMessage(handle, WM_TOV_PROPERTIES, i);
+                bool const isAnswered = SendText(handle, i, std::to_string(i) + tail, patience, &result) != 0;
+                EXPECT_EQ(result, isAnswered ? static_cast<LRESULT>(i + 1) : 0);
                 EXPECT_TRUE(isAnswered || patience == 0);
             }
             if (--running == 0) done = true;
         });
     }
     window.DispatchUntil(done);
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_GE(window.log.size(), 4u * 333);
+    TovDispatchPosts();
+    unsigned long last[4] = {0, 1000, 2000, 3000};
+    for (std::string const& entry : window.log) {
+        unsigned long const number = std::stoul(entry);
+        bool const isSent = entry.ends_with(tail);
+        EXPECT_EQ(number, isSent ? last[number / 1000] - 1 : last[number / 1000]++)
+            << "behind the post before it";
+    }
+    EXPECT_GE(window.log.size(), 4u * 833);
 }
 
 }  // namespace
