@@ -31,13 +31,9 @@ struct Versions : ITovVersionSource {
     bool HasControlClasses(std::uint32_t mask) override { return (controlClasses & mask) == mask; }
 };
 
-struct {
-    int (*load)(tagVS_FIXEDFILEINFO&, unsigned long*, CString*);
-    int (*check)(CString&);
-    std::string name;
-    std::uint32_t least;
-    char const* tooOld;  // what is told of the version right below
-} const layers[] = {
+// What loads and what checks a layer, its name, the least version, and what is told of the one right below.
+std::tuple<int (*)(tagVS_FIXEDFILEINFO&, unsigned long*, CString*), int (*)(CString&), std::string,
+           std::uint32_t, char const*> const layers[] = {
     {TovFixedFileInfoComCtl32, TovCheckComCtl32Version, "ComCtl32", Version(4, 71),
      "ComCtl32.Dll V4.70 found.\n\nRequired is version V4.71 or higher."},
     {TovFixedFileInfoShell32, TovCheckShFolderVersion, "Shell32", Version(4, 0),
@@ -96,37 +92,30 @@ TEST_F(Requirements, RecordsAreLoadedOnceAndPassFromTheLeastVersionOn) {
 
 TEST_F(Requirements, AnOlderShellNeedsItsFolders) {
     CString const noFolders = "ShFolder.dll: " + TovSystemErrorText(2);
-    struct {
-        std::uint32_t shell;
-        std::uint32_t folders;
-        CString told[2];  // by the check of the shell and by that of the folders
-    } const rows[] = {
-        {Version(4, 71), 0, {"", noFolders}},
-        {Version(4, 70), 0, {noFolders, noFolders}},
-        {Version(3, 99), 0, {noFolders, noFolders}},
-        {Version(4, 0), Version(0, 1), {"", ""}},
+    // What is told by the check of the shell and by that of the folders.
+    std::tuple<std::uint32_t, std::uint32_t, CString, CString> const rows[] = {
+        {Version(4, 71), 0, "", noFolders},
+        {Version(4, 70), 0, noFolders, noFolders},
+        {Version(3, 99), 0, noFolders, noFolders},
+        {Version(4, 0), Version(0, 1), "", ""},
     };
-    for (auto const& [shell, folders, told] : rows) {
+    for (auto const& [shell, folders, byShell, byFolders] : rows) {
         Restart({{"Shell32.Dll", shell}, {"ShFolder.Dll", folders}});
-        EXPECT_EQ(TovCheckShell32Version(message), told[0].empty());
-        EXPECT_EQ(message, told[0]) << shell;
-        EXPECT_EQ(TovCheckShFolderVersion(message), told[1].empty());
-        EXPECT_EQ(message, told[1]) << shell;
+        EXPECT_EQ(TovCheckShell32Version(message), byShell.empty());
+        EXPECT_EQ(message, byShell) << shell;
+        EXPECT_EQ(TovCheckShFolderVersion(message), byFolders.empty());
+        EXPECT_EQ(message, byFolders) << shell;
     }
 }
 
 TEST_F(Requirements, TheFirstOneThatFailsIsToldAndTheRestIsNotAsked) {
-    struct {
-        Files missing;
-        int failed;  // hosts keep the number
-        Files asked;
-    } const rows[] = {
-        {{"ShFolder.Dll"}, 0, {"ComCtl32.Dll", "Shell32.Dll", "Shlwapi.Dll", "Mfc90.Dll"}},
-        {{"ComCtl32.Dll", "Mfc90.Dll"}, 1, {"ComCtl32.Dll"}},
-        {{"Shell32.Dll", "Shlwapi.Dll"}, 2, {"ComCtl32.Dll", "Shell32.Dll"}},
-        {{"Shlwapi.Dll"}, 4, {"ComCtl32.Dll", "Shell32.Dll", "Shlwapi.Dll"}},
-        {{"Mfc90.Dll"}, 8, {"ComCtl32.Dll", "Shell32.Dll", "Shlwapi.Dll", "Mfc90.Dll"}},
-    };
+    Files const all = {"ComCtl32.Dll", "Shell32.Dll", "Shlwapi.Dll", "Mfc90.Dll"};
+    // What is missing, the number that hosts keep, and how many are asked.
+    std::tuple<Files, int, long> const rows[] = {{{"ShFolder.Dll"}, 0, 4},
+                                                 {{"ComCtl32.Dll", "Mfc90.Dll"}, 1, 1},
+                                                 {{"Shell32.Dll", "Shlwapi.Dll"}, 2, 2},
+                                                 {{"Shlwapi.Dll"}, 4, 3},
+                                                 {{"Mfc90.Dll"}, 8, 4}};
     for (auto const& [missing, number, asked] : rows) {
         Restart();
         for (std::string const& file : missing)
@@ -135,7 +124,7 @@ TEST_F(Requirements, TheFirstOneThatFailsIsToldAndTheRestIsNotAsked) {
         EXPECT_EQ(TovCheckAllRequirements(failed, message), number == 0);
         EXPECT_EQ(failed, number);
         EXPECT_EQ(message.empty(), number == 0) << message;
-        EXPECT_EQ(versions.asked, asked);
+        EXPECT_EQ(versions.asked, Files(all.begin(), all.begin() + asked));
     }
 }
 
@@ -152,14 +141,11 @@ TEST_F(Requirements, AnyFileMayBeAskedAndNothingOfItIsCached) {
     EXPECT_EQ(error, TOV_ERROR_INVALID_PARAMETER);
 }
 
-TEST_F(Requirements, TheNewerControlsNeedBothClasses) {
+TEST_F(Requirements, TheLibraryMeetsItsOwnAndNewerControlsNeedBothClasses) {
     for (std::uint32_t const classes : {0x4000u, 0x8000u, 0xC000u}) {
         versions.controlClasses = classes;
         EXPECT_EQ(TovIsComCtlXP(), classes == 0xC000u) << classes;
     }
-}
-
-TEST_F(Requirements, TheLibraryMeetsItsOwn) {
     TovSetVersionSource(nullptr);
     eTovRequirements failed = eTovRequirementsMfc;
     EXPECT_EQ(TovCheckAllRequirements(failed, message), 1) << message;
