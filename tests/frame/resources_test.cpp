@@ -1,11 +1,11 @@
 #include <tov310/resources.h>
 #include <tov310/system_error.h>
 
+#include "support/files.h"
 #include "support/temporary_folder.h"
 
 #include <gmock/gmock.h>
 
-#include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <thread>
@@ -17,8 +17,7 @@ namespace {
 constexpr char const* controlsTooOldChinese = "发现了ComCtl32.Dll V%d.%d .\n\n所需的版本是 V%d.%d 或更高.";
 
 std::map<std::string, std::string> Language(std::string const& name) {
-    std::ifstream file(TOV_TEST_SOURCE_DIR "/res/" + name + "/strings.json");
-    return nlohmann::json::parse(file).get<std::map<std::string, std::string>>();
+    return nlohmann::json::parse(test::GetFile(TOV_TEST_SOURCE_DIR "/res/" + name + "/strings.json"));
 }
 
 CString Text(HINSTANCE module, unsigned id) {
@@ -34,7 +33,7 @@ CString CurrentText() {
 
 // A resource folder with these texts.
 struct ResourceFolder : test::TemporaryFolder {
-    explicit ResourceFolder(std::string const& strings) { std::ofstream(File("strings.json")) << strings; }
+    explicit ResourceFolder(std::string const& strings) { test::PutFile(File("strings.json"), strings); }
 };
 
 HINSTANCE Load(std::string const& path) {
@@ -97,8 +96,8 @@ TEST_F(Resources, LanguagesHaveTheSameIdsAndConversions) {
 TEST_F(Resources, FolderOnDiskTakesTheLibrarysPlaceAndTheBuiltInModuleAnswersWhatItLacks) {
     ResourceFolder const folder(R"({"26000": "controls", "1": "own"})");
     std::filesystem::create_directories(folder.path() / "bitmaps/large");
-    std::ofstream(folder.File("bitmaps/large/8.png"));
-    std::ofstream(folder.File("7.json")) << "{}";
+    test::PutFile(folder.File("bitmaps/large/8.png"), "");
+    test::PutFile(folder.File("7.json"), "{}");
     for (std::string const& path : {folder.path().string(), folder.File("")}) {
         HINSTANCE const module = Load(path);
         EXPECT_EQ(Text(module, 26000), "controls");
@@ -118,19 +117,14 @@ TEST_F(Resources, FolderOnDiskTakesTheLibrarysPlaceAndTheBuiltInModuleAnswersWha
 TEST_F(Resources, LoadedModuleServesItsEmbeddedFiles) {
     HINSTANCE const module = Load(TOV_TEST_LIBRARY_DIR "/test_translation.so");
     EXPECT_EQ(Text(module, 26000), "translated %d.%d (%d.%d)");
-    EXPECT_EQ(
-        nlohmann::json::parse(TovFindResource(module, "menus/12.json")),
-        nlohmann::json::parse(std::ifstream(TOV_TEST_SOURCE_DIR "/tests/frame/translation/menus/12.json")));
+    auto const file = test::GetFile(TOV_TEST_SOURCE_DIR "/tests/frame/translation/menus/12.json");
+    EXPECT_EQ(nlohmann::json::parse(TovFindResource(module, "menus/12.json")), nlohmann::json::parse(file));
 }
 
 TEST_F(Resources, FailuresAreToldByCodeAndText) {
     test::TemporaryFolder const empty;
     ResourceFolder const faulty("{\n\"1\": 5\n}");
-    struct {
-        std::string path;
-        unsigned long error;
-        char const* words;
-    } const rows[] = {
+    std::tuple<std::string, unsigned long, char const*> const rows[] = {
         {"", TOV_ERROR_NOT_FOUND, ""},
         {empty.File(""), TOV_ERROR_NOT_FOUND, "strings.json"},
         {faulty.File(""), TOV_ERROR_INVALID_PARAMETER, "strings.json: line 2: a value is not a text"},
