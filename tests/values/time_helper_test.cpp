@@ -1,0 +1,495 @@
+// links: objects
+#include <tov310/profile.h>
+#include <tov310/time_helper.h>
+#include <tov310/tov_time.h>
+
+#include "support/temporary_folder.h"
+#include "support/time_zone.h"
+#include "values/calendar.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace tov {
+namespace {
+
+using H = CTovTimeHelper;
+using S = CTovTimeSpanHelper;
+using Flag = H::eRoundFlag;
+
+// Daylight saving time begins on 31 March 2024, 02:00, and ends on 27 October 2024, 03:00.
+test::TimeZone const zone("Europe/Berlin");
+
+constexpr char full[] = "%Y-%m-%d %H:%M:%S";
+
+CTovTime Moment(CTime const& whole, double fraction = 0) {
+    CTovTime time(whole);
+    time.SetFracSecond(fraction);
+    return time;
+}
+
+// Far from the years that the standard library knows: the calendar repeats every 400 years.
+TEST(Calendar, RepeatsEvery400Years) {
+    std::mt19937_64 random(1);
+    std::uniform_int_distribution<std::int64_t> any(-499'000'000'000, 499'000'000'000);
+    for (int i = 0; i < 200'000; ++i) {
+        std::int64_t const mjd = any(random);
+        std::int64_t const cycles = mjd / 146097 - (mjd % 146097 < 0 ? 1 : 0);
+        std::chrono::year_month_day const known{
+            std::chrono::sys_days(std::chrono::days(mjd - cycles * 146097 - mjdOfUnixEpoch))};
+        CalendarDate const date{int{known.year()} + cycles * 400, static_cast<int>(unsigned{known.month()}),
+                                static_cast<int>(unsigned{known.day()})};
+        ASSERT_EQ(DateOfMjd(mjd), date) << mjd;
+        ASSERT_EQ(MjdOfDate(date.year, date.month, date.day), mjd);
+    }
+}
+
+TEST(Mjd, SplitsIntoDateAndTime) {
+    struct {
+        double mjd;
+        long fields[6];
+        double fraction;
+    } const rows[] = {
+        // clang-format off
+        {51544, {2000, 1, 1, 0, 0, 0}, 0}, {0, {1858, 11, 17, 0, 0, 0}, 0},
+        {-0.25, {1858, 11, 16, 18, 0, 0}, 0}, {-1e-20, {1858, 11, 17, 0, 0, 0}, 0},
+        {51544.5 + 1.25 / 86400, {2000, 1, 1, 12, 0, 1}, 0.25},
+        {std::nextafter(51545, 0), {2000, 1, 2, 0, 0, 0}, 0},
+        {51545 - 2e-6 / 86400, {2000, 1, 1, 23, 59, 59}, 0.999998}, {-678575, {1, 1, 1, 0, 0, 0}, 0},
+        {2973483, {9999, 12, 31, 0, 0, 0}, 0}, {-569309, {300, 3, 1, 0, 0, 0}, 0},
+        {1e12, {0, 0, 0, 0, 0, 0}, 0}, {-HUGE_VAL, {0, 0, 0, 0, 0, 0}, 0},
+        {std::nan(""), {0, 0, 0, 0, 0, 0}, 0},
+        // clang-format on
+    };
+    for (auto const& row : rows) {
+        long f[6];
+        double fraction = 0;
+        H::Mjd2Ymd(row.mjd, f[0], f[1], f[2], f[3], f[4], f[5], fraction);
+        EXPECT_TRUE(std::equal(f, f + 6, row.fields))
+            << row.mjd << ": " << f[0] << " " << f[1] << " " << f[2];
+        EXPECT_NEAR(fraction, row.fraction, 7e-7) << row.mjd;
+    }
+}
+
+// A whole second comes back from a double as itself, and a fraction within the resolution.
+TEST(Mjd, KeepsWholeSeconds) {
+    std::mt19937_64 random(2);
+    std::int64_t const from = H::MinCTime().GetTime();
+    std::int64_t const to = H::MaxCTime().GetTime();
+    std::uniform_int_distribution<std::int64_t> any(from, to);
+    for (int i = 0; i < 100'000; ++i) {
+        CTime const time(i == 0 ? from : i == 1 ? to : any(random));
+        CTime whole;
+        H::SetMjd(H::GetMjd(time), whole);
+        ASSERT_EQ(whole.Format(full), time.Format(full));
+        double const fraction = static_cast<double>(random() % 1000) / 1000;
+        CTovTime back;
+        H::SetMjd(H::GetMjd(Moment(time, fraction)), back);
+        if (i == 1) continue;
+        ASSERT_EQ(back.CTime::Format(full), time.Format(full));
+        ASSERT_NEAR(back.GetFracSecond(), fraction, 7e-7);
+        ASSERT_TRUE(fraction != 0 || back.GetFracSecond() == 0);
+
+        COleDateTime date;
+        auto const second = static_cast<std::int64_t>(random() % 312'413'760'000);
+        ClockReading const reading = ClockReading::OfSeconds(MjdOfDate(100, 1, 1) * 86400 + second, 0);
+        H::SetMjd(reading.Mjd(), date);
+        ASSERT_EQ(H::GetMjd(date), reading.Mjd());
+        ASSERT_EQ(date.GetSecond(), second % 60);
+
+        CTovTimeSpan span;
+        S::SetMjd(static_cast<double>(second) / 86400, span);
+        ASSERT_EQ(span.GetTimeSpan(), second);
+        ASSERT_EQ(span.GetFracSecond(), 0);
+    }
+    CTovTime kept = Moment(CTime(2000, 1, 1, 0, 0, 0), 0.5);
+    for (double const outside :
+         {H::MinCTimeAsMjd() - 1e-5, H::MaxCTimeAsMjd() + 1e-5, 0.0, 1e300, std::nan("")})
+        H::SetMjd(outside, kept);
+    EXPECT_EQ(H::GetMjd(kept), 51544 + 0.5 / 86400);
+}
+
+TEST(Mjd, TakesFinerMoments) {
+    CTovTime const before = Moment(CTime(2001, 2, 3, 4, 5, 6), 0.5);
+    struct {
+        unsigned long day;
+        double fraction, divisor;
+        char const* text;
+        double second;
+    } const rows[] = {
+        // clang-format off
+        {51544, (3661 + 0.123456789) / 86400, 1e-9, "2000-01-01 01:01:01", 1.123456789},
+        {51544, (3661 + 0.123456789) / 86400, 1e-3, "2000-01-01 01:01:01", 1.123},
+        {51544, (3661 + 0.9996) / 86400, 1e-3, "2000-01-01 01:01:02", 2},
+        {51544, 0.999999999, 0.1, "2000-01-02 00:00:00", 0},
+        {51544, 59.6 / 86400, 1, "2000-01-01 00:01:00", 0}, {51544, -0.5, 1, "1999-12-31 12:00:00", 0},
+        {60400, 43200.25 / 86400, 0.01, "2024-03-31 12:00:00", 0.25},  // a day of 23 hours
+        {51544, 0.5, 0, nullptr, 0}, {51544, 0.5, 1.5, nullptr, 0}, {51544, 0.5, std::nan(""), nullptr, 0},
+        {51544, std::nan(""), 0.1, nullptr, 0}, {51544, 0.5, 1e-320, nullptr, 0},
+        {62519, 86399.96 / 86400, 0.1, nullptr, 0}, {40587, 0.9, 0.1, nullptr, 0},
+        {~0UL, 0.5, 0.1, nullptr, 0},
+        // clang-format on
+    };
+    for (auto const& row : rows) {
+        CTovTime time = before;
+        double second = -1;
+        H::SetMjd(row.day, row.fraction, row.divisor, time, second);
+        EXPECT_NEAR(second, row.second, 1e-10) << row.day << " " << row.fraction;
+        EXPECT_EQ(time.CTime::Format(full), row.text != nullptr ? row.text : before.CTime::Format(full));
+        EXPECT_NEAR(time.GetFracSecond(), row.text != nullptr ? row.second - std::floor(row.second) : 0.5,
+                    1e-10);
+    }
+}
+
+// Each row holds for the kinds that can have the moment and the fraction; the flag also with the bit that
+// cuts.
+TEST(Round, AtEveryBoundary) {
+    struct {
+        char const* time;
+        double fraction;
+        int flag;
+        char const* rounded;
+        double left;
+    } const rows[] = {
+        // clang-format off
+        {"2000-12-31 23:59:59", 0.5, 0, "2001-01-01 00:00:00", 0},
+        {"2000-12-31 23:59:59", 0.49, 0, "2000-12-31 23:59:59", 0},
+        {"2000-02-28 23:59:30", 0, 1, "2000-02-29 00:00:00", 0},
+        {"2000-02-28 23:59:29", 0.9, 1, "2000-02-28 23:59:00", 0},
+        {"2000-02-28 23:30:00", 0, 2, "2000-02-29 00:00:00", 0},
+        {"2000-02-28 23:29:59", 0.9, 2, "2000-02-28 23:00:00", 0},
+        {"2000-01-01 00:00:00", 0.9996, 3, "2000-01-01 00:00:01", 0},
+        {"2000-01-01 00:00:00", 0.9994, 3, "2000-01-01 00:00:00", 0.999},
+        {"2000-01-01 00:00:00", 0.25, 4, "2000-01-01 00:00:00", 0.2},
+        {"2000-01-01 00:00:00", 0.96, 4, "2000-01-01 00:00:01", 0},
+        {"2000-01-01 00:00:00", 0.994, 5, "2000-01-01 00:00:00", 0.99},
+        {"2000-01-01 00:00:00", 0.9999996, 6, "2000-01-01 00:00:01", 0},
+        {"2000-01-01 00:00:31", 0.7, 7, "2000-01-01 00:00:31", 0.7},
+        {"2000-01-01 00:00:31", 0.7, 127, "2000-01-01 00:00:31", 0.7},
+        // clang-format on
+    };
+    for (auto const& row : rows) {
+        for (int const cut : {0, 0x80}) {
+            auto const flag = static_cast<Flag>(row.flag | cut);
+            CTovTime time(row.time, "%Y-%m-%d %H:%M:%S");
+            COleDateTime date(time.GetYear(), time.GetMonth(), time.GetDay(), time.GetHour(),
+                              time.GetMinute(), time.GetSecond());
+            date += COleDateTimeSpan(row.fraction / 86400);
+            CTovTimeSpan span = CTime(time) - CTime(2000, 1, 1, 0, 0, 0);
+            CTovTime const rounded(row.rounded, "%Y-%m-%d %H:%M:%S");
+            CTime plain = time;
+            time.SetFracSecond(row.fraction);
+            span.SetFracSecond(row.fraction);
+            EXPECT_NEAR(H::Round(time, flag), H::GetMjd(rounded) + row.left / 86400, 2e-11)
+                << row.time << row.flag;
+            EXPECT_EQ(time.CTime::Format(full), row.rounded) << row.flag;
+            EXPECT_EQ(time.GetFracSecond(), row.left) << row.time << row.flag;
+            EXPECT_NEAR(H::Round(date, flag), H::GetMjd(time), 2e-11) << row.time << row.flag;
+            EXPECT_EQ(date.Format(full), row.rounded) << row.flag;
+            EXPECT_NEAR(S::Round(span, flag), H::GetMjd(time) - 51544, 2e-11) << row.time << row.flag;
+            bool const coarse = row.flag == H::eRoundToMinute || row.flag == H::eRoundToHour;
+            CTime const expected = coarse ? CTime(rounded) : plain;
+            EXPECT_EQ(H::Round(plain, flag), H::GetMjd(expected)) << row.time << row.flag;
+        }
+    }
+    // Units that count nothing, and one that does not divide the second.
+    for (double const unit : {0.0, -0.1, 1.5, 1e-310, std::nan("")}) {
+        CTovTime time = Moment(CTime(1000000), 0.7);
+        H::Round(time, unit);
+        EXPECT_EQ(time.GetFracSecond(), 0.7) << unit;
+    }
+    CTovTime time = Moment(CTime(1000000), 0.8);
+    H::Round(time, 0.3);
+    EXPECT_EQ(time.GetTime(), 1000001);
+}
+
+TEST(Round, StaysWithinTheLimits) {
+    CTime const first = H::MinCTime();
+    CTime const last = H::MaxCTime();
+    struct {
+        CTime time;
+        double fraction;
+        int flag;
+        bool changes;
+    } const rows[] = {
+        // clang-format off
+        {first, 0.7, 0, false}, {first + CTimeSpan(1), 0.7, 0, true}, {last, 0.7, 0, false},
+        {last - CTimeSpan(1), 0.7, 0, false}, {last - CTimeSpan(2), 0.7, 0, true},
+        {first + CTimeSpan(59), 0, 1, false}, {first + CTimeSpan(61), 0, 1, true},
+        {last - CTimeSpan(59), 0, 1, false}, {last - CTimeSpan(60), 0.1, 1, false},
+        {last - CTimeSpan(61), 0, 1, true}, {first + CTimeSpan(3599), 0, 2, false},
+        {first + CTimeSpan(3601), 0, 2, true}, {last - CTimeSpan(3599), 0, 2, false},
+        {last - CTimeSpan(3600), 0, 2, true}, {last, 0.99, 4, false}, {last, 0.94, 4, true},
+        {last - CTimeSpan(1), 0.99, 4, true}, {CTime(std::numeric_limits<std::int64_t>::max()), 0.7, 0, false},
+        {CTime(std::numeric_limits<std::int64_t>::min()), 0.7, 2, false}, {CTime(0), 0.99, 4, false},
+        // clang-format on
+    };
+    for (auto const& row : rows) {
+        CTovTime time = Moment(row.time, row.fraction);
+        H::Round(time, static_cast<Flag>(row.flag));
+        bool const same = time.GetTime() == row.time.GetTime() && time.GetFracSecond() == row.fraction;
+        EXPECT_EQ(!same, row.changes) << row.time.Format(full) << " " << row.fraction << " " << row.flag;
+    }
+    COleDateTime date(9999, 12, 31, 23, 59, 59);
+    EXPECT_EQ(H::Round(date, H::eRoundToHour), H::MaxOleDateTimeAsMjd());
+    CTovTimeSpan span(S::MaxCTimeSpan());
+    span.SetFracSecond(0.7);
+    EXPECT_EQ(S::Round(span, H::eRoundToTenth), 2147483647.7 / 86400);
+    S::Round(span, H::eRoundToSecond);
+    EXPECT_EQ(span.GetFracSecond(), 0.7);
+    CTovTimeSpan negative(-8L);
+    negative.SetFracSecond(-0.64);
+    S::Round(negative, H::eRoundToSecond);
+    EXPECT_EQ(negative.GetTimeSpan(), -9);
+}
+
+TEST(Format, CutsWhatIsRoundedOff) {
+    test::TemporaryFolder const folder;
+    TovSetProfilePath(folder.File("Time.ini").c_str());
+    CTovTime const time = Moment(CTime(2024, 3, 5, 13, 29, 40), 0.96);
+    struct {
+        char const* format;
+        int flag;
+        char const* text;
+    } const rows[] = {
+        // clang-format off
+        {"%H:%M:%S", 0x81, "13:30"}, {"%H:%M:%S", 0x82, "13"}, {"%H:%M:%S", 1, "13:30:00"},
+        {"%H:%M:%S", 0x80, "13:29:41"}, {"%H:%M:%S", 0x84, "13:29:41"}, {"%H:%M:%S", -1, "13:29:40"},
+        {"%#d.%#m. %#I:%M:%S %p", 0x81, "5.3. 1:30 PM"}, {"%#I:%M:%S %p", 0x82, "1 PM"},
+        {"%S:%M:%H", 0x81, ":30:13"}, {"%H%M%S", 0x81, "1330"}, {"%H:%#M:%#S ", 0x82, "13"},
+        {"%%S %H%%%S", 0x81, "%S 13%"}, {"%H h %M:", 0x82, "13 h"}, {"%S:", 0x82, ""},
+        {"at %H: %S", 0x81, "at 13"},
+        {"%H\xE7\x82\xB9%M\xE5\x88\x86%S", 0x81, "13\xE7\x82\xB9" "30\xE5\x88\x86"}, {"", 0, ""},
+        {nullptr, 0x81, ""}, {"%", 0x81, "%"},
+        // clang-format on
+    };
+    for (auto const& row : rows)
+        EXPECT_EQ(H::Format(time, row.format, static_cast<Flag>(row.flag)), row.text) << row.flag;
+    EXPECT_EQ(H::Format(COleDateTime(2024, 3, 5, 23, 59, 59), full, H::eRoundToMinute | H::eRoundCut),
+              "2024-03-06 00:00");
+
+    struct {
+        eTimeFormat format;
+        char const* texts[6];  // date, time, time cut to minutes; pictures of all, date and time
+    } const formats[] = {
+        // clang-format off
+        {eTimeFormat(17), {"05.03.2024", "13:29:41", "13:30", "dd.MM.yyyy HH:mm:ss", "dd.MM.yyyy", "HH:mm:ss"}},
+        {eTimeFormat(31), {"5-Mar-24", "1:29:41 PM", "1:30 PM", "dd-MMM-yyyy tt hh:mm:ss", "dd-MMM-yyyy", "tt hh:mm:ss"}},
+        {eTimeFormat(24), {"5. Mar 2024", "13:29:41", "13:30", "dd. MMM yyyy HH:mm:ss", "dd. MMM yyyy", "HH:mm:ss"}},
+        // clang-format on
+    };
+    for (auto const& row : formats) {
+        CTovTime::SaveSettings(row.format);
+        EXPECT_EQ(H::FormatDate(time, H::eRoundToSecond), row.texts[0]);
+        EXPECT_EQ(H::FormatTime(CTime(time) + CTimeSpan(1), H::eRoundNot), row.texts[1]);
+        EXPECT_EQ(H::FormatTime(time, H::eRoundToMinute | H::eRoundCut), row.texts[2]);
+        EXPECT_EQ(H::Format(time, H::eRoundToSecond), CString(row.texts[0]) + " " + row.texts[1]);
+        for (int const type : {0, 1, 2})
+            EXPECT_EQ(H::GetTovTimeFormat(static_cast<H::eType>(type)), row.texts[3 + type]);
+    }
+    CString format = "%a%#A%j%%d%p %#B %I%";
+    H::ConvertTovTimeFormatToDateTimeCtrl(format);
+    EXPECT_EQ(format, "d MMMM tt hh%");
+}
+
+// The sum lies in the range or nothing changes.
+TEST(Add, StaysWithinTheLimits) {
+    std::int64_t const first = H::MinCTime().GetTime();
+    std::int64_t const last = H::MaxCTime().GetTime();
+    std::mt19937_64 random(3);
+    auto const near = [&random](std::int64_t to) {
+        return to + static_cast<std::int64_t>(random() % 2'000'001) - 1'000'000;
+    };
+    constexpr struct {
+        int (*add)(CTovTime&, long);
+        int (*plain)(CTime&, long);
+        int (*date)(COleDateTime&, long, H::eRangeType);
+        std::int64_t unit;
+    } units[] = {{H::AddSeconds, H::AddSeconds, H::AddSeconds, 1},
+                 {H::AddMinutes, H::AddMinutes, H::AddMinutes, 60},
+                 {H::AddHours, H::AddHours, H::AddHours, 3600},
+                 {H::AddDays, H::AddDays, H::AddDays, 86400},
+                 {H::AddWeeks, H::AddWeeks, H::AddWeeks, 604800}};
+    for (int i = 0; i < 20'000; ++i) {
+        auto const& unit = units[random() % 5];
+        std::int64_t const start = near(random() % 2 == 0 ? first : last);
+        std::int64_t const n = random() % 4 == 0
+                                   ? (near(random() % 2 == 0 ? first : last) - start) / unit.unit
+                                   : static_cast<std::int64_t>(random() % 2001) - 1000;
+        bool const inside = start + n * unit.unit >= first && start + n * unit.unit <= last;
+        CTime plain(start);
+        CTovTime time = Moment(plain, 0.25);
+        bool const held = n == 0 || (inside && start + n * unit.unit != last);
+        ASSERT_EQ(unit.plain(plain, n), n == 0 || inside);
+        ASSERT_EQ(plain.GetTime(), inside ? start + n * unit.unit : start);
+        ASSERT_EQ(unit.add(time, n), held);
+        ASSERT_EQ(time.GetTime(), held ? start + n * unit.unit : start);
+        ASSERT_EQ(time.GetFracSecond(), 0.25);
+        CTovTime back = Moment(CTime(start));
+        CTovTimeSpan span(n * unit.unit);
+        span.SetFracSecond(n < 0 ? -0.9 : 0.9);
+        ASSERT_EQ(H::SubtractTimeSpan(back, span),
+                  start - n * unit.unit >= first && start - n * unit.unit <= last);
+
+        COleDateTime date(2000, 1, 1, 0, 0, 0);
+        double const mjd = 51544 + static_cast<double>(n * unit.unit) / 86400;
+        double from = 0;
+        double to = 0;
+        auto const range = static_cast<H::eRangeType>(random() % 3);
+        H::GetPhysicalRange(from, to, range);
+        ASSERT_EQ(unit.date(date, n, range), n == 0 || (mjd >= from && mjd <= to)) << mjd << " " << range;
+        ASSERT_NEAR(H::GetMjd(date), mjd >= from && mjd <= to ? mjd : 51544, 1e-9);
+    }
+    for (long const n : {std::numeric_limits<long>::max(), std::numeric_limits<long>::min()}) {
+        for (auto const& unit : units) {
+            CTovTime time = Moment(CTime(first));
+            COleDateTime date;
+            EXPECT_EQ(unit.add(time, n) + unit.date(date, n, H::eRangeOleDateTime), 0);
+            EXPECT_EQ(time.GetTime() - first + static_cast<std::int64_t>(date.m_dt), 0);
+        }
+    }
+    COleDateTime null;
+    null.SetStatus(COleDateTime::null);
+    EXPECT_EQ(H::AddSeconds(null, 1) + H::AddMonths(null, 1), 0);
+    COleDateTime date(2000, 1, 1, 0, 0, 0);
+    EXPECT_EQ(
+        H::AddTimeSpan(date, COleDateTimeSpan(HUGE_VAL)) + H::SubtractTimeSpan(date, COleDateTimeSpan(1e300)),
+        0);
+}
+
+// Months against the standard library's, with its rule that a day behind the last one becomes that.
+TEST(Add, MonthsKeepTheClockTime) {
+    std::mt19937_64 random(4);
+    std::uniform_int_distribution<std::int64_t> any(H::MinCTime().GetTime(), H::MaxCTime().GetTime());
+    using namespace std::chrono;
+    for (int i = 0; i < 20'000; ++i) {
+        CTovTime time = Moment(CTime(any(random)), 0.5);
+        COleDateTime date((CTime(time)));
+        int const n = static_cast<int>(random() % 1501) - 750;
+        year_month_day const start = year(time.GetYear()) / time.GetMonth() / time.GetDay();
+        year_month_day sum = start + months(n);
+        if (!sum.ok()) sum = sum.year() / sum.month() / last;
+        auto const text = [](year_month_day day, CString const& clock) {
+            return COleDateTime(int{day.year()}, static_cast<int>(unsigned{day.month()}),
+                                static_cast<int>(unsigned{day.day()}), 0, 0, 0)
+                       .Format("%F ") +
+                   clock;
+        };
+        CTime const before = time;
+        CString const clock = before.Format("%T");
+        bool const inside = sum >= 1970y / 1 / 2 && sum <= 2030y / 1 / 18;
+        ASSERT_EQ(H::AddMonths(time, n), inside || n == 0) << n << before.Format(full);
+        year_month_day const result = inside ? sum : start;
+        CTime const same(int{result.year()}, static_cast<int>(unsigned{result.month()}),
+                         static_cast<int>(unsigned{result.day()}), before.GetHour(), before.GetMinute(),
+                         before.GetSecond());
+        // A clock time that does not exist that day is another one, as mktime has it.
+        ASSERT_EQ(CTime(time), inside && n != 0 ? same : before) << text(result, clock);
+        ASSERT_EQ(time.GetFracSecond(), inside && n != 0 ? 0 : 0.5);
+        ASSERT_EQ(H::AddMonths(date, n), 1);
+        ASSERT_EQ(date.Format("%F %T"), text(sum, clock));
+    }
+    CTime leap(2024, 2, 29, 1, 2, 3);
+    EXPECT_EQ(
+        H::AddYears(leap, 1) + H::AddYears(leap, 0) + H::AddYears(leap, std::numeric_limits<int>::min()), 2);
+    EXPECT_EQ(leap.Format(full), "2025-02-28 01:02:03");
+    COleDateTime end(9999, 10, 31, 12, 0, 0);
+    EXPECT_EQ(H::AddMonths(end, 2) + H::AddMonths(end, 1), 1);
+    EXPECT_EQ(end.Format(full), "9999-12-31 12:00:00");
+}
+
+TEST(Compare, PartsOfLocalReadings) {
+    CTovTime const a = Moment(CTime(2024, 3, 5, 13, 0, 0), 0.5);
+    CTovTime const b = Moment(CTime(2024, 3, 6, 13, 0, 0), 0.25);
+    EXPECT_EQ(H::DatePartLess(a, b) + H::TimePartGreater(a, b) + H::TimePartEqual(CTime(a), CTime(b)), 3);
+    EXPECT_EQ(
+        H::DatePartEqual(a, b) + H::DatePartGreater(a, b) + H::TimePartLess(a, b) + H::TimePartEqual(a, b),
+        0);
+    EXPECT_EQ(H::DatePartGreater(COleDateTime(-1.0), COleDateTime(-2.0)) +
+                  H::TimePartLess(COleDateTime(-1.25), COleDateTime(7.5)),
+              2);
+}
+
+TEST(Span, SplitsAndFormats) {
+    long d = 0, h = 0, m = 0, s = 0;
+    double fraction = 0;
+    S::Mjd2Hms(-1.75 - 0.5 / 86400, d, h, m, s, fraction);
+    EXPECT_EQ(d * 1000000 + h * 10000 + m * 100 + s, -1180000);
+    EXPECT_NEAR(fraction, -0.5, 1e-9);
+    S::Mjd2Hms(std::nextafter(2.0, 0), d, h, m, s, fraction);
+    EXPECT_EQ(d * 1000000 + h * 10000 + m * 100 + s, 2000000);
+    S::Mjd2Hms(1e300, d, h, m, s, fraction);
+    EXPECT_EQ(d, 100'000'000'000'000);
+
+    CTovTimeSpan span(8, 1, 2, 33);
+    span.SetFracSecond(0.6);
+    struct {
+        char const* format;
+        int flag;
+        char const* text;
+    } const rows[] = {
+        // clang-format off
+        {"%H:%M:%S", 0, "193:02:34"}, {"%D d %H:%M:%S", 0, "8 d 1:02:34"}, {"%h-%H", 0, "193-01"},
+        {"%D %h", 0, "8 1"}, {"%H:%M:%S", 0x81, "193:03"}, {"%H:%M:%S", 2, "193:00:00"},
+        {"%%H %H%%u %u", 0, "%H 193%u %u"}, {nullptr, 0, ""},
+        // clang-format on
+    };
+    for (auto const& row : rows)
+        EXPECT_EQ(S::Format(span, row.format, static_cast<Flag>(row.flag)), row.text);
+    EXPECT_EQ(S::Format(CTimeSpan(-3661), "%H:%M:%S", H::eRoundToSecond), "-1:01:01");
+    EXPECT_EQ(S::Format(COleDateTimeSpan(1.5), "%H", H::eRoundToSecond), "36");
+}
+
+TEST(Span, AddsWithinItsRange) {
+    CTovTimeSpan span(10L);
+    CTovTimeSpan half(0L);
+    half.SetFracSecond(0.5);
+    EXPECT_EQ(S::AddTimeSpan(span, half) + S::AddTimeSpan(span, half) +
+                  S::SubtractTimeSpan(span, CTovTimeSpan(11L)),
+              3);
+    EXPECT_EQ(span.GetTimeSpan() + static_cast<int>(span.GetFracSecond() * 10), 0);
+    EXPECT_EQ(S::SubtractTimeSpan(span, half) + S::AddSeconds(span, -1), 0);
+    CTimeSpan plain;
+    EXPECT_EQ(S::AddHours(plain, 596523) + S::AddSeconds(plain, 847) + S::AddSeconds(plain, 1), 2);
+    EXPECT_EQ(plain, S::MaxCTimeSpan());
+    EXPECT_EQ(S::AddDays(plain, std::numeric_limits<long>::max()) + S::AddMinutes(plain, 0), 1);
+    COleDateTimeSpan date;
+    EXPECT_EQ(
+        S::AddSeconds(date, 86399, H::eRangeDateTimeCtrl) + S::AddSeconds(date, 1, H::eRangeDateTimeCtrl), 1);
+    EXPECT_EQ(date, S::MaxDateTimeSpanCtrlAsOleDateTimeSpan());
+    EXPECT_EQ(S::AddTimeSpan(date, S::MaxOleDateTimeSpan()) + S::AddTimeSpan(date, S::MaxOleDateTimeSpan()),
+              1);
+    CTimeSpan kept(5);
+    for (double const outside : {-1e-9, 2147483648.0, std::nan("")})
+        S::SetMjd(outside, kept);
+    EXPECT_EQ(kept.GetTimeSpan(), 5);
+    EXPECT_EQ(S::MaxCTimeSpanAsMjd(), 2147483647.0);
+}
+
+TEST(Range, IsTheSameForAllThreads) {
+    std::vector<std::thread> threads;
+    std::vector<CTime> limits(4);
+    for (CTime& limit : limits)
+        threads.emplace_back([&limit] { limit = H::MaxCTime(); });
+    for (std::thread& thread : threads)
+        thread.join();
+    for (CTime const& limit : limits)
+        EXPECT_EQ(limit.Format(full), "2030-01-18 23:59:59");
+    SYSTEMTIME from;
+    SYSTEMTIME to;
+    H::GetPhysicalRange(from, to, H::eRangeOleDateTime);
+    EXPECT_TRUE(
+        (from == SYSTEMTIME{100, 1, 5, 1, 0, 0, 0, 0} && to == SYSTEMTIME{9999, 12, 5, 31, 23, 59, 59, 0}));
+    EXPECT_EQ(H::MinDateTimeCtrlAsOleDateTime().Format(full) + H::MinCTime().Format(full),
+              "1601-01-01 00:00:001970-01-02 00:00:00");
+}
+
+}  // namespace
+}  // namespace tov
