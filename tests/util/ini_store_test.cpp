@@ -3,16 +3,13 @@
 // along.
 #include "util/ini_store.h"
 
-#include "support/child.h"
 #include "support/files.h"
+#include "support/limits.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <csignal>
-#include <filesystem>
 #include <functional>
 #include <thread>
 
@@ -39,11 +36,7 @@ Edit Lines(std::vector<std::string_view> const& lines) {
 }
 
 TEST(IniText, EditsTouchOnlyTheirLines) {
-    struct {
-        char const* before;
-        Edit edit;
-        char const* after;
-    } const rows[] = {
+    std::tuple<char const*, Edit, char const*> const rows[] = {
         // clang-format off
         {"\xEF\xBB\xBF", Put("S", "a", "1"), "\xEF\xBB\xBF[S]\r\na=1\r\n"},
         {"[S]\n", Put(" s ", " a ", "1"), "[S]\na=1\n"},       {"[S]", Put("S", "a", "1"), "[S]\r\na=1"},
@@ -69,8 +62,8 @@ TEST(IniText, EditsTouchOnlyTheirLines) {
 class IniStoreTest : public testing::Test {
  protected:
     static bool Set(std::string const& path, char const* entry, std::string_view value) {
-        return IniStore::Instance().Edit(
-            path.c_str(), true, [&](IniText const& text) { return text.WithValue("S", entry, value); });
+        auto const edit = [&](IniText const& text) { return text.WithValue("S", entry, value); };
+        return IniStore::Instance().Edit(path.c_str(), true, edit);
     }
     static std::string Value(std::string const& path) {
         return IniStore::Instance().Read(path.c_str(), [&](IniText const* text) -> std::string {
@@ -164,29 +157,25 @@ TEST_F(IniStoreTest, WhatIsNoPlainFileIsLeftAlone) {
 // A disk that is full half-way leaves the old file and no remains.
 TEST_F(IniStoreTest, AFailedWriteLeavesTheOldFile) {
     PutFile(m_path, "[S]\na=1\n");
-    pid_t const child = test::StartChild([this] {
-        std::signal(SIGXFSZ, SIG_IGN);
-        rlimit const limit{4096, 4096};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        bool const refused = !Set(m_path, "a", std::string(100'000, 'x'));
-        return refused && Value(m_path) == "1" && Set(m_path, "b", "2");
+    test::OnFullVolume([this] {
+        EXPECT_FALSE(Set(m_path, "a", std::string(100'000, 'x')));
+        EXPECT_EQ(Value(m_path), "1");
+        EXPECT_TRUE(Set(m_path, "b", "2"));
     });
-    EXPECT_EQ(test::EndChild(child), 0);
     EXPECT_EQ(GetFile(m_path), "[S]\na=1\nb=2\n");
     EXPECT_EQ(FilesIn(m_folder.path()), 1);
 }
 
 // An unchanged value costs no write and moves no time stamp; a delete in no file makes none.
 TEST_F(IniStoreTest, NothingToDoIsNotDone) {
-    auto const remove = [](IniText const& text) { return text.WithoutSection("S"); };
-    EXPECT_TRUE(IniStore::Instance().Edit(m_path.c_str(), false, remove));
+    EXPECT_TRUE(IniStore::Instance().Edit(m_path.c_str(), false, Take("S")));
     EXPECT_FALSE(fs::exists(m_path));
-    FileStamp before, after;
-    ASSERT_TRUE(Set(m_path, "a", "1"));
-    StatFile(m_path.c_str(), before);
-    EXPECT_TRUE(Set(m_path, "a", "1"));
-    StatFile(m_path.c_str(), after);
-    EXPECT_EQ(before, after);
+    FileStamp stamps[2];
+    for (FileStamp& stamp : stamps) {
+        ASSERT_TRUE(Set(m_path, "a", "1"));
+        StatFile(m_path.c_str(), stamp);
+    }
+    EXPECT_EQ(stamps[0], stamps[1]);
 }
 
 }  // namespace
