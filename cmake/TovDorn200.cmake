@@ -8,7 +8,8 @@ if(NOT FREEIMAGE_INCLUDE_DIR OR NOT FREEIMAGE_LIBRARY)
 endif()
 
 add_library(Dorn200 MODULE
-    dorn200/dorn200.cpp dorn200/image_pixels.cpp dorn200/image_save.cpp dorn200/image_source.cpp)
+    dorn200/dorn200.cpp dorn200/image_headers.cpp dorn200/image_pixels.cpp dorn200/image_save.cpp
+    dorn200/image_source.cpp)
 tov_compile_settings(Dorn200)
 set_target_properties(Dorn200 PROPERTIES PREFIX "" SUFFIX ".so")
 target_include_directories(Dorn200 PRIVATE "${PROJECT_SOURCE_DIR}")

@@ -2,8 +2,7 @@
 // format holds, and does not notice a full disk.
 #include "dorn200/image_source.h"
 
-#include <array>
-#include <cstdint>
+#include <algorithm>
 
 namespace tov {
 namespace {
@@ -55,6 +54,16 @@ FreeImagePtr WithPalette(FIBITMAP* image) {
     return result;
 }
 
+// A set bit is black in these files, which FreeImage minds only when it reads.
+FreeImagePtr AsInk(FreeImagePtr image) {
+    for (unsigned y = 0; image != nullptr && y < FreeImage_GetHeight(image.get()); ++y) {
+        BYTE* const line = FreeImage_GetScanLine(image.get(), static_cast<int>(y));
+        std::transform(line, line + FreeImage_GetLine(image.get()), line,
+                       [](BYTE bits) { return static_cast<BYTE>(~bits); });
+    }
+    return image;
+}
+
 // The picture in the richest form that the format holds; null where it is fine as it is.
 FreeImagePtr Fitting(FREE_IMAGE_FORMAT format, FIBITMAP* image) {
     auto const takes = [&](unsigned bits) {
@@ -64,10 +73,12 @@ FreeImagePtr Fitting(FREE_IMAGE_FORMAT format, FIBITMAP* image) {
         return FreeImagePtr(FreeImage_Dither(WithoutAlpha(image).get(), FID_FS));
     };
     // These are told apart by their depth alone, and FreeImage would write any of them.
-    if (format == FIF_PBM || format == FIF_PBMRAW) return blackAndWhite();
+    if (format == FIF_PBM || format == FIF_PBMRAW) return AsInk(blackAndWhite());
     if (format == FIF_PGM || format == FIF_PGMRAW)
         return FreeImagePtr(FreeImage_ConvertToGreyscale(WithoutAlpha(image).get()));
-    if (takes(FreeImage_GetBPP(image))) return nullptr;
+    // Four samples of theirs are printing inks.
+    bool const takesAlpha = takes(32) && format != FIF_JPEG && format != FIF_JNG;
+    if (FreeImage_GetBPP(image) == 32 ? takesAlpha : takes(FreeImage_GetBPP(image))) return nullptr;
     if (takes(24)) return WithoutAlpha(image);
     if (takes(8)) return WithPalette(image);
     return takes(1) ? blackAndWhite() : nullptr;

@@ -1,11 +1,12 @@
 // An image file as FreeImage reads it, watched while it does.
 #pragma once
 
+#include "dorn200/image_headers.h"
+
 #include <FreeImage.h>
 
 #include <cstdio>
 #include <memory>
-#include <string_view>
 
 namespace tov {
 
@@ -19,11 +20,9 @@ struct FileClose {
 };
 using FilePtr = std::unique_ptr<std::FILE, FileClose>;
 
-struct ImageFacts {
-    unsigned width = 0;
-    unsigned height = 0;
-    unsigned bitsPerPixel = 0;
-};
+// How a reader of FreeImage asks for bytes: in the very pieces that it needs; in blocks, so that a short one
+// at the end means nothing; or also behind the end, so that nothing can be learnt from it.
+enum class Reading { kExact, kBlocks, kBeyond };
 
 // Only formats that are asked for are let in, and told by their first bytes: FreeImage itself would try some
 // thirty readers on a file, most of them for formats that nobody has any more.
@@ -42,13 +41,13 @@ class ImageSource {
     static int DLL_CALLCONV Seek(fi_handle handle, long offset, int origin);
     static long DLL_CALLCONV Position(fi_handle handle);
 
+    static void Hear(FREE_IMAGE_FORMAT format, char const* message);
+
     FreeImagePtr Decode(int flags);
-    bool TellGif(ImageFacts& facts);
-    bool TellJpeg2000(ImageFacts& facts);
 
     FilePtr m_file;
     FREE_IMAGE_FORMAT m_format = FIF_UNKNOWN;
-    bool m_readsAhead = false;  // in blocks, so that a short one at the end means nothing
+    Reading m_reading = Reading::kExact;
     bool m_ranOut = false;
 };
 

@@ -1,4 +1,5 @@
 #include <tov310/bitmap.h>
+#include <tov310/dib.h>
 
 #include "imaging/bitmap_readers.h"
 #include "imaging/image_module.h"
@@ -117,6 +118,14 @@ int CTovBitmap::ChangeBitmapColor(HBITMAP bitmap, COLORREF oldColor, COLORREF ne
 
 int CTovBitmap::ChangeColor(COLORREF oldColor, COLORREF newColor, HPALETTE palette) const {
     return ChangeBitmapColor(GetSafeHandle(), oldColor, newColor, palette);
+}
+
+int CTovBitmap::ChangeBitmapColorDC(HDC dc, BITMAP const* bitmap, COLORREF oldColor, COLORREF newColor) {
+    if (dc == nullptr || bitmap == nullptr || (bitmap->bmBitsPixel == 1 && bitmap->bmPlanes == 1)) return 0;
+    CTovDib pixels;
+    if (bitmap->bmHeight < 1 || !pixels.Create(bitmap->bmWidth, -bitmap->bmHeight)) return 0;
+    return dc->GetDIBits(0, 0, *pixels.GetBitmap()) &&
+           ChangeBitmapColor(pixels.GetBitmap(), oldColor, newColor, nullptr) && pixels.CopyToDC(dc, 0, 0);
 }
 
 int CTovBitmap::GetWidth() const {

@@ -9,6 +9,7 @@
 // limits for memory and time, so that a damaged file costs neither the host nor its data.
 #pragma once
 
+#include <tov310/device_context.h>
 #include <tov310/export.h>
 #include <tov310/object.h>
 #include <tov310/pixels.h>
@@ -18,7 +19,6 @@
 
 namespace tov {
 
-class CDC;
 using HDC = CDC*;
 
 // A palette. Bitmaps of 32 bits have none, so null is as good as any.
@@ -73,7 +73,7 @@ class TOV_CORE_API CBitmap : public CObject {
 enum enmImageFormat : int {
     eImageFormatUnknown = -1,
     eImageFormatBmp = 0,
-    eImageFormatIco = 1,  // up to 256 by 256
+    eImageFormatIco = 1,  // square, 16 to 256 pixels wide
     eImageFormatJpeg = 2,
     eImageFormatPbm = 7,  // black and white
     eImageFormatPbmRaw = 8,
@@ -82,7 +82,6 @@ enum enmImageFormat : int {
     eImageFormatPng = 13,
     eImageFormatPpm = 14,
     eImageFormatPpmRaw = 15,
-    eImageFormatTarga = 17,
     eImageFormatTiff = 18,
     eImageFormatGif = 25,
     eImageFormatJ2k = 30,  // JPEG 2000, the stream alone
@@ -98,9 +97,9 @@ class TOV_CORE_API CTovBitmap : public CBitmap {
     // from the built-in one. The bitmap that was there before is gone in any case.
     int LoadBitmap(HINSTANCE module, unsigned int id);
 
-    // Loads an image file, told by its content whatever its name: BMP, GIF (the first picture), JPEG, JPEG
-    // 2000, PNG, PBM, PGM, PPM, TIFF (the first picture; heights and other measures in grey from the least to
-    // the greatest), WebP. The bitmap that was there before is gone in any case.
+    // Loads an image file, told by its content whatever its name: BMP, GIF and ICO (the first picture), JPEG,
+    // JPEG 2000, PNG, PBM, PGM, PPM, TIFF (the first picture; heights and other measures in grey from the
+    // least to the greatest), WebP. The bitmap that was there before is gone in any case.
     //
     // 0 for a file that is missing, damaged or cut short, that has more than 2^28 pixels (1 GiB), or whose
     // decoding takes more than a minute or 5 GiB of memory.
@@ -119,6 +118,10 @@ class TOV_CORE_API CTovBitmap : public CBitmap {
     // pixels.
     static int ChangeBitmapColor(HBITMAP bitmap, COLORREF oldColor, COLORREF newColor, HPALETTE palette);
     int ChangeColor(COLORREF oldColor, COLORREF newColor, HPALETTE palette) const;
+
+    // The same for what stands at the left and top of a device, in the size that the record tells. 0 where
+    // the device cannot be read or drawn on, and for a record of one bit a pixel in one plane.
+    static int ChangeBitmapColorDC(HDC dc, BITMAP const* bitmap, COLORREF oldColor, COLORREF newColor);
 
     int GetWidth() const;    // pixels; 0 without pixels
     int GetHeight() const;   // rows; 0 without pixels
