@@ -20,17 +20,27 @@ constexpr bool IsPrintableAscii(char c) {
     return c >= ' ' && c <= '~';
 }
 
+// Whether it arrives as it stands: readers take blanks away at the ends, also between quotes.
 bool IsPlainHeader(std::string_view text) {
-    return std::ranges::all_of(text, IsPrintableAscii) && text.find("=?") == text.npos;
-}
-
-bool IsBlankAround(std::string_view text) {
-    return !text.empty() && (text.front() == ' ' || text.back() == ' ');
+    bool const isBlankAround = !text.empty() && (text.front() == ' ' || text.back() == ' ');
+    return !isBlankAround && std::ranges::all_of(text, IsPrintableAscii) && text.find("=?") == text.npos;
 }
 
 // Where there is no charset to name, one in which every byte is a character.
 std::string_view CharsetOf(std::string_view text) {
     return IsUtf8Text(text) ? "utf-8" : "iso-8859-1";
+}
+
+// How many of the first bytes are whole characters, at most the given number. It is larger than any
+// character.
+std::size_t WholeCharacters(std::string_view text, std::string_view charset, std::size_t most) {
+    if (text.size() <= most) return text.size();
+    auto const continues = [text](std::size_t i) {
+        return (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80;
+    };
+    while (charset == "utf-8" && continues(most))
+        --most;
+    return most;
 }
 
 // Encoded words of RFC 2047, each on a line of its own. A word holds whole characters.
@@ -39,11 +49,7 @@ CString EncodedWords(std::string_view text) {
     std::string_view const charset = CharsetOf(text);
     CString words;
     while (!text.empty()) {
-        std::size_t length = std::min(text.size(), mostBytes);
-        if (charset == "utf-8") {
-            while (length < text.size() && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
-                --length;
-        }
+        std::size_t const length = WholeCharacters(text, charset, mostBytes);
         CString const code = EncodedBase64(text.substr(0, length));
         if (!words.empty()) words += "\r\n ";
         words.append("=?").append(charset).append("?B?").append(code).append("?=");
@@ -118,9 +124,7 @@ CString UnstructuredLine(std::string_view name, std::string_view text) {
     CString line(name);
     line += ": ";
     CString folded;
-    // Blanks at the ends would be lost.
-    bool const isPlain =
-        IsPlainHeader(clean) && !IsBlankAround(clean) && FoldPlain(clean, line.size(), folded);
+    bool const isPlain = IsPlainHeader(clean) && FoldPlain(clean, line.size(), folded);
     line += isPlain ? folded : EncodedWords(clean);
     return line += "\r\n";
 }
@@ -145,7 +149,9 @@ CString AddressLine(std::string_view name, TovMailHelper::MAIL_ADDRESS const* ad
 }
 
 CString Parameter(std::string_view name, std::string_view text) {
-    constexpr std::size_t mostInPiece = 50;
+    constexpr char hex[] = "0123456789ABCDEF";
+    constexpr std::string_view safeMarks = ".-_";
+    constexpr std::size_t bytesInPiece = 16;  // of which each may become three characters
     CString const clean = HeaderText(text);
     CString line;
     auto const begin = [&](std::string_view mark) {
@@ -155,35 +161,27 @@ CString Parameter(std::string_view name, std::string_view text) {
         begin("");
         return line.append("\"").append(clean).append("\"");
     }
-    CString code(CharsetOf(clean));
-    code += "''";
-    std::size_t const codeBegin = code.size();
-    CString pieces;
-    std::size_t count = 0;
-    auto const flush = [&](bool isLast) {
-        if (count == 0 && isLast) {
-            begin("*");
-        } else {
-            CString mark("*");
-            begin(mark.append(std::to_string(count)).append("*"));
-        }
-        ++count;
-        line += code;
-        code.clear();
-    };
-    constexpr char hex[] = "0123456789ABCDEF";
-    for (char const c : clean) {
-        if (code.size() - (count == 0 ? codeBegin : 0) >= mostInPiece) flush(false);
-        bool const isSafe = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-                            c == '.' || c == '-' || c == '_';
-        if (isSafe) {
-            code += c;
-        } else {
+    std::string_view const charset = CharsetOf(clean);
+    std::string_view rest = clean;
+    for (int piece = 0; !rest.empty(); ++piece) {
+        bool const isAll = rest.size() <= bytesInPiece && piece == 0;
+        CString mark("*");
+        if (!isAll) mark.append(std::to_string(piece)).append("*");
+        begin(mark);
+        if (piece == 0) line.append(charset).append("''");
+        // Whoever decodes the pieces one by one must find whole characters.
+        std::size_t const length = WholeCharacters(rest, charset, bytesInPiece);
+        for (char const c : rest.substr(0, length)) {
+            bool const isLetter = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
             auto const byte = static_cast<unsigned char>(c);
-            code.append({'%', hex[byte >> 4], hex[byte & 15]});
+            if (isLetter || safeMarks.find(c) != safeMarks.npos) {
+                line += c;
+            } else {
+                line.append({'%', hex[byte >> 4], hex[byte & 15]});
+            }
         }
+        rest.remove_prefix(length);
     }
-    flush(true);
     return line;
 }
 

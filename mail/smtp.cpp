@@ -138,8 +138,7 @@ int CTovSmtp::TransmitMailMessage(CTovMailMessage* message) {
     CString text = message->Header();
     PrepareHeader(text);
     m_strict ? StuffStrictly(text) : DoubleLoneDots(text);
-    m_socket->Send(text, m_timeOut);
-    m_socket->Send("\r\n", m_timeOut);
+    m_socket->Send(text += "\r\n", m_timeOut);
     text = message->Body();
     PrepareBody(text);
     m_socket->Send(text, m_timeOut);

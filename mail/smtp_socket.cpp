@@ -61,6 +61,9 @@ std::error_code CTovSmtp::CSmtpSocket::Connect(CString const& server, unsigned i
         failure = Wait(timeOut, [&](auto end) { m_socket.async_connect(address.endpoint(), end); });
         if (!failure) break;
     }
+    // A mail ends in a short piece, which would wait for the acknowledgement of the one before.
+    std::error_code ignored;
+    if (!failure) m_socket.set_option(asio::ip::tcp::no_delay(true), ignored);
     return failure;
 }
 
