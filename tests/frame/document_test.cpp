@@ -5,9 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace tov {
 namespace {
@@ -58,45 +55,38 @@ struct DocumentTest : testing::Test {
     Frame a{'A'}, b{'B'};
 };
 
-TEST_F(DocumentTest, ViewsAndDocumentsLeaveEachOther) {
-    auto document = std::make_unique<Document>();
-    Document other;
-    View first;
+// Views of a document, or documents of a template.
+template <class Owner, class Item, class Add, class Remove, class List, class OwnerOf>
+void LeaveEachOther(Add add, Remove remove, List list, OwnerOf ownerOf) {
+    auto owner = std::make_unique<Owner>();
+    Owner other;
+    Item first;
     {
-        View second;
-        for (View* const view : {&first, &second, &first, static_cast<View*>(nullptr)})
-            document->AddView(view);
-        EXPECT_EQ(document->GetViews(), (std::vector<CView*>{&first, &second}));
+        Item second;
+        for (Item* const item : {&first, &second, &first, static_cast<Item*>(nullptr)})
+            std::invoke(add, *owner, item);
+        EXPECT_EQ(std::invoke(list, *owner).size(), 2u);
+        EXPECT_EQ(std::invoke(list, *owner).back(), &second);
     }
-    EXPECT_EQ(document->GetViews(), std::vector<CView*>{&first});
-    EXPECT_EQ(document->changes, 3);
-    other.AddView(&first);
-    EXPECT_TRUE(document->GetViews().empty());
-    document->RemoveView(&first);
-    EXPECT_EQ(first.GetDocument(), &other) << "it was no view of the document";
-    document->AddView(&first);
-    document.reset();
-    EXPECT_EQ(first.GetDocument(), nullptr);
+    ASSERT_EQ(std::invoke(list, *owner).size(), 1u);
+    EXPECT_EQ(std::invoke(list, *owner).front(), &first);
+    std::invoke(add, other, &first);
+    EXPECT_TRUE(std::invoke(list, *owner).empty());
+    std::invoke(remove, *owner, &first);
+    EXPECT_EQ(std::invoke(ownerOf, first), &other) << "it was none of the owner's";
+    std::invoke(add, *owner, &first);
+    if constexpr (requires { owner->changes; }) {
+        EXPECT_EQ(owner->changes, 5);
+    }
+    owner.reset();
+    EXPECT_EQ(std::invoke(ownerOf, first), nullptr);
 }
 
-TEST_F(DocumentTest, DocumentsAndTemplatesLeaveEachOther) {
-    auto kind = std::make_unique<CDocTemplate>();
-    CDocTemplate other;
-    Document first;
-    {
-        Document second;
-        for (Document* const document : {&first, &second, &second, static_cast<Document*>(nullptr)})
-            kind->AddDocument(document);
-        EXPECT_EQ(kind->GetDocuments(), (std::vector<CDocument*>{&first, &second}));
-    }
-    EXPECT_EQ(kind->GetDocuments(), std::vector<CDocument*>{&first});
-    other.AddDocument(&first);
-    EXPECT_TRUE(kind->GetDocuments().empty());
-    kind->RemoveDocument(&first);
-    EXPECT_EQ(first.GetDocTemplate(), &other);
-    kind->AddDocument(&first);
-    kind.reset();
-    EXPECT_EQ(first.GetDocTemplate(), nullptr);
+TEST_F(DocumentTest, ViewsDocumentsAndTemplatesLeaveEachOther) {
+    LeaveEachOther<Document, View>(&CDocument::AddView, &CDocument::RemoveView, &CDocument::GetViews,
+                                   &CView::GetDocument);
+    LeaveEachOther<CDocTemplate, Document>(&CDocTemplate::AddDocument, &CDocTemplate::RemoveDocument,
+                                           &CDocTemplate::GetDocuments, &CDocument::GetDocTemplate);
 }
 
 TEST_F(DocumentTest, TheFirstViewWithAFrameIsActivated) {
@@ -153,11 +143,10 @@ TEST_F(DocumentTest, TheLastPointerMayGoWhileTheDocumentCloses) {
 
 TEST_F(DocumentTest, AViewThatDiesWithItsFrameIsNotMissed) {
     Document document;
-    auto first = std::make_unique<View>(&a);
-    auto second = std::make_unique<View>(&a);
-    document.AddView(first.get());
-    document.AddView(second.get());
-    a.atDestroy = [&] { first.reset(), second.reset(); };
+    std::vector<std::unique_ptr<View>> views;
+    for (int i = 0; i < 2; ++i)
+        document.AddView(views.emplace_back(std::make_unique<View>(&a)).get());
+    a.atDestroy = [&] { views.clear(); };
     document.OnCloseDocument();
     EXPECT_EQ(told, "destroy A ");
 }
