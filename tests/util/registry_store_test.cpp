@@ -10,9 +10,6 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <cstdlib>
-#include <filesystem>
-
 namespace tov {
 namespace {
 
@@ -85,12 +82,11 @@ TEST_F(RegistryStoreTest, NamesStayAsFirstWrittenAndStepsAreDividedAtBackslashes
 }
 
 TEST_F(RegistryStoreTest, LivesWithWhatAnotherProgramDoes) {
-    EXPECT_EQ(Read("software\\A\\S", "v"), "<none>");
-    EXPECT_EQ(SubKeys("software\\A"), Names{"S"}) << "a read makes the key";
-    Sql("DELETE FROM keys WHERE id > 2");
-    EXPECT_EQ(Read("software\\A\\S", "v"), "<none>");
-    EXPECT_EQ(SubKeys("software\\A"), Names{"S"});
-    Sql("DELETE FROM keys WHERE id > 2");
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(Read("software\\A\\S", "v"), "<none>");
+        EXPECT_EQ(SubKeys("software\\A"), Names{"S"}) << "a read makes the key";
+        Sql("DELETE FROM keys WHERE id > 2");
+    }
     ASSERT_TRUE(Write("software\\A\\S", "v", "2"));
     EXPECT_EQ(Read("software\\A\\S", "v"), "2");
     Sql("UPDATE entries SET type = 3, data = x'0102'");
@@ -98,19 +94,20 @@ TEST_F(RegistryStoreTest, LivesWithWhatAnotherProgramDoes) {
 }
 
 TEST_F(RegistryStoreTest, FollowsTheConfigurationFolderAndTheFileInIt) {
-    ASSERT_TRUE(Write(section, "v", "1"));
-    UseFolder("other");
-    EXPECT_EQ(Read(section, "v"), "<none>");
-    ASSERT_TRUE(Write(section, "v", "2"));
+    for (char const* const folder : {"", "other"}) {
+        UseFolder(folder);
+        EXPECT_EQ(Read(section, "v"), "<none>");
+        ASSERT_TRUE(Write(section, "v", folder));
+    }
     UseFolder("");
-    EXPECT_EQ(Read(section, "v"), "1");
+    EXPECT_EQ(Read(section, "v"), "");
     Store().Close();
     fs::copy_file(m_file, m_folder.File("backup"));
     ASSERT_TRUE(Write(section, "v", "3"));
     for (auto const* tail : {"-wal", "-shm"})
         fs::remove(m_file + tail);
     fs::rename(m_folder.File("backup"), m_file);
-    EXPECT_EQ(Read(section, "v"), "1");
+    EXPECT_EQ(Read(section, "v"), "");
 }
 
 // The connection that is open at the time of the fork must not come along: its locks do not.
