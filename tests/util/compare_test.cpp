@@ -13,9 +13,6 @@
 #include <cwctype>
 #include <limits>
 #include <random>
-#include <string>
-#include <string_view>
-#include <vector>
 
 namespace tov {
 namespace {
@@ -33,11 +30,7 @@ int Order(Compare compare, Value a, Value b) {
 }
 
 TEST(Compare, TextsByBytesByNumbersAndWithoutCase) {
-    struct {
-        char const* a;
-        char const* b;
-        int bytes, numbers, noCase;
-    } const rows[] = {
+    std::tuple<char const*, char const*, int, int, int> const rows[] = {
         // clang-format off
         {"a10", "a9", -1, 1, 1},   {"a01", "a1", -1, 0, 0},       {"a01b", "a1a", -1, 1, 1},
         {"a01", "a1b", -1, -1, -1}, {"", "a", -1, -1, -1},         {nullptr, "", 0, 0, 0},
@@ -148,8 +141,9 @@ TEST(CompareIS, NothingIsReadBehindThePageThatATextEndsIn) {
     for (std::size_t length = 0; length <= text.size(); ++length) {
         char* const last = end - length - 1;
         text.copy(last, length);
-        EXPECT_EQ(Sign(TovCompareIS(last, text.c_str())), length < text.size() ? -1 : 0) << length;
-        EXPECT_EQ(Sign(TovCompareNoCaseIS(text.c_str(), last)), length < text.size() ? 1 : 0) << length;
+        for (auto* const compare : {TovCompareIS, TovCompareNoCaseIS})
+            EXPECT_EQ(Order(compare, static_cast<char const*>(last), text.c_str()),
+                      length < text.size() ? -1 : 0);
     }
     ::munmap(pages, 2 * page);
 }
@@ -188,10 +182,7 @@ TEST(Compare, DoublesWithinTheToleranceAreEqualAndMissingOnesLast) {
     using Limits = std::numeric_limits<double>;
     constexpr double e = 2.220446049250313e-16, huge = Limits::max();
     constexpr double infinity = Limits::infinity(), nan = Limits::quiet_NaN();
-    struct {
-        double a, b;
-        int sign;
-    } const rows[] = {
+    std::tuple<double, double, int> const rows[] = {
         // clang-format off
         {1.0, 2.0, -1},  {1.0, 1.0 + 2 * e, 0},  // 2e < e * (1 + 2e) + e, by a hair
         {0.0, e, 0},     {1.0, 1.0 + 3 * e, -1}, {1e300, 1e300 * (1 + e), 0}, {1e300, 1e300 * (1 + 4 * e), -1},
@@ -204,8 +195,8 @@ TEST(Compare, DoublesWithinTheToleranceAreEqualAndMissingOnesLast) {
         // clang-format on
     };
     auto const compare = [](double a, double b) { return TovCompare(a, b); };
-    for (auto const& row : rows)
-        EXPECT_EQ(Order(compare, row.a, row.b), row.sign) << row.a << ' ' << row.b;
+    for (auto const& [a, b, sign] : rows)
+        EXPECT_EQ(Order(compare, a, b), sign) << a << ' ' << b;
 }
 
 }  // namespace
