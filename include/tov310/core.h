@@ -8,9 +8,11 @@
 #include <tov310/bitmap.h>
 #include <tov310/cmd_ui.h>
 #include <tov310/compare.h>
+#include <tov310/device_context.h>
 #include <tov310/dib.h>
 #include <tov310/distance.h>
 #include <tov310/document.h>
+#include <tov310/draw_dib.h>
 #include <tov310/event_channels.h>
 #include <tov310/export.h>
 #include <tov310/file.h>
