@@ -1,5 +1,6 @@
 #include "commands.h"
 
+#include "clocks.h"
 #include "find.h"
 #include "recent.h"
 #include "show.h"
@@ -11,6 +12,7 @@ std::span<Command const> Commands() {
         {"", "[options] [FILE]", "places of the earth and how far they are apart", ShowHelp, RunShow},
         {"find", "[options] DIR PATTERN [PATTERN ...]", "searches a folder for files", FindHelp, RunFind},
         {"recent", "[options]", "the tables that were opened last", RecentHelp, RunRecent},
+        {"time", "[options] [TEXT]", "a moment in UTC, local time and GPS time", TimeHelp, RunTime},
     };
     return commands;
 }

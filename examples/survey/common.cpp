@@ -1,5 +1,6 @@
 #include "common.h"
 
+#include "clocks.h"
 #include "files.h"
 #include "recent.h"
 #include "settings.h"
@@ -58,6 +59,7 @@ std::string OpenProfile(CommonOptions const& options) {
     if (options.reset) {
         ForgetSettings();
         ForgetRecentTables();
+        ForgetLeapSeconds();
     }
     return place;
 }
