@@ -35,7 +35,7 @@ class TOV_CORE_API CTovMailMessage {
  public:
     using MAIL_ADDRESS = TovMailHelper::MAIL_ADDRESS;
 
-    enum eRecipientTypes {
+    enum eRecipientTypes : int {
         eRecipientTo = 0,
         eRecipientCc = 1,
         eRecipientBcc = 2,  // gets the mail without being named in it
