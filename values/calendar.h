@@ -91,20 +91,16 @@ struct ClockReading {
 // Cuts days, of which `whole` is whole and 0 <= part <= 1, into a reading. A double that holds a number of
 // days of this size resolves one unit of its last place; what lies within that of a whole second is that
 // second.
-inline ClockReading SplitDays(double whole, double part, double size) {
+inline ClockReading SplitDays(std::int64_t whole, double part, double size) {
     constexpr std::uint64_t exponentBits = 0x7FF0000000000000;
     double const power = std::bit_cast<double>(std::bit_cast<std::uint64_t>(size) & exponentBits);
     double const resolution = std::max(power, 1.0) * (std::numeric_limits<double>::epsilon() * secondsPerDay);
     double const seconds = part * secondsPerDay;
-    ClockReading reading{static_cast<std::int64_t>(whole), static_cast<int>(seconds), 0};
-    reading.fraction = seconds - reading.second;
-    if (reading.fraction >= 0.5) {
-        if (1 - reading.fraction <= resolution) {
-            reading.fraction = 0;
-            ++reading.second;
-        }
-    } else if (reading.fraction <= resolution) {
-        reading.fraction = 0;
+    auto const nearest = static_cast<int>(seconds + 0.5);
+    ClockReading reading{whole, nearest, 0};
+    if (std::abs(seconds - nearest) > resolution) {
+        reading.second = static_cast<int>(seconds);
+        reading.fraction = seconds - reading.second;
     }
     if (reading.second >= secondsPerDay) {
         reading.second = 0;
@@ -115,8 +111,9 @@ inline ClockReading SplitDays(double whole, double part, double size) {
 
 // The reading of a MJD, which must fit 64 bits. Before the epoch the day is the one before.
 inline ClockReading SplitMjd(double mjd) {
-    double const whole = std::floor(mjd);
-    return SplitDays(whole, mjd - whole, mjd);
+    auto whole = static_cast<std::int64_t>(mjd);
+    if (static_cast<double>(whole) > mjd) --whole;
+    return SplitDays(whole, mjd - static_cast<double>(whole), mjd);
 }
 
 }  // namespace tov

@@ -30,8 +30,8 @@ std::optional<std::int64_t> MomentOfLocal(ClockReading const& reading) {
 
 std::optional<ClockReading> OleReading(COleDateTime const& date) {
     if (date.m_status != COleDateTime::valid) return std::nullopt;
-    double const whole = std::trunc(date.m_dt);
-    ClockReading reading = SplitDays(whole, std::abs(date.m_dt - whole), date.m_dt);
+    auto const whole = static_cast<std::int64_t>(date.m_dt);
+    ClockReading reading = SplitDays(whole, std::abs(date.m_dt - static_cast<double>(whole)), date.m_dt);
     reading.day += mjdOfOleEpoch;
     return reading;
 }
@@ -48,7 +48,7 @@ COleDateTime OleOfReading(ClockReading const& reading) {
 SpanReading SpanReading::OfDays(double days) {
     if (std::isnan(days)) return {};
     double const size = std::fmin(std::abs(days), maxSpanDays);
-    ClockReading const reading = SplitDays(std::floor(size), size - std::floor(size), size);
+    ClockReading const reading = SplitMjd(size);
     SpanReading const span{reading.Seconds(), reading.fraction};
     return days < 0 ? -span : span;
 }

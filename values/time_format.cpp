@@ -2,10 +2,22 @@
 
 #include "vesk/clock.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace tov {
 namespace {
+
+// The code that begins at a percent sign.
+FormatCode CodeAt(std::string_view format, std::size_t begin) {
+    std::size_t at = begin + 1;
+    auto const take = [&](char c) { return at < format.size() && format[at] == c && (++at, true); };
+    bool const flagged = take('#');
+    take('E') || take('O');
+    if (at == format.size()) return {begin, at, 0, flagged};
+    return {begin, at + 1, format[at], flagged};
+}
 
 constexpr auto twoDigits = [] {
     std::array<char, 200> digits{};
@@ -16,30 +28,20 @@ constexpr auto twoDigits = [] {
     return digits;
 }();
 
-// Numbers of two digits, which nearly all fields are.
-void AppendTwo(CString& out, int number, bool shortened, char pad = '0') {
-    char const* const digits = &twoDigits[static_cast<std::size_t>(number) * 2];
-    if (number >= 10) {
-        out.append(digits, 2);
-        return;
+// Writes a number of two digits, or of one where it is shortened, and answers where it ends.
+char* PutTwo(char* at, int number, bool shortened) {
+    if (shortened && number < 10) {
+        *at = static_cast<char>('0' + number);
+        return at + 1;
     }
-    if (!shortened) out.push_back(pad);
-    out.push_back(digits[1]);
+    return std::copy_n(&twoDigits[static_cast<std::size_t>(number) * 2], 2, at);
 }
 
-void AppendThree(CString& out, int number, bool shortened) {
-    if (!shortened || number >= 100) out.push_back(static_cast<char>('0' + number / 100));
-    AppendTwo(out, number % 100, shortened && number < 100);
-}
-
-// Years have as many digits as they need.
-void AppendYear(CString& out, long year) {
-    if (year >= 1000 && year < 10000) {
-        AppendTwo(out, static_cast<int>(year / 100), false);
-        AppendTwo(out, static_cast<int>(year % 100), false);
-    } else {
-        out += std::to_string(year);
-    }
+void AppendTwo(CString& out, int number, bool shortened) {
+    char digits[2];
+    bool const one = PutTwo(digits, number, shortened) == digits + 1;
+    out.push_back(digits[0]);
+    if (!one) out.push_back(digits[1]);
 }
 
 long FloorDivide(long number, long by) {
@@ -77,46 +79,6 @@ bool AppendField(CString& out, std::tm const& fields, char letter, bool flagged)
     long const year = fields.tm_year + 1900L;
     auto const part = [&](std::string_view format) { AppendFields(out, fields, format, flagged); };
     switch (letter) {
-        case 'Y':
-            AppendYear(out, year);
-            break;
-        case 'y':
-            AppendTwo(out, static_cast<int>(year - FloorDivide(year, 100) * 100), flagged);
-            break;
-        case 'm':
-            AppendTwo(out, fields.tm_mon + 1, flagged);
-            break;
-        case 'd':
-            AppendTwo(out, fields.tm_mday, flagged);
-            break;
-        case 'H':
-            AppendTwo(out, fields.tm_hour, flagged);
-            break;
-        case 'M':
-            AppendTwo(out, fields.tm_min, flagged);
-            break;
-        case 'S':
-            AppendTwo(out, fields.tm_sec, flagged);
-            break;
-        case 'I':
-            AppendTwo(out, (fields.tm_hour + 11) % 12 + 1, flagged);
-            break;
-        case 'p':
-            out += VeskHalfDayName(fields.tm_hour >= 12);
-            break;
-        case 'b':
-        case 'h':
-            out += VeskMonthName(fields.tm_mon, false);
-            break;
-        case 'B':
-            out += VeskMonthName(fields.tm_mon, true);
-            break;
-        case 'a':
-            out += VeskDayName(fields.tm_wday, false);
-            break;
-        case 'A':
-            out += VeskDayName(fields.tm_wday, true);
-            break;
         case 'C': {
             long const century = FloorDivide(year, 100);
             if (century >= 0 && century < 100) {
@@ -127,10 +89,13 @@ bool AppendField(CString& out, std::tm const& fields, char letter, bool flagged)
             break;
         }
         case 'e':
-            AppendTwo(out, fields.tm_mday, flagged, ' ');
+            if (!flagged && fields.tm_mday < 10) out.push_back(' ');
+            AppendTwo(out, fields.tm_mday, true);
             break;
         case 'j':
-            AppendThree(out, fields.tm_yday + 1, flagged);
+            if (!flagged || fields.tm_yday >= 99)
+                out.push_back(static_cast<char>('0' + (fields.tm_yday + 1) / 100));
+            AppendTwo(out, (fields.tm_yday + 1) % 100, flagged && fields.tm_yday < 99);
             break;
         case 'w':
             out.push_back(static_cast<char>('0' + fields.tm_wday));
@@ -148,7 +113,7 @@ bool AppendField(CString& out, std::tm const& fields, char letter, bool flagged)
             AppendTwo(out, IsoWeek(fields).week, flagged);
             break;
         case 'G':
-            AppendYear(out, IsoWeek(fields).year);
+            out += std::to_string(IsoWeek(fields).year);
             break;
         case 'g': {
             long const weekYear = IsoWeek(fields).year;
@@ -209,15 +174,85 @@ bool AppendField(CString& out, std::tm const& fields, char letter, bool flagged)
 }
 
 void AppendFields(CString& out, std::tm const& fields, std::string_view format, bool flagged) {
-    std::size_t at = 0;
-    for (;;) {
-        FormatCode const code = FindFormatCode(format, at);
-        out += format.substr(at, code.begin - at);
-        if (code.begin == format.size()) return;
-        if (!AppendField(out, fields, code.letter, flagged || code.flagged))
-            out += format.substr(code.begin, code.end - code.begin);
-        at = code.end;
+    constexpr std::ptrdiff_t longestField = 4;
+    char piece[120];
+    char* at = piece;
+    auto const flush = [&] {
+        out.append(piece, at);
+        at = piece;
+    };
+    auto const name = [&](std::string_view text) {
+        if (std::end(piece) - at < static_cast<std::ptrdiff_t>(text.size())) flush();
+        if (text.size() > sizeof piece) {
+            out += text;
+        } else {
+            at = std::copy(text.begin(), text.end(), at);
+        }
+    };
+    long const year = fields.tm_year + 1900L;
+    for (std::size_t i = 0; i < format.size();) {
+        if (std::end(piece) - at < longestField) flush();
+        if (format[i] != '%') {
+            *at++ = format[i++];
+            continue;
+        }
+        FormatCode const code = CodeAt(format, i);
+        i = code.end;
+        bool const shortened = flagged || code.flagged;
+        switch (code.letter) {
+            case 'Y':
+                if (year >= 1000 && year < 10000) {
+                    at = PutTwo(at, static_cast<int>(year / 100), false);
+                    at = PutTwo(at, static_cast<int>(year % 100), false);
+                } else {
+                    flush();
+                    out += std::to_string(year);
+                }
+                break;
+            case 'y':
+                at = PutTwo(at, static_cast<int>(year - FloorDivide(year, 100) * 100), shortened);
+                break;
+            case 'm':
+                at = PutTwo(at, fields.tm_mon + 1, shortened);
+                break;
+            case 'd':
+                at = PutTwo(at, fields.tm_mday, shortened);
+                break;
+            case 'H':
+                at = PutTwo(at, fields.tm_hour, shortened);
+                break;
+            case 'I':
+                at = PutTwo(at, (fields.tm_hour + 11) % 12 + 1, shortened);
+                break;
+            case 'M':
+                at = PutTwo(at, fields.tm_min, shortened);
+                break;
+            case 'S':
+                at = PutTwo(at, fields.tm_sec, shortened);
+                break;
+            case 'p':
+                name(VeskHalfDayName(fields.tm_hour >= 12));
+                break;
+            case 'b':
+            case 'h':
+                name(VeskMonthName(fields.tm_mon, false));
+                break;
+            case 'B':
+                name(VeskMonthName(fields.tm_mon, true));
+                break;
+            case 'a':
+                name(VeskDayName(fields.tm_wday, false));
+                break;
+            case 'A':
+                name(VeskDayName(fields.tm_wday, true));
+                break;
+            default:
+                flush();
+                if (!AppendField(out, fields, code.letter, shortened))
+                    out += format.substr(code.begin, code.end - code.begin);
+        }
     }
+    flush();
 }
 
 }  // namespace
@@ -225,12 +260,7 @@ void AppendFields(CString& out, std::tm const& fields, std::string_view format, 
 FormatCode FindFormatCode(std::string_view format, std::size_t from) {
     std::size_t const begin = format.find('%', from);
     if (begin == std::string_view::npos) return {format.size(), format.size(), 0, false};
-    std::size_t at = begin + 1;
-    auto const take = [&](char c) { return at < format.size() && format[at] == c && (++at, true); };
-    bool const flagged = take('#');
-    take('E') || take('O');
-    if (at == format.size()) return {begin, at, 0, flagged};
-    return {begin, at + 1, format[at], flagged};
+    return CodeAt(format, begin);
 }
 
 FormatCode FindFormatCode(std::string_view format, char letter) {
