@@ -1,41 +1,46 @@
 // Reading of times. The codes of a format say what is read one after the other; how the text is divided is up
 // to the text: behind every field it is moved on to where the next one can begin.
-#include <tov310/time_helper.h>
 #include <tov310/tov_time.h>
 
 #include "values/calendar.h"
 #include "vesk/clock.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <optional>
 #include <string_view>
-#include <utility>
 
 namespace tov {
 namespace {
-
-constexpr bool IsBlank(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-constexpr bool IsTimeDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 constexpr char SmallLetter(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
 }
 
-constexpr bool IsLetter(char c) {
-    return (SmallLetter(c) >= 'a' && SmallLetter(c) <= 'z') || (c & 0x80) != 0;
-}
+// What a character can be in a text of a time.
+enum TimeChar : unsigned char {
+    kTimeBlank = 1,
+    kTimeDigit = 2,
+    kTimeLetter = 4,
+    kTimeField = 8,   // belongs to a field
+    kTimePoint = 16,  // belongs to a field with decimals
+};
 
-constexpr bool BeginsWord(char c) {
-    return IsTimeDigit(c) || IsLetter(c);
-}
+constexpr auto timeChars = [] {
+    std::array<unsigned char, 256> kinds{};
+    for (unsigned i = 0; i < kinds.size(); ++i) {
+        char const c = static_cast<char>(i);
+        if (c == ' ' || (c >= '\t' && c <= '\r')) kinds[i] = kTimeBlank;
+        if (c >= '0' && c <= '9') kinds[i] = kTimeDigit | kTimeField;
+        if ((SmallLetter(c) >= 'a' && SmallLetter(c) <= 'z') || i >= 0x80) kinds[i] = kTimeLetter;
+        if (c == 'A' || c == 'P' || c == 'M') kinds[i] |= kTimeField;
+        if (c == '.') kinds[i] = kTimePoint;
+    }
+    return kinds;
+}();
 
 // Whether the text begins with the word, whatever the case of its letters.
 bool BeginsWith(std::string_view text, std::string_view word) {
@@ -50,44 +55,47 @@ constexpr char const* englishMonths[] = {"January",   "February", "March",    "A
 
 class TimeText {
  public:
-    explicit TimeText(std::string_view text) : m_rest(text) { SkipBlanks(); }
+    explicit TimeText(CString const& text) : m_at(text.c_str()), m_end(m_at + text.size()) {
+        Skip(kTimeBlank);
+    }
 
-    bool IsAtEnd() const { return m_rest.empty(); }
+    bool IsAtEnd() const { return m_at == m_end; }
 
-    // A whole number; what is above 10^9 stays there.
+    // A whole number; what is above 10^9 may be any such number.
     bool Read(std::int64_t& value) {
         Advance();
-        auto const [negative, start] = Sign();
-        std::size_t at = start;
+        bool const negative = *m_at == '-';
+        char const* const digits = AfterSign();
+        char const* at = digits;
         std::int64_t number = 0;
-        for (; at < m_rest.size() && IsTimeDigit(m_rest[at]); ++at)
-            number = std::min<std::int64_t>(number * 10 + (m_rest[at] - '0'), 1'000'000'000);
-        if (at == start) return false;
+        for (unsigned digit = 0; (digit = static_cast<unsigned>(*at - '0')) < 10; ++at)
+            number = number < 1'000'000'000 ? number * 10 + digit : number;
+        if (at == digits) return false;
         value = negative ? -number : number;
-        Take(at, false);
+        Take(at, kTimeField);
         return true;
     }
 
     // A number with decimals; too large ones are infinite.
     bool Read(double& value) {
         Advance();
-        auto const [negative, start] = Sign();
-        char const* const begin = m_rest.data() + start;
-        char const* const end = m_rest.data() + m_rest.size();
-        if (begin == end || !(IsTimeDigit(*begin) || *begin == '.')) return false;
+        bool const negative = *m_at == '-';
+        char const* const digits = AfterSign();
+        if (!Is(digits, kTimeDigit | kTimePoint)) return false;
         double number = HUGE_VAL;
-        auto const [behind, error] = std::from_chars(begin, end, number);
+        auto const [behind, error] = std::from_chars(digits, m_end, number);
         if (error == std::errc::invalid_argument) return false;
         value = negative ? -number : number;
-        Take(static_cast<std::size_t>(behind - m_rest.data()), true);
+        Take(behind, kTimeField | kTimePoint);
         return true;
     }
 
+    // The longest name that is one, in the locale's language or English.
     bool ReadMonth(std::int64_t& month) {
         SkipToWord();
         std::size_t longest = 0;
         auto const consider = [&](std::string_view name, int number) {
-            if (name.size() <= longest || !BeginsWith(m_rest, name)) return;
+            if (name.size() <= longest || !BeginsWith(Rest(), name)) return;
             longest = name.size();
             month = number + 1;
         };
@@ -97,91 +105,78 @@ class TimeText {
                 name.remove_prefix(std::min(name.find_first_not_of(' '), name.size()));
                 consider(name, number);
             }
+            std::string_view const english = englishMonths[number];
+            consider(english, number);
+            consider(english.substr(0, 3), number);
         }
-        for (int number = 0; number < 12; ++number) {
-            std::string_view const name = englishMonths[number];
-            consider(name, number);
-            consider(name.substr(0, 3), number);
-        }
-        if (longest != 0) Take(longest, false);
+        if (longest != 0) Take(m_at + longest, kTimeField);
         return longest != 0;
     }
 
     // A name of the half of the day, in the locale's language or English; else any two characters.
     bool ReadHalfDay(bool& afternoon) {
-        std::string_view const before = m_rest;
-        for (SkipToWord(); !m_rest.empty(); SkipWord(), SkipToWord()) {
+        char const* const before = m_at;
+        for (SkipToWord(); !IsAtEnd(); SkipToWord()) {
             for (bool const candidate : {false, true}) {
-                if (!TakeWord(VeskHalfDayName(candidate)) && !TakeWord(candidate ? "PM" : "AM")) continue;
+                if (!TakeWord(candidate ? "PM" : "AM") && !TakeWord(VeskHalfDayName(candidate))) continue;
                 afternoon = candidate;
                 return true;
             }
+            Skip(Is(m_at, kTimeDigit) ? kTimeDigit : kTimeLetter);
         }
-        m_rest = before;
+        m_at = before;
         Advance();
-        std::size_t at = 0;
-        while (at < 2 && at < m_rest.size() && !IsBlank(m_rest[at]))
+        char const* at = m_at;
+        while (at != m_end && at - m_at < 2 && !Is(at, kTimeBlank))
             ++at;
-        if (at != 0) Take(at, false);
-        return at != 0;
+        if (at == m_at) return false;
+        Take(at, kTimeField);
+        return true;
     }
 
  private:
-    bool TakeWord(std::string_view word) {
-        bool const found =
-            BeginsWith(m_rest, word) && (m_rest.size() == word.size() || !IsLetter(m_rest[word.size()]));
-        if (found) Take(word.size(), false);
-        return found;
+    // A zero, which also closes the text, is of no kind.
+    static bool Is(char const* at, int kinds) {
+        return (timeChars[static_cast<unsigned char>(*at)] & kinds) != 0;
     }
 
-    void SkipBlanks() {
-        while (!m_rest.empty() && IsBlank(m_rest.front()))
-            m_rest.remove_prefix(1);
+    std::string_view Rest() const { return {m_at, m_end}; }
+
+    void Skip(int kinds) {
+        while (Is(m_at, kinds))
+            ++m_at;
     }
 
     void SkipToWord() {
-        while (!m_rest.empty() && !BeginsWord(m_rest.front()))
-            m_rest.remove_prefix(1);
+        while (!IsAtEnd() && !Is(m_at, kTimeDigit | kTimeLetter))
+            ++m_at;
     }
 
-    // Past digits, or past what is none.
-    void SkipWord() {
-        bool const digits = !m_rest.empty() && IsTimeDigit(m_rest.front());
-        while (!m_rest.empty() && BeginsWord(m_rest.front()) && IsTimeDigit(m_rest.front()) == digits)
-            m_rest.remove_prefix(1);
+    bool TakeWord(std::string_view word) {
+        if (!BeginsWith(Rest(), word) || Is(m_at + word.size(), kTimeLetter)) return false;
+        Take(m_at + word.size(), kTimeField);
+        return true;
     }
 
-    bool BelongsToField(char c) const {
-        return IsTimeDigit(c) || c == 'A' || c == 'P' || c == 'M' || (c == '.' && m_decimals);
-    }
+    char const* AfterSign() const { return m_at + (*m_at == '-' || *m_at == '+' ? 1 : 0); }
 
     // Past the rest of the field that was read, and past anything else to where a field can begin.
     void Advance() {
-        if (!m_behindField) return;
-        m_behindField = false;
-        std::size_t at = 0;
-        while (at < m_rest.size() && BelongsToField(m_rest[at]))
-            ++at;
-        while (at < m_rest.size() && !BelongsToField(m_rest[at]))
-            ++at;
-        m_rest.remove_prefix(at);
+        if (m_field == 0) return;
+        Skip(m_field);
+        while (!IsAtEnd() && !Is(m_at, m_field))
+            ++m_at;
+        m_field = 0;
     }
 
-    // Whether a number begins with "-", and where its digits begin.
-    std::pair<bool, std::size_t> Sign() const {
-        bool const sign = !m_rest.empty() && (m_rest.front() == '-' || m_rest.front() == '+');
-        return {sign && m_rest.front() == '-', sign ? 1 : 0};
+    void Take(char const* behind, int field) {
+        m_at = behind;
+        m_field = field;
     }
 
-    void Take(std::size_t length, bool decimals) {
-        m_rest.remove_prefix(length);
-        m_behindField = true;
-        m_decimals = decimals;
-    }
-
-    std::string_view m_rest;
-    bool m_behindField = false;
-    bool m_decimals = false;  // whether the field had some: then "." belongs to it
+    char const* m_at;
+    char const* m_end;
+    int m_field = 0;  // what belongs to the field behind which m_at stands; 0 where it stands before one
 };
 
 constexpr int firstYear = 100;  // as of COleDateTime
@@ -231,22 +226,31 @@ class ScannedFields {
         }
     }
 
-    // The reading of the clock; false where there is no such date or time of the day.
-    bool GetReading(ClockReading& reading) {
+    // The reading of the clock, with the fraction of the second; false where there is no such date or time of
+    // the day. The fields carry: a second 60 is the first one of the next minute, which is what the clock
+    // makes of a leap second, and days of the year stand in January.
+    bool GetReading(std::tm& reading, double& fraction) {
         if (!m_longYear && m_year >= 0 && m_year < 100) m_year += m_year > 70 ? 1900 : 2000;
         if (m_afternoon && m_hour >= 0 && m_hour < 12) m_hour += 12;
         if (!SplitDecimals()) return false;
-        // A second 60 is the first one of the next minute, which is what the clock makes of a leap second.
-        bool const time =
-            m_hour >= 0 && m_hour < 24 && m_minute >= 0 && m_minute < 60 && m_second >= 0 && m_second <= 60;
-        bool const months = m_year >= firstYear && m_year <= lastYear && m_month >= 1 && m_month <= 12;
-        if (!time || !months) return false;
+        auto const within = [](std::int64_t number, int from, int to) {
+            return number >= from && number <= to;
+        };
+        if (!within(m_year, firstYear, lastYear) || !within(m_month, 1, 12) || !within(m_hour, 0, 23) ||
+            !within(m_minute, 0, 59) || !within(m_second, 0, 60))
+            return false;
         bool const ofYear = m_dayOfYear && !m_monthRead;
         int const days =
             ofYear ? 337 + DaysOfMonth(m_year, 2) : DaysOfMonth(m_year, static_cast<int>(m_month));
-        if (m_day < 1 || m_day > days) return false;
-        std::int64_t const day = MjdOfDate(m_year, static_cast<int>(m_month), m_day);
-        reading = ClockReading::OfSeconds(((day * 24 + m_hour) * 60 + m_minute) * 60 + m_second, m_fraction);
+        if (!within(m_day, 1, days)) return false;
+        reading.tm_year = static_cast<int>(m_year - 1900);
+        reading.tm_mon = static_cast<int>(m_month - 1);
+        reading.tm_mday = static_cast<int>(m_day);
+        reading.tm_hour = static_cast<int>(m_hour);
+        reading.tm_min = static_cast<int>(m_minute);
+        reading.tm_sec = static_cast<int>(m_second);
+        reading.tm_isdst = -1;
+        fraction = m_fraction;
         return true;
     }
 
@@ -289,31 +293,26 @@ class ScannedFields {
 }  // namespace
 
 double CTovTime::ScanTime(CString const& text, CString const& format) {
-    TimeText rest(text.c_str());
-    std::string_view const codes(format.c_str());
+    TimeText rest(text);
     ScannedFields fields;
-    for (std::size_t at = codes.find('%'); at != codes.npos && !rest.IsAtEnd();
-         at = codes.find('%', at + 1)) {
-        std::size_t const code = codes.find_first_not_of('#', at + 1);
-        if (code == codes.npos) break;
-        fields.Read(rest, codes[code]);
+    for (char const* at = format.c_str(); *at != 0; ++at) {
+        if (*at != '%') continue;
+        char const* code = at + 1;
+        while (*code == '#')
+            ++code;
+        if (rest.IsAtEnd()) break;
+        fields.Read(rest, *code);
     }
-    ClockReading reading;
-    if (!fields.GetReading(reading)) return 0;
-    CalendarDate const date = DateOfMjd(reading.day);
-    std::tm local{};
-    local.tm_year = static_cast<int>(date.year - 1900);
-    local.tm_mon = date.month - 1;
-    local.tm_mday = date.day;
-    local.tm_hour = reading.Hour();
-    local.tm_min = reading.Minute();
-    local.tm_sec = reading.second % 60;
-    local.tm_isdst = -1;
-    std::optional<std::int64_t> const moment = VeskLocalMoment(local);
+    std::tm reading{};
+    double fraction = 0;
+    if (!fields.GetReading(reading, fraction)) return 0;
+    long east = 0;
+    std::optional<std::int64_t> const moment = VeskLocalMoment(reading, &east);
     if (!moment) return 0;
     CTime::operator=(CTime(*moment));
-    m_dFracSecond = reading.fraction;
-    return CTovTimeHelper::GetMjd(*this);
+    m_dFracSecond = fraction;
+    // A clock time that does not exist comes out as another.
+    return ClockReading::OfSeconds(mjdOfUnixEpoch * secondsPerDay + *moment + east, fraction).Mjd();
 }
 
 }  // namespace tov

@@ -21,9 +21,8 @@ std::optional<std::int64_t> TryMoments(std::tm fields, long* east) {
 
 // Seconds by which the local clock is ahead of UTC.
 long SecondsEastAt(std::int64_t moment) {
-    std::tm fields{};
-    VeskLocalFields(moment, fields);
-    return fields.tm_gmtoff;
+    std::tm fields;
+    return VeskLocalFields(moment, fields) ? fields.tm_gmtoff : 0;
 }
 
 bool IsClockTime(std::tm const& fields) {
@@ -33,13 +32,14 @@ bool IsClockTime(std::tm const& fields) {
            within(fields.tm_year, -2000, 10'000);
 }
 
-// Since 1 January 1970. Months count from March, so that the leap day ends a year.
+// Since 1 January 1970. Months count from March, so that the leap day ends a year, and years from -2000.
 std::int64_t DayNumber(std::tm const& fields) {
     bool const previous = fields.tm_mon < 2;
-    std::int64_t const year = fields.tm_year + 1900 + 400 - (previous ? 1 : 0);
-    std::int64_t const month = fields.tm_mon + (previous ? 10 : -2);
-    return year * 365 + year / 4 - year / 100 + year / 400 + (153 * month + 2) / 5 + fields.tm_mday - 1 -
-           719468 - 146097;
+    auto const year = static_cast<std::uint32_t>(fields.tm_year + 1900 + 2000 - (previous ? 1 : 0));
+    auto const month = static_cast<std::uint32_t>(fields.tm_mon + (previous ? 10 : -2));
+    std::uint32_t const century = year / 100;
+    std::uint32_t const days = year * 1461 / 4 - century + century / 4 + (153 * month + 2) / 5;
+    return static_cast<std::int64_t>(days) + fields.tm_mday - 1 - 719468 - 5 * 146097;
 }
 
 // A day of the local calendar around which the clock does not change.
