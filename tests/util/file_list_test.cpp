@@ -63,15 +63,13 @@ struct Event {
 // noted.
 struct Events {
     std::vector<Event> log;
-    std::mutex guard;
+    std::recursive_mutex guard;
     std::function<void(std::size_t)> on;
 
     void Note(Event const& event) {
-        std::unique_lock lock(guard);
+        std::scoped_lock const lock(guard);
         log.push_back(event);
-        std::size_t const count = log.size();
-        lock.unlock();
-        if (on) on(count);
+        if (on) on(log.size());
     }
     long Count(unsigned message) const { return std::ranges::count(log, message, &Event::message); }
 
@@ -164,20 +162,15 @@ TEST_F(FileList, PatternsAreBlindToCaseAndKnowCharacters) {
         Touch(name);
     fs::create_directory(At("dir.txt"));
     std::pair<std::string, Texts> const rows[] = {
-        {At("*.*"), names},
-        {At("*"), names},
-        {At("*.txt"), {"a.txt", "B.TXT", "äöü.Txt", "ÄÖÜ2.txt", "a\\b.txt"}},
-        {At("???.txt"), {"äöü.Txt", "a\\b.txt"}},
-        {folder.path().string() + "\\ÄÖÜ*.TXT", {"äöü.Txt", "ÄÖÜ2.txt"}},
-        {At("??.dat"), {"日本.dat"}},
-        {At("?.bin"), {"\xff.bin"}},
-        {At("*.*.*"), {"x.tar.gz"}},
-        {At("[1].x"), {"[1].x"}},
-        {At("**x*"), {"a.txt", "B.TXT", "noext", "äöü.Txt", "ÄÖÜ2.txt", "x.tar.gz", "a\\b.txt", "[1].x"}},
-        {At(""), {}},
-        {At("*."), {}}};
+        // clang-format off
+        {"/*.*", names}, {"/*", names}, {"/*.txt", {"a.txt", "B.TXT", "äöü.Txt", "ÄÖÜ2.txt", "a\\b.txt"}},
+        {"/???.txt", {"äöü.Txt", "a\\b.txt"}}, {"\\ÄÖÜ*.TXT", {"äöü.Txt", "ÄÖÜ2.txt"}}, {"/??.dat", {"日本.dat"}},
+        {"/?.bin", {"\xff.bin"}}, {"/*.*.*", {"x.tar.gz"}}, {"/[1].x", {"[1].x"}}, {"/", {}}, {"/*.", {}},
+        {"/**x*", {"a.txt", "B.TXT", "noext", "äöü.Txt", "ÄÖÜ2.txt", "x.tar.gz", "a\\b.txt", "[1].x"}},
+        // clang-format on
+    };
     for (auto const& [path, found] : rows) {
-        CTovFileList const list(path.c_str(), 0, 0, 1);
+        CTovFileList const list((folder.path().string() + path).c_str(), 0, 0, 1);
         EXPECT_THAT(list.AllFilenames(), testing::UnorderedElementsAreArray(found)) << path;
     }
     for (char const* const nowhere : {"*.txt", "/*", "\\*", "", static_cast<char const*>(nullptr)}) {
@@ -209,14 +202,14 @@ TEST_F(FileList, RecordsAreSortedByEveryMode) {
     }
     CTovFileList list(At("*").c_str(), 1, 0, 1);
     using List = CTovFileList;
-    std::pair<List::eSortMode, Texts> const rows[] = {{List::eSortFilename, {"c", "b", "a"}},
-                                                      {List::eSortFullFilename, {"a", "b", "c"}},
-                                                      {List::eSortAlternateFilename, {"c", "b", "a"}},
-                                                      {List::eSortLastWriteTime, {"a", "c", "b"}},
-                                                      {List::eSortLastAccessTime, {"b", "a", "c"}},
-                                                      {static_cast<List::eSortMode>(99), {"c", "b", "a"}},
-                                                      {List::eSortSize, {"b", "a", "c"}},
-                                                      {List::eSortNone, {"b", "a", "c"}}};
+    std::pair<List::eSortMode, Texts> const rows[] = {
+        // clang-format off
+        {List::eSortFilename, {"c", "b", "a"}},          {List::eSortFullFilename, {"a", "b", "c"}},
+        {List::eSortAlternateFilename, {"c", "b", "a"}}, {List::eSortLastWriteTime, {"a", "c", "b"}},
+        {List::eSortLastAccessTime, {"b", "a", "c"}},    {static_cast<List::eSortMode>(99), {"c", "b", "a"}},
+        {List::eSortSize, {"b", "a", "c"}},              {List::eSortNone, {"b", "a", "c"}},
+        // clang-format on
+    };
     for (auto const& [mode, names] : rows) {
         list.Sort(mode);
         EXPECT_EQ(list.AllFilenames(), names) << mode;
@@ -287,12 +280,11 @@ TEST_F(FileList, LinksAreFollowedAndCyclesEnd) {
 
 // Each of them leads to all the others: there are more ways than anybody could go.
 TEST_F(FileList, LinksInEveryDirectionComeToAnEnd) {
-    for (unsigned i = 0; i < 12; ++i) {
-        std::string const from = Numbered("d", i);
+    for (unsigned i = 0; i < 12 * 12; ++i) {
+        std::string const from = Numbered("d", i / 12);
         fs::create_directory(At(from));
         Touch(from + "/f");
-        for (unsigned k = 0; k < 12; ++k)
-            fs::create_directory_symlink(Numbered("../d", k), At(from) + Numbered("/to", k));
+        fs::create_directory_symlink(Numbered("../d", i % 12), At(from) + Numbered("/to", i % 12));
     }
     CTovFileList const list(At("f").c_str(), 1, 0, 1);
     EXPECT_GE(list.Size(), 12u + 12 * 11) << "every single link is followed";
