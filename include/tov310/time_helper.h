@@ -29,7 +29,8 @@ class CTovTimeSpan;
 
 class TOV_CORE_API CTovTimeHelper {
  public:
-    // How to round. Every other number does not. Halves round up.
+    // How to round; every other number does not. Half a second, minute or hour rounds up, and half a unit of
+    // its parts to the even one.
     enum eRoundFlag : int {
         eRoundToSecond = 0,
         eRoundToMinute = 1,
@@ -106,6 +107,7 @@ class TOV_CORE_API CTovTimeHelper {
     static int AddLeapSeconds(unsigned short week, unsigned char weekLow8, unsigned char dayNumber,
                               unsigned char seconds);
 
+    // 0.0 for what has no reading: a year that fits no int, a date that is not valid.
     static double GetMjd(CTime const& time);
     static double GetMjd(COleDateTime const& time);
     static double GetMjd(CTovTime const& time);
@@ -114,8 +116,9 @@ class TOV_CORE_API CTovTimeHelper {
     static void SetMjd(double mjd, COleDateTime& time);
     static void SetMjd(double mjd, CTovTime& time);
     // For moments finer than a MJD in one number: the day and its fraction. The part below the second is
-    // rounded to a multiple of the divisor (1 / divisor counts to the nearest whole number), 0 < divisor <=
-    // 1. `second` gets the second of the minute with that part, or 0 where nothing is set.
+    // rounded to a multiple of the divisor, 0 < divisor <= 1 s, of which the nearest whole number to
+    // 1 / divisor make a second. `second` gets the second of the minute with that part, or 0 where nothing is
+    // set.
     static void SetMjd(unsigned long day, double fraction, double secondDivisor, CTovTime& time,
                        double& second);
     // The date and time of a MJD; before the epoch its whole part is the day before. Zeros for a number that
@@ -126,9 +129,9 @@ class TOV_CORE_API CTovTimeHelper {
     // The second of the minute with its fraction.
     static double GetSecond(CTovTime const& time);
 
-    // Round, and answer the new MJD. What lies within one second, minute or hour of an end of its range (the
-    // lower one counted from the full minute or hour) is not rounded to that; a second that cannot be added
-    // leaves the time as it is. CTime and COleDateTime have the latter's range of eRangeOleDateTime.
+    // Round, and answer the new MJD. A time closer to an end of the range than a second, minute or hour is
+    // not rounded to that (to the lower end it is the full minute or hour that counts), nor to parts of the
+    // second where a full one would leave the range. The range of COleDateTime is that of eRangeOleDateTime.
     static double Round(CTime& time, eRoundFlag flag);
     static double Round(COleDateTime& time, eRoundFlag flag);
     static double Round(CTovTime& time, eRoundFlag flag);
@@ -156,9 +159,8 @@ class TOV_CORE_API CTovTimeHelper {
     // Turns the codes of CTime::Format into those of a date-time control; codes that it does not have go.
     static void ConvertTovTimeFormatToDateTimeCtrl(CString& format);
 
-    // Add or subtract a span, whose own fraction of a second counts for a COleDateTime only. The result of
-    // the others keeps its fraction. Answer 1, or 0 and leave the time where the result would be out of
-    // range.
+    // Add or subtract a span. Its own fraction of a second counts for a COleDateTime only; a CTovTime keeps
+    // the one that it has. Answer 1, or 0 and leave the time where the result would be out of range.
     static int AddTimeSpan(CTime& time, CTimeSpan const& span);
     static int AddTimeSpan(CTovTime& time, CTovTimeSpan const& span);
     static int AddTimeSpan(COleDateTime& time, COleDateTimeSpan const& span,
