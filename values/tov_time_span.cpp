@@ -4,6 +4,8 @@
 
 #include "values/tov_time_format.h"
 
+#include <cmath>
+
 namespace tov {
 
 CTovTimeSpan::CTovTimeSpan(std::int64_t seconds) : CTimeSpan(seconds) {}
@@ -33,8 +35,16 @@ int CTovTimeSpan::Compare(CTovTimeSpan const& a, CTovTimeSpan const& b) {
     return TovCompare(CTovTimeSpanHelper::GetMjd(a), CTovTimeSpanHelper::GetMjd(b));
 }
 
-void CTovTimeSpan::Mjd(double days) {
-    CTovTimeSpanHelper::SetMjd(days, *this);
+void CTovTimeSpan::Mjd(double mjd) {
+    if (!std::isfinite(mjd)) return;
+    long days = 0;
+    long hours = 0;
+    long minutes = 0;
+    long seconds = 0;
+    double fraction = 0;
+    CTovTimeSpanHelper::Mjd2Hms(mjd, days, hours, minutes, seconds, fraction);
+    *this = CTimeSpan(days, static_cast<int>(hours), static_cast<int>(minutes), static_cast<int>(seconds));
+    SetFracSecond(fraction);
 }
 
 void CTovTimeSpan::SetGpsTimeSpan(int week, double const& seconds) {

@@ -252,7 +252,8 @@ class TOV_CORE_API CTovTimeSpan : public CObject, public CTimeSpan {
         if (fraction > -1 && fraction < 1) m_dFracSecond = fraction;
     }
 
-    void Mjd(double days);
+    // Of either sign; what is not finite is ignored.
+    void Mjd(double mjd);
 
     // Weeks and seconds of the week.
     void SetGpsTimeSpan(int week, double const& seconds);

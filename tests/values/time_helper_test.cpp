@@ -244,8 +244,7 @@ TEST(Round, StaysWithinTheLimits) {
     EXPECT_EQ(S::Round(span, H::eRoundToTenth), 2147483647.7 / 86400);
     S::Round(span, H::eRoundToSecond);
     EXPECT_EQ(span.GetFracSecond(), 0.7);
-    CTovTimeSpan negative(-8L);
-    negative.SetFracSecond(-0.64);
+    CTovTimeSpan negative(-0.0001);  // -8.64 s
     S::Round(negative, H::eRoundToSecond);
     EXPECT_EQ(negative.GetTimeSpan(), -9);
 }
