@@ -144,6 +144,31 @@ void FormatFasterThanStrftime(benchmark::State& state) {
 }
 BENCHMARK(FormatFasterThanStrftime);
 
+// Lines of a log, one every seven seconds. Beyond what strptime does a moment is found, and its MJD.
+void Scan(benchmark::State& state) {
+    std::vector<std::string> texts;
+    for (std::size_t i = 0; i < count; ++i)
+        texts.push_back(
+            tov::CTime(1'763'700'000 + 7 * static_cast<std::int64_t>(i)).Format("%d.%m.%Y %H:%M:%S"));
+    std::string const format = "%d.%m.%Y %H:%M:%S";
+    bench::AgainstPeer(
+        state, count,
+        [&] {
+            tov::CTovTime time;
+            for (std::string const& text : texts)
+                benchmark::DoNotOptimize(time.ScanTime(text, format));
+        },
+        [&] {
+            for (std::string const& text : texts) {
+                std::tm fields{};
+                benchmark::DoNotOptimize(strptime(text.c_str(), format.c_str(), &fields));
+                benchmark::DoNotOptimize(fields);
+            }
+        },
+        bench::Want::kWithin);
+}
+BENCHMARK(Scan);
+
 }  // namespace
 
 BENCHMARK_MAIN();
