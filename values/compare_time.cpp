@@ -6,12 +6,12 @@ namespace tov {
 namespace {
 
 template <class T>
-int CompareDates(T const& a, T const& b) {
+int CompareDateParts(T const& a, T const& b) {
     return CTovTimeHelper::DatePartEqual(a, b) ? 0 : CTovTimeHelper::DatePartLess(a, b) ? -1 : 1;
 }
 
 template <class T>
-int CompareClocks(T const& a, T const& b) {
+int CompareTimeParts(T const& a, T const& b) {
     return CTovTimeHelper::TimePartEqual(a, b) ? 0 : CTovTimeHelper::TimePartLess(a, b) ? -1 : 1;
 }
 
@@ -36,27 +36,27 @@ int TovCompare(COleDateTime const& a, COleDateTime const& b) {
 }
 
 int TovCompareDatePart(CTovTime const& a, CTovTime const& b) {
-    return CompareDates(a, b);
+    return CompareDateParts(a, b);
 }
 
 int TovCompareDatePart(CTime const& a, CTime const& b) {
-    return CompareDates(a, b);
+    return CompareDateParts(a, b);
 }
 
 int TovCompareDatePart(COleDateTime const& a, COleDateTime const& b) {
-    return CompareDates(a, b);
+    return CompareDateParts(a, b);
 }
 
 int TovCompareTimePart(CTovTime const& a, CTovTime const& b) {
-    return CompareClocks(a, b);
+    return CompareTimeParts(a, b);
 }
 
 int TovCompareTimePart(CTime const& a, CTime const& b) {
-    return CompareClocks(a, b);
+    return CompareTimeParts(a, b);
 }
 
 int TovCompareTimePart(COleDateTime const& a, COleDateTime const& b) {
-    return CompareClocks(a, b);
+    return CompareTimeParts(a, b);
 }
 
 }  // namespace tov

@@ -12,7 +12,7 @@
 namespace tov {
 namespace {
 
-constexpr int gpsEpoch = 44244;  // MJD of 6 January 1980 (IS-GPS-200, 3.3.4)
+constexpr int mjdOfGpsEpoch = 44244;  // MJD of 6 January 1980 (IS-GPS-200, 3.3.4)
 
 constexpr CTovTimeHelper::eRoundFlag RoundFlag(int round) {
     return static_cast<CTovTimeHelper::eRoundFlag>(round);
@@ -54,7 +54,7 @@ double FirstZone() {
     return SystemZone::Instance().hours;
 }
 
-struct Stamp {
+struct FileStamp {
     int year = 0;
     int month = 0;
     int day = 0;
@@ -63,7 +63,7 @@ struct Stamp {
     double second = 0;
 };
 
-bool SplitStamp(double stamp, Stamp& fields) {
+bool SplitStamp(double stamp, FileStamp& fields) {
     if (!(stamp >= 0 && stamp < 1e8)) return false;
     double whole = 0;
     double const part = std::modf(stamp, &whole);
@@ -212,7 +212,7 @@ double CTovTime::SetGpsTime(int week, double seconds) {
 }
 
 double CTovTime::GpsTime(int week, double seconds) {
-    return week * 7.0 + gpsEpoch + seconds / secondsPerDay;
+    return week * 7.0 + mjdOfGpsEpoch + seconds / secondsPerDay;
 }
 
 int CTovTime::GetGpsTime(int& week, double& seconds) const {
@@ -222,7 +222,7 @@ int CTovTime::GetGpsTime(int& week, double& seconds) const {
     if (GetLocalTm(&fields) == nullptr) return 0;
     // Counted in whole seconds, so that nothing of them is lost in a number of days.
     std::int64_t const days =
-        MjdOfDate(fields.tm_year + std::int64_t{1900}, fields.tm_mon + 1, fields.tm_mday) - gpsEpoch;
+        MjdOfDate(fields.tm_year + std::int64_t{1900}, fields.tm_mon + 1, fields.tm_mday) - mjdOfGpsEpoch;
     std::int64_t const weeks = days >= 0 ? days / 7 : (days - 6) / 7;
     week = static_cast<int>(weeks);
     std::int64_t const whole =
@@ -232,14 +232,14 @@ int CTovTime::GetGpsTime(int& week, double& seconds) const {
 }
 
 double CTovTime::CduFilestamp(double stamp) {
-    Stamp fields;
+    FileStamp fields;
     if (!SplitStamp(stamp, fields)) return 0;
     if (fields.year < 100) fields.year += fields.year < 50 ? 2000 : 1900;
     return Mjd(fields.year, fields.month, fields.day, fields.hour, fields.minute, fields.second);
 }
 
 double CTovTime::SetCduFilestamp(double stamp) {
-    Stamp fields;
+    FileStamp fields;
     if (!SplitStamp(stamp, fields)) return 0;
     fields.year += fields.year < 71 ? 2000 : 1900;
     unsigned long day = 0;
