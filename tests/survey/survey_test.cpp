@@ -10,12 +10,9 @@
 #include <tov310/unit_settings.h>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <sys/wait.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <numbers>
 #include <random>
 #include <set>
@@ -26,8 +23,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
 using tov::test::GetFile;
 using tov::test::PutFile;
 
@@ -54,7 +49,7 @@ TEST(Places, GoodTablesReadWhole) {
                              "XX\t-000001+0000001\tA/3\nXX\t+9000+18000\tA/4\nXX\t-900000-1800000\tA/5\n"
                              "XX\t+895959+1795959\tA/6\n";
     PlaceTable const table = ReadPlaces(text);
-    EXPECT_THAT(table.skipped, IsEmpty());
+    EXPECT_TRUE(table.skipped.empty());
     std::istringstream lines(text);
     std::size_t index = 0;
     for (std::string line; std::getline(lines, line);) {
@@ -280,7 +275,7 @@ TEST_F(Program, RemembersUnitFormatAndPrecision) {
     Shows({"--unit=12", "--format", ""}, {});
     Shows({}, {"52° 30' 00.0\" 北", "no format"});
     Shows({"--reset"}, {usual});
-    EXPECT_THAT(GetFile(m_profile), Not(HasSubstr("Survey")));
+    EXPECT_THAT(GetFile(m_profile), testing::Not(HasSubstr("Survey")));
     Shows({"--unit", "grad"}, {"58.33333 北"});
     // What others wrote there does no harm.
     PutFile(m_profile,
@@ -343,8 +338,8 @@ TEST_F(Program, ExitCodesAndComplaints) {
 
 TEST_F(Program, FormatsOfAnyKindAreHarmless) {
     for (char const* const format :
-         {"%n%n%n%n%n", "%", "%%", "%s%s%s%s%s", "%1$n", "%*d", "%99999f", "%.99999f", "%Q%Q%Q", "%[%]%?",
-          "%L%q%Z", "%U%U", "%\xE5\x8C\x97", "%999999999999999999999f"}) {
+         {"%n%n%n%n%n", "%", "%s%s%s%s%s", "%1$n", "%*d", "%.99999f", "%Q%Q%Q", "%[%]%?", "%L%q%Z", "%U%U",
+          "%\xE5\x8C\x97", "%999999999999999999999f"}) {
         for (char const* const unit : {"dec", "dms"})
             Shows({"--unit", unit, "--format", format}, {"Place"});
     }
