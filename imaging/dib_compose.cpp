@@ -98,7 +98,7 @@ int CTovDib::ComposeColor(Mode mode, COLORREF color, int x, int y, int w, int h,
 int CTovDib::FillRect(COLORREF color, int x, int y, int w, int h, int alpha) {
     PixelRows rows;
     if (!PrepDst(x, y, w, h, rows)) return 0;
-    FillRows(rows, AsPixel(color, AsByte(alpha)));
+    ComposeRows(rows, PixelOperation::kStore, {}, AsPixel(color, AsByte(alpha)));
     return 1;
 }
 
@@ -107,11 +107,14 @@ int CTovDib::FillStippledRect(COLORREF color, int x, int y, int w, int h) {
     PixelRows rows;
     if (!PrepDst(x, y, w, h, rows)) return 0;
     std::uint32_t const pixel = TovSwapRedAndBlue(color);
+    PixelLoops::Compose const everySecond = FastPixelLoops().Still(PixelOperation::kEverySecond);
     auto odd = static_cast<unsigned>(x) + static_cast<unsigned>(y) - corner;
+    auto const count = static_cast<std::size_t>(w);
     for (int row = 0; row < h; ++row, ++odd) {
         std::uint32_t* const d = rows.dst + row * rows.dstPitch;
-        for (int column = odd % 2 == 0; column < w; column += 2)
-            d[column] = pixel;
+        bool const first = odd % 2 != 0;
+        everySecond(d, &pixel, count & ~std::size_t{1}, {.taken = first ? 0xFFFFFFFF : 0});
+        if (count % 2 != 0 && first) d[count - 1] = pixel;
     }
     return 1;
 }
@@ -142,9 +145,11 @@ int CTovDib::FillAlphaGradientRect(int x, int y, int w, int h, int a1, int a2, i
         rows.src = rows.dst;
         ComposeRows(rows, PixelOperation::kTakeAlpha, {});
     } else {
-        rows.height = 1;
-        for (int row = 0; row < h; ++row, rows.dst += rows.dstPitch)
-            ComposeRows(rows, PixelOperation::kTakeAlpha, {}, next());
+        PixelLoops::Compose const takeAlpha = FastPixelLoops().Still(PixelOperation::kTakeAlpha);
+        for (int row = 0; row < h; ++row) {
+            std::uint32_t const alpha = next();
+            takeAlpha(rows.dst + row * rows.dstPitch, &alpha, static_cast<std::size_t>(w), {});
+        }
     }
     return 1;
 }

@@ -20,6 +20,9 @@ enum class PixelOperation {
     kMultiply,
     kAlpha,          // blend by the alpha byte of s
     kUnlessKey,      // s with its alpha, unless its colour is `key`
+    kStore,          // s with its alpha
+    kEverySecond,    // the bits of s that `taken`, 0 or all, covers, and in the next pixel the others: in an
+                     // even number of pixels
     kTakeAlpha,      // the alpha byte of s
     kExchange,       // where the colour of d is `key`: the bytes of s that `taken` covers
     kGrey,           // of d
@@ -64,6 +67,10 @@ constexpr std::uint32_t ComposePixel(std::uint32_t d, std::uint32_t s, PixelArgu
         return (d >> 1 & 0x7F7F7F) + (s >> 1 & 0x7F7F7F);
     } else if constexpr (operation == kUnlessKey) {
         return (s & pixelColor) == arguments.key ? d : s;
+    } else if constexpr (operation == kStore) {
+        return s;
+    } else if constexpr (operation == kEverySecond) {
+        return (s & arguments.taken) | (d & ~arguments.taken);
     } else if constexpr (operation == kTakeAlpha) {
         return (d & pixelColor) | (s & pixelAlpha);
     } else if constexpr (operation == kExchange) {

@@ -6,6 +6,7 @@ struct Lanes {
     using Bytes [[gnu::vector_size(bytes)]] = std::uint8_t;
     using Words [[gnu::vector_size(bytes)]] = std::uint16_t;
     using Pixels [[gnu::vector_size(bytes)]] = std::uint32_t;
+    using Pairs [[gnu::vector_size(bytes)]] = std::uint64_t;
     using Integers [[gnu::vector_size(bytes)]] = std::int32_t;
     using Floats [[gnu::vector_size(bytes)]] = float;
     using Half [[gnu::vector_size(bytes / 2)]] = std::int32_t;
@@ -27,16 +28,58 @@ struct Lanes {
     }
 };
 
-// A product of bytes, divided by 256: those at even and at odd places apart, in words.
+// The upper halves of products of words.
 template <class L>
-TOV_INLINE typename L::Pixels MultiplyBytes(typename L::Pixels a, typename L::Pixels b) {
+TOV_INLINE typename L::Words MultiplyHigh(typename L::Words a, typename L::Words b) {
     using Words = typename L::Words;
+#if defined(__x86_64__)
+    if constexpr (sizeof a == 16)
+        return reinterpret_cast<Words>(
+            _mm_mulhi_epu16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+    if constexpr (sizeof a == 32)
+        return reinterpret_cast<Words>(
+            _mm256_mulhi_epu16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
+    if constexpr (sizeof a == 64)
+        return reinterpret_cast<Words>(
+            _mm512_mulhi_epu16(reinterpret_cast<__m512i>(a), reinterpret_cast<__m512i>(b)));
+#endif
+    using Pixels = typename L::Pixels;
+    auto const x = reinterpret_cast<Pixels>(a);
+    auto const y = reinterpret_cast<Pixels>(b);
+    return reinterpret_cast<Words>(((x & 0xFFFF) * (y & 0xFFFF) >> 16) |
+                                   ((x >> 16) * (y >> 16) & 0xFFFF0000));
+}
+
+// Products of bytes of colour, divided by 256, and the alpha of a third pixel.
+template <class L>
+TOV_INLINE typename L::Pixels MultiplyColors(typename L::Pixels a, typename L::Pixels b,
+                                             typename L::Pixels alpha) {
+    using Words = typename L::Words;
+    using Pixels = typename L::Pixels;
     auto const x = reinterpret_cast<Words>(a);
     auto const y = reinterpret_cast<Words>(b);
-    Words const even = (x & 0xFF) * (y & 0xFF) >> 8;
-    Words const odd = ((x >> 8) * (y >> 8)) & 0xFF00;
-    return reinterpret_cast<typename L::Pixels>(even | odd);
+    auto const blueRed = reinterpret_cast<Pixels>(MultiplyHigh<L>(x << 8, y & 0xFF));
+    auto const green = reinterpret_cast<Pixels>(MultiplyHigh<L>(x & 0xFF00, y & 0xFF00));
+    return blueRed | (green & 0xFF00) | (alpha & pixelAlpha);
 }
+
+#if defined(__x86_64__)
+// Of unsigned and signed bytes the sums of the products of two neighbours, in words. (Not in the least
+// processors.)
+template <class L>
+TOV_INLINE typename L::Words AddProducts(typename L::Pixels a, typename L::Words b) {
+    using Words = typename L::Words;
+    if constexpr (sizeof a == 16)
+        return reinterpret_cast<Words>(
+            _mm_maddubs_epi16(reinterpret_cast<__m128i>(a), reinterpret_cast<__m128i>(b)));
+    if constexpr (sizeof a == 32)
+        return reinterpret_cast<Words>(
+            _mm256_maddubs_epi16(reinterpret_cast<__m256i>(a), reinterpret_cast<__m256i>(b)));
+    if constexpr (sizeof a == 64)
+        return reinterpret_cast<Words>(
+            _mm512_maddubs_epi16(reinterpret_cast<__m512i>(a), reinterpret_cast<__m512i>(b)));
+}
+#endif
 
 // d moved towards s by amounts out of 256, one for the words with blue and red, one for those with green.
 template <class L>
@@ -48,6 +91,27 @@ TOV_INLINE typename L::Pixels Approach(typename L::Pixels d, typename L::Pixels 
     Words const even = (((y & 0xFF) - (x & 0xFF)) * reinterpret_cast<Words>(blueRed) + (x << 8)) >> 8;
     Words const odd = (((y >> 8) - (x >> 8)) * reinterpret_cast<Words>(green) + (x & 0xFF00)) & 0xFF00;
     return reinterpret_cast<typename L::Pixels>(even | odd);
+}
+
+// The same by one amount from 1 to 255, for processors that multiply bytes and add neighbours: the unsigned
+// weights of both pixels with their bytes, which are made signed by taking 128 away and get it back in the
+// end.
+template <class L>
+TOV_INLINE typename L::Pixels ApproachBytes(typename L::Pixels d, typename L::Pixels s,
+                                            std::uint32_t amount) {
+    using Words = typename L::Words;
+    using Pixels = typename L::Pixels;
+    constexpr std::uint32_t half = 0x80808080;
+    auto const weights = L::All((amount | (256 - amount) << 8) * 0x00010001);
+    auto const x = reinterpret_cast<Words>(d ^ half);
+    auto const y = reinterpret_cast<Words>(s ^ half);
+    Words const even = AddProducts<L>(weights, (y & 0xFF) | (x << 8));
+    Words const odd = AddProducts<L>(weights, (y >> 8) | (x & 0xFF00));
+    auto const made = reinterpret_cast<Pixels>((even >> 8) | (odd & 0xFF00));
+    using Bytes = typename L::Bytes;
+    auto const kept = reinterpret_cast<Bytes>(L::All(pixelAlpha)) != 0;
+    auto const back = reinterpret_cast<Bytes>(made) + std::uint8_t{128};
+    return reinterpret_cast<Pixels>(kept ? reinterpret_cast<Bytes>(d) : back);
 }
 
 template <class L>
@@ -76,6 +140,7 @@ TOV_INLINE typename L::Pixels ComposeLanes(typename L::Pixels d, typename L::Pix
     using Bytes = typename L::Bytes;
     using Pixels = typename L::Pixels;
     if constexpr (operation == kBlend) {
+        if constexpr (widest > 16 && L::count >= 4) return ApproachBytes<L>(d, s, arguments.amount);
         return Approach<L>(d, s, L::All(arguments.amount * 0x00010001), L::All(arguments.amount));
     } else if constexpr (operation == kAlpha) {
         Pixels const amount = s >> 24;
@@ -91,7 +156,7 @@ TOV_INLINE typename L::Pixels ComposeLanes(typename L::Pixels d, typename L::Pix
         auto const y = reinterpret_cast<Bytes>(s & pixelColor);
         return reinterpret_cast<Pixels>(x > y ? x : y);
     } else if constexpr (operation == kScreen) {
-        return (~MultiplyBytes<L>(~d, ~s) & pixelColor) | (d & pixelAlpha);
+        return MultiplyColors<L>(d ^ pixelColor, s ^ pixelColor, d) ^ pixelColor;
     } else if constexpr (operation == kAdd) {
         auto const x = reinterpret_cast<Bytes>(d);
         auto const y = reinterpret_cast<Bytes>(s & pixelColor);
@@ -102,9 +167,16 @@ TOV_INLINE typename L::Pixels ComposeLanes(typename L::Pixels d, typename L::Pix
         auto const y = reinterpret_cast<Bytes>(s & pixelColor);
         return reinterpret_cast<Pixels>((x > y ? x : y) - (x < y ? x : y));
     } else if constexpr (operation == kMultiply) {
-        return (MultiplyBytes<L>(d, s) & pixelColor) | (d & pixelAlpha);
+        return MultiplyColors<L>(d, s, d);
     } else if constexpr (operation == kUnlessKey) {
         return (s & pixelColor) == arguments.key ? d : s;
+    } else if constexpr (operation == kStore) {
+        return s;
+    } else if constexpr (operation == kEverySecond) {
+        using Pairs = typename L::Pairs;
+        std::uint64_t const pair = arguments.taken | std::uint64_t{~arguments.taken} << 32;
+        auto const taken = reinterpret_cast<Pixels>(pair - Pairs{});
+        return (s & taken) | (d & ~taken);
     } else if constexpr (operation == kTakeAlpha) {
         return (d & pixelColor) | (s & pixelAlpha);
     } else if constexpr (operation == kExchange) {
@@ -121,11 +193,12 @@ TOV_INLINE typename L::Pixels ComposeLanes(typename L::Pixels d, typename L::Pix
 template <PixelOperation operation, bool moves, int bytes = widest>
 void ComposeRow(std::uint32_t* d, std::uint32_t const* s, std::size_t count, PixelArguments const& given) {
     PixelArguments const arguments = given;
-    if constexpr (bytes < 16) {
+    if constexpr (bytes < 8) {
         for (std::size_t i = 0; i < count; ++i)
             d[i] = ComposePixel<operation>(d[i], s[moves ? i : 0], arguments);
     } else {
         using L = Lanes<bytes>;
+        if (operation == PixelOperation::kBlend && arguments.amount == 0) return;
         if (count < L::count) return ComposeRow<operation, moves, bytes / 2>(d, s, count, given);
         auto const still = L::All(*s);
         std::size_t const last = count - L::count;
@@ -138,32 +211,61 @@ void ComposeRow(std::uint32_t* d, std::uint32_t const* s, std::size_t count, Pix
     }
 }
 
+// The pixels at positions inside of a source, whose rows have `pitch` pixels.
+template <class L>
+TOV_INLINE typename L::Pixels IndexAt(typename L::Floats u, typename L::Floats v, std::uint32_t pitch) {
+    using Integers = typename L::Integers;
+    using Pixels = typename L::Pixels;
+    return reinterpret_cast<Pixels>(__builtin_convertvector(v, Integers)) * pitch +
+           reinterpret_cast<Pixels>(__builtin_convertvector(u, Integers));
+}
+
+// Whether positions from the first to the last lie well inside, so that roundings between do not matter.
+template <class L>
+TOV_INLINE typename L::Integers WellInside(typename L::Floats first, typename L::Floats last, int size) {
+    // A step is rounded by 2^-25 of a position at most.
+    static_assert(PixelBand::mostColumns <= 128);
+    if (size > 1 << 17) return typename L::Integers{};
+    auto const end = static_cast<float>(size) - 1;
+    return (first > 1.0F) & (first < end) & (last > 1.0F) & (last < end);
+}
+
 inline void WalkBand(PixelBand& band, PixelWalk const& walk, std::size_t columns) {
     using L = Lanes<widest>;
     using Floats = typename L::Floats;
     using Integers = typename L::Integers;
-    using Pixels = typename L::Pixels;
     Floats u;
     Floats v;
     std::memcpy(&u, band.u, sizeof u);
     std::memcpy(&v, band.v, sizeof v);
-    auto const width = static_cast<float>(walk.width);
-    auto const height = static_cast<float>(walk.height);
     auto const pitch = static_cast<std::uint32_t>(walk.width);
+    auto const steps = static_cast<float>(columns);
+    std::uint32_t* index = band.index;
     Integers before{};
     Integers inside{};
-    for (std::size_t column = 0; column < columns; ++column) {
-        Integers const in = (u > 0.0F) & (u < width) & (v > 0.0F) & (v < height);
-        before -= ~in & (inside == 0);
-        inside -= in;
-        // Only what is inside is a number that fits.
-        auto const x = reinterpret_cast<Floats>(reinterpret_cast<Integers>(u) & in);
-        auto const y = reinterpret_cast<Floats>(reinterpret_cast<Integers>(v) & in);
-        Pixels const index = reinterpret_cast<Pixels>(__builtin_convertvector(y, Integers)) * pitch +
-                             reinterpret_cast<Pixels>(__builtin_convertvector(x, Integers));
-        L::Store(band.index + column * L::count, index);
-        u += walk.du;
-        v += walk.dv;
+    Integers const well = WellInside<L>(u, u + walk.du * steps, walk.width) &
+                          WellInside<L>(v, v + walk.dv * steps, walk.height);
+    Integers none = ~well;
+    if (std::memcmp(&none, &inside, sizeof none) == 0) {
+        for (std::size_t column = 0; column < columns; ++column, index += L::count) {
+            L::Store(index, IndexAt<L>(u, v, pitch));
+            u += walk.du;
+            v += walk.dv;
+        }
+        inside += static_cast<std::int32_t>(columns);
+    } else {
+        auto const width = static_cast<float>(walk.width);
+        auto const height = static_cast<float>(walk.height);
+        for (std::size_t column = 0; column < columns; ++column, index += L::count) {
+            Integers const in = (u > 0.0F) & (u < width) & (v > 0.0F) & (v < height);
+            before -= ~in & (inside == 0);
+            inside -= in;
+            // Only what is inside is a number that fits.
+            L::Store(index, IndexAt<L>(reinterpret_cast<Floats>(reinterpret_cast<Integers>(u) & in),
+                                       reinterpret_cast<Floats>(reinterpret_cast<Integers>(v) & in), pitch));
+            u += walk.du;
+            v += walk.dv;
+        }
     }
     std::memcpy(band.u, &u, sizeof u);
     std::memcpy(band.v, &v, sizeof v);

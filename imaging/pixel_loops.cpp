@@ -5,6 +5,10 @@
 #include <cstring>
 #include <utility>
 
+#if defined(__x86_64__)
+#include <immintrin.h>
+#endif
+
 // Every copy of the loops stands in a namespace of its own, compiled for its kind of processor.
 namespace tov::lanes16 {
 inline constexpr int widest = 16;

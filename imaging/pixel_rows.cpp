@@ -82,15 +82,6 @@ void ComposeRows(PixelRows const& rows, PixelOperation operation, PixelArguments
     });
 }
 
-void FillRows(PixelRows const& rows, std::uint32_t pixel) {
-    PixelRows own = rows;
-    own.src = own.dst;
-    own.srcPitch = own.dstPitch;
-    EachRow(own, [&](std::uint32_t* d, std::uint32_t const*, std::size_t count, bool) {
-        std::fill_n(d, count, pixel);
-    });
-}
-
 namespace {
 
 // What the walk found in one row of the band.
@@ -143,8 +134,8 @@ void StretchPixels(CTovPixels& to, CTovPixels const& from, PixelWalk const& firs
             std::size_t const columns = std::min(width - x, PixelBand::mostColumns);
             loops.walk(band, walk, columns);
             for (int lane = 0; lane < count; ++lane) {
-                WalkedRow const row{band.index + lane, loops.rows,
-                                    static_cast<std::size_t>(band.before[lane]),
+                auto const before = static_cast<std::size_t>(band.before[lane]);
+                WalkedRow const row{band.index + before * loops.rows + lane, loops.rows, before,
                                     static_cast<std::size_t>(band.inside[lane]), columns};
                 StretchRow(to.GetRow(y + lane) + x, from.GetBits(), row, how, loops);
             }

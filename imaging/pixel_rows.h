@@ -24,10 +24,9 @@ struct PixelRows {
 void CopyRows(PixelRows const& rows);
 void ComposeRows(PixelRows const& rows, PixelOperation operation, PixelArguments const& arguments);
 
-// Composes all pixels with one, or makes them that one; the source is not looked at.
+// Composes all pixels with one; the source is not looked at.
 void ComposeRows(PixelRows const& rows, PixelOperation operation, PixelArguments const& arguments,
                  std::uint32_t pixel);
-void FillRows(PixelRows const& rows, std::uint32_t pixel);
 
 // What becomes of the pixels of a destination that a walk goes through.
 struct PixelStretch {

@@ -1,0 +1,272 @@
+// links: objects
+// Every loop that this processor can run is held against formulas that are written down here once more, one
+// byte at a time.
+#include "imaging/pixel_rows.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace tov {
+namespace {
+
+using enum PixelOperation;
+using Pixels = std::vector<std::uint32_t>;
+
+int ByteOf(PixelOperation operation, int d, int s, int amount) {
+    switch (operation) {
+        case kBlend:
+        case kAlpha:
+            return (s * amount + d * (256 - amount)) / 256;
+        case kDarken:
+            return std::min(d, s);
+        case kLighten:
+            return std::max(d, s);
+        case kScreen:
+            return 255 - (255 - d) * (255 - s) / 256;
+        case kAdd:
+            return std::min(d + s, 255);
+        case kDifference:
+            return std::abs(s - d);
+        case kMultiply:
+            return d * s / 256;
+        default:
+            return d / 2 + s / 2;  // kBlend50
+    }
+}
+
+int GreyByte(std::uint32_t pixel) {
+    double const red = pixel >> 16 & 0xFF;
+    double const green = pixel >> 8 & 0xFF;
+    double const blue = pixel & 0xFF;
+    return static_cast<int>(0.3 * red + 0.59 * green + 0.11 * blue);
+}
+
+std::uint32_t PixelOf(PixelOperation operation, std::uint32_t d, std::uint32_t s, PixelArguments const& given,
+                      std::size_t place = 0) {
+    std::uint32_t const color = 0x00FFFFFF;
+    auto const grey = [d] { return (d & 0xFF000000) + static_cast<std::uint32_t>(GreyByte(d)) * 0x10101; };
+    switch (operation) {
+        case kStore:
+            return s;
+        case kEverySecond:
+            return (place % 2 == 0) == (given.taken != 0) ? s : d;
+        case kTakeAlpha:
+            return (d & color) | (s & ~color);
+        case kUnlessKey:
+            return (s & color) == given.key ? d : s;
+        case kExchange:
+            return (d & color) == given.key ? (d & ~given.taken) | (s & given.taken) : d;
+        case kGrey:
+            return grey();
+        case kGreyUnlessKey:
+            return (d & color) == given.key ? d : grey();
+        default:
+            break;
+    }
+    std::uint32_t made = operation == kBlend50 ? 0 : d >> 24;
+    int const amount = static_cast<int>(operation == kAlpha ? s >> 24 : given.amount);
+    for (int shift = 16; shift >= 0; shift -= 8)
+        made = made << 8 | static_cast<std::uint32_t>(ByteOf(operation, static_cast<int>(d >> shift & 0xFF),
+                                                             static_cast<int>(s >> shift & 0xFF), amount));
+    return made;
+}
+
+std::string Told(PixelOperation operation, PixelLoops const& loops) {
+    return "operation " + std::to_string(static_cast<int>(operation)) + ", rows " +
+           std::to_string(loops.rows);
+}
+
+// All pairs of a byte of the destination and one of the source, in each of the three places.
+struct AllPairs {
+    AllPairs() : d(65536 + 5), s(d.size()) {
+        for (std::uint32_t i = 0; i < d.size(); ++i) {
+            std::uint32_t const x = i & 0xFF;
+            std::uint32_t const y = i >> 8 & 0xFF;
+            d[i] = x | (x * 5 & 0xFF) << 8 | (x * 77 & 0xFF) << 16 | (i * 31 & 0xFF) << 24;
+            s[i] = y | (y * 3 & 0xFF) << 8 | (y * 91 & 0xFF) << 16 | (i * 7 & 0xFF) << 24;
+        }
+    }
+    Pixels d;
+    Pixels s;
+};
+
+TEST(PixelLoopsTest, ComposesEveryPairOfBytes) {
+    AllPairs const pairs;
+    for (PixelLoops const& loops : AllPixelLoops()) {
+        for (PixelOperation const operation :
+             {kBlend50, kDarken, kLighten, kScreen, kAdd, kDifference, kMultiply}) {
+            Pixels d = pairs.d;
+            loops.Moving(operation)(d.data(), pairs.s.data(), d.size(), {});
+            for (std::size_t i = 0; i < d.size(); ++i)
+                ASSERT_EQ(d[i], PixelOf(operation, pairs.d[i], pairs.s[i], {}))
+                    << Told(operation, loops) << ' ' << i;
+        }
+    }
+}
+
+TEST(PixelLoopsTest, BlendsEveryPairOfBytesByEveryAmount) {
+    AllPairs pairs;
+    for (std::uint32_t amount = 0; amount < 256; ++amount) {
+        for (std::uint32_t& pixel : pairs.s)
+            pixel = (pixel & 0x00FFFFFF) | amount << 24;
+        Pixels expected(pairs.d.size());
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            expected[i] = PixelOf(kAlpha, pairs.d[i], pairs.s[i], {});
+        for (PixelLoops const& loops : AllPixelLoops()) {
+            for (PixelOperation const operation : {kBlend, kAlpha}) {
+                Pixels d = pairs.d;
+                loops.Moving(operation)(d.data(), pairs.s.data(), d.size(), {.amount = amount});
+                ASSERT_EQ(d, expected) << Told(operation, loops) << ' ' << amount;
+            }
+        }
+    }
+}
+
+TEST(PixelLoopsTest, MakesEveryColorGreyAsDoublesDo) {
+    for (PixelLoops const& loops : AllPixelLoops()) {
+        Pixels d(65536);
+        for (std::uint32_t red = 0; red < 256; ++red) {
+            for (std::uint32_t i = 0; i < d.size(); ++i)
+                d[i] = 0x5B000000 | red << 16 | i;
+            loops.Still(kGrey)(d.data(), d.data(), d.size(), {});
+            for (std::uint32_t i = 0; i < d.size(); ++i)
+                ASSERT_EQ(d[i], PixelOf(kGrey, 0x5B000000 | red << 16 | i, 0, {})) << red << ' ' << i;
+        }
+    }
+}
+
+TEST(PixelLoopsTest, ComposesRowsOfEveryWidthAtEveryAlignment) {
+    std::mt19937 random(6);
+    constexpr std::size_t room = 128;
+    alignas(64) std::uint32_t first[room];
+    alignas(64) std::uint32_t d[room];
+    alignas(64) std::uint32_t s[room];
+    PixelArguments const arguments{.amount = 201, .key = 0x030201, .taken = 0xFFFFFFFF};
+    auto const pixel = [&] {
+        return random() % 4 == 0 ? arguments.key : static_cast<std::uint32_t>(random());
+    };
+    for (PixelLoops const& loops : AllPixelLoops()) {
+        for (std::size_t o = 0; o < pixelOperations; ++o) {
+            auto const operation = static_cast<PixelOperation>(o);
+            for (std::size_t width = 0; width <= 70; width += operation == kEverySecond ? 2 : 1) {
+                for (std::size_t shift = 0; shift < 32; ++shift) {
+                    bool const moves = shift % 2 == 0;
+                    std::size_t const at = shift / 2 + 16;
+                    for (std::size_t i = 0; i < room; ++i) {
+                        first[i] = d[i] = pixel();
+                        s[i] = pixel();
+                    }
+                    std::uint32_t const* const from = s + random() % 32;
+                    (moves ? loops.Moving(operation) : loops.Still(operation))(d + at, from, width,
+                                                                               arguments);
+                    for (std::size_t i = 0; i < room; ++i) {
+                        bool const inside = i >= at && i < at + width;
+                        std::uint32_t const source = from[moves && inside ? i - at : 0];
+                        ASSERT_EQ(d[i],
+                                  inside ? PixelOf(operation, first[i], source, arguments, i - at) : first[i])
+                            << Told(operation, loops) << ", width " << width << " at " << at << ", " << i;
+                    }
+                }
+            }
+        }
+    }
+}
+
+// One row after the other, one pixel after the other.
+Pixels WalkOneByOne(CTovPixels const& to, CTovPixels const& from, PixelWalk const& first,
+                    PixelStretch const& how) {
+    Pixels made(to.GetBits(), to.GetBits() + to.GetCount());
+    float rowU = first.u;
+    float rowV = first.v;
+    auto pixel = made.begin();
+    for (int y = 0; y < to.GetHeight(); ++y) {
+        float u = rowU;
+        float v = rowV;
+        for (int x = 0; x < to.GetWidth(); ++x, ++pixel) {
+            if (u > 0 && v > 0 && u < static_cast<float>(first.width) &&
+                v < static_cast<float>(first.height)) {
+                std::uint32_t const s = from.GetRow(static_cast<int>(v))[static_cast<int>(u)];
+                *pixel = how.compose ? PixelOf(how.operation, *pixel, s, how.arguments) : s;
+            } else if (how.fill) {
+                *pixel = how.outside;
+            }
+            u += first.du;
+            v += first.dv;
+        }
+        rowU -= first.dv;
+        rowV += first.du;
+    }
+    return made;
+}
+
+TEST(PixelLoopsTest, WalksAsOneByOneInSinglePrecision) {
+    std::mt19937 random(7);
+    auto const size = [&random](int most) {
+        return 1 + static_cast<int>(random() % static_cast<unsigned>(most));
+    };
+    auto const real = [&random](float low, float high) {
+        return std::uniform_real_distribution(low, high)(random);
+    };
+    float const odd[] = {0.0F,         -0.0F, 1e-40F, 1e30F, -1e30F, std::numeric_limits<float>::infinity(),
+                         std::nanf("")};
+    for (int round = 0; round < 600; ++round) {
+        HBITMAP const from = CTovPixels::Create(size(300), size(300));
+        HBITMAP const to = CTovPixels::Create(size(400), -size(70));
+        for (CTovPixels* pixels : {from.get(), to.get()})
+            std::generate_n(pixels->GetBits(), pixels->GetCount(),
+                            [&random] { return static_cast<std::uint32_t>(random() & 0xFF0F0103); });
+        auto const width = static_cast<float>(from->GetWidth());
+        auto const height = static_cast<float>(from->GetHeight());
+        float const angle = real(-3.2F, 3.2F);
+        float const scale = std::exp2(real(-4, 4));
+        PixelWalk walk{real(-width, 2 * width), real(-height, 2 * height), std::cos(angle) / scale,
+                       std::sin(angle) / scale, from->GetWidth(),          from->GetHeight()};
+        // Whole steps meet the edges exactly.
+        if (round % 3 == 0) walk = {0, height - 3, 1, round % 2 == 0 ? 0.0F : -1.0F, walk.width, walk.height};
+        if (round % 10 == 0) (round % 20 == 0 ? walk.u : walk.du) = odd[random() % std::size(odd)];
+        PixelStretch const how{.compose = round % 4 != 0,
+                               .operation = round % 4 == 1 ? kAlpha : kUnlessKey,
+                               .arguments = {.key = 0x0F0103},
+                               .fill = round % 5 != 0,
+                               .outside = 0x123456};
+        Pixels const expected = WalkOneByOne(*to, *from, walk, how);
+        for (PixelLoops const& loops : AllPixelLoops()) {
+            HBITMAP const made = CTovPixels::Create(to->GetWidth(), -to->GetHeight());
+            made->CopyFrom(*to);
+            StretchPixels(*made, *from, walk, how, loops);
+            auto const wrong = std::mismatch(expected.begin(), expected.end(), made->GetBits()).first;
+            ASSERT_EQ(wrong - expected.begin(), expected.end() - expected.begin())
+                << "round " << round << ", rows " << loops.rows << ", columns " << to->GetWidth();
+        }
+    }
+}
+
+TEST(PixelsTest, AreZeroedAlignedAndTurnedOver) {
+    int const most = std::numeric_limits<int>::max();
+    int const least = std::numeric_limits<int>::min();
+    int const refused[][2] = {{0, 5}, {-3, 5}, {5, 0}, {1, least}, {most, 2}, {32768, 16384}, {most, least}};
+    for (auto const& [width, height] : refused)
+        EXPECT_EQ(CTovPixels::Create(width, height), nullptr) << width << ' ' << height;
+    EXPECT_TRUE(CTovPixels::IsPossible(32767, -16384));
+
+    HBITMAP const up = CTovPixels::Create(3, 2);
+    HBITMAP const down = CTovPixels::Create(3, -2);
+    EXPECT_EQ(std::bit_cast<std::uintptr_t>(up->GetBits()) % 64, 0U);
+    EXPECT_EQ(std::count(up->GetBits(), up->GetBits() + 6, 0U), 6);
+    for (std::uint32_t i = 0; i < 6; ++i)
+        up->GetBits()[i] = i;
+    EXPECT_TRUE(down->CopyFrom(*up));
+    EXPECT_EQ(Pixels(down->GetBits(), down->GetBits() + 6), (Pixels{3, 4, 5, 0, 1, 2}));
+    EXPECT_FALSE(CTovPixels::Create(2, 3)->CopyFrom(*up));
+}
+
+}  // namespace
+}  // namespace tov
