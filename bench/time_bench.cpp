@@ -169,6 +169,53 @@ void Scan(benchmark::State& state) {
 }
 BENCHMARK(Scan);
 
+// Days from 1970 to 2030 in any order, against a binary search in a table that the compiler sees.
+void GetLeapSeconds(benchmark::State& state) {
+    struct Row {
+        double day, offset;
+    };
+    std::vector<Row> rows;
+    for (double mjd = 40587; mjd < 62502; ++mjd) {
+        double since = 0;
+        double const offset = tov::CTovTimeHelper::GetLeapSeconds(mjd, &since);
+        if (since == mjd) rows.push_back({since, offset});
+    }
+    std::mt19937_64 random(4);
+    std::uniform_real_distribution<double> any(40587, 62502);
+    std::vector<double> mjds(count);
+    for (double& mjd : mjds)
+        mjd = any(random);
+    bench::AgainstPeer(
+        state, count,
+        [&] {
+            for (double const mjd : mjds) {
+                double since = 0;
+                benchmark::DoNotOptimize(tov::CTovTimeHelper::GetLeapSeconds(mjd, &since));
+                benchmark::DoNotOptimize(since);
+            }
+        },
+        [&] {
+            for (double const mjd : mjds) {
+                std::size_t low = 0;
+                std::size_t high = rows.size();
+                while (low < high) {
+                    std::size_t const middle = (low + high) / 2;
+                    if (rows[middle].day <= mjd) {
+                        low = middle + 1;
+                    } else {
+                        high = middle;
+                    }
+                }
+                double since = low != 0 ? rows[low - 1].day : 0.0;
+                double offset = low != 0 ? rows[low - 1].offset : 0.0;
+                benchmark::DoNotOptimize(since);
+                benchmark::DoNotOptimize(offset);
+            }
+        },
+        bench::Want::kWithin);
+}
+BENCHMARK(GetLeapSeconds);
+
 }  // namespace
 
 BENCHMARK_MAIN();
