@@ -368,7 +368,7 @@ TEST_F(Smtp, WaitsEndInTimeAndNotBySignals) {
     ::sigaction(SIGALRM, &action, &before);
     itimerval const often{{0, 3000}, {0, 3000}}, never{};
     ::setitimer(ITIMER_REAL, &often, nullptr);
-    for (std::size_t const silent : {0, 3, 7}) {
+    for (std::size_t const silent : {0U, 3U, 7U}) {
         std::vector<Reply> script;
         for (std::size_t i = 0; i < steps; ++i)
             script.push_back({goodReplies[i], End::kStay, i == silent ? 700ms : 20ms});
