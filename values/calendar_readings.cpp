@@ -29,7 +29,7 @@ std::optional<std::int64_t> MomentOfLocal(ClockReading const& reading) {
 }
 
 std::optional<ClockReading> OleReading(COleDateTime const& date) {
-    if (date.m_status != COleDateTime::valid) return std::nullopt;
+    if (date.m_status != COleDateTime::valid || !IsOleDate(date.m_dt)) return std::nullopt;
     auto const whole = static_cast<std::int64_t>(date.m_dt);
     ClockReading reading = SplitDays(whole, std::abs(date.m_dt - static_cast<double>(whole)), date.m_dt);
     reading.day += mjdOfOleEpoch;

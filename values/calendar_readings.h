@@ -5,6 +5,7 @@
 
 #include "values/calendar.h"
 
+#include <cmath>
 #include <cstdint>
 #include <optional>
 
@@ -16,13 +17,22 @@ std::optional<ClockReading> LocalReading(std::int64_t seconds);
 // none.
 std::optional<std::int64_t> MomentOfLocal(ClockReading const& reading);
 
+// The range of COleDateTime.
+inline constexpr ClockReading minOleReading{MjdOfDate(100, 1, 1), 0, 0};
+inline constexpr ClockReading maxOleReading{MjdOfDate(9999, 12, 31), secondsPerDay - 1, 0};
+
+// Whether a number is a date in the range of COleDateTime. The last double before its end is the midnight
+// behind it.
+inline bool IsOleDate(double date) {
+    constexpr auto first = static_cast<double>(minOleReading.day - mjdOfOleEpoch);
+    constexpr auto behind = static_cast<double>(maxOleReading.day - mjdOfOleEpoch + 1);
+    return date > first - 1 && date < std::nextafter(behind, first);
+}
+
 // The reading of a valid date; nothing for another one.
 std::optional<ClockReading> OleReading(COleDateTime const& date);
 // A valid date. The reading must lie in the range of COleDateTime.
 COleDateTime OleOfReading(ClockReading const& reading);
-
-inline constexpr ClockReading minOleReading{MjdOfDate(100, 1, 1), 0, 0};
-inline constexpr ClockReading maxOleReading{MjdOfDate(9999, 12, 31), secondsPerDay - 1, 0};
 
 // A span as whole seconds and the rest, both with its sign.
 struct SpanReading {

@@ -9,9 +9,6 @@
 namespace tov {
 namespace {
 
-constexpr double firstOleDay = static_cast<double>(minOleReading.day - mjdOfOleEpoch);
-constexpr double behindOleDays = static_cast<double>(maxOleReading.day - mjdOfOleEpoch + 1);
-
 // The status of what is made of two.
 template <class A, class B>
 auto JoinedStatus(A const& a, B const& b) {
@@ -135,8 +132,7 @@ COleDateTime::COleDateTime(unsigned short dosDate, unsigned short dosTime) {
 
 COleDateTime& COleDateTime::operator=(double date) {
     m_dt = date;
-    // The last number before the end is the midnight behind it.
-    m_status = date > firstOleDay - 1 && date < std::nextafter(behindOleDays, 0) ? valid : invalid;
+    m_status = IsOleDate(date) ? valid : invalid;
     return *this;
 }
 
@@ -190,7 +186,7 @@ bool COleDateTime::GetAsSystemTime(SYSTEMTIME& time) const {
     if (!reading) return false;
     CalendarDate const date = DateOfMjd(reading->day);
     // What was set as a millisecond is that one, though its double may be a little less.
-    double const resolution = std::nextafter(std::abs(m_dt), behindOleDays) - std::abs(m_dt);
+    double const resolution = std::nextafter(std::abs(m_dt), HUGE_VAL) - std::abs(m_dt);
     double const milliseconds = (reading->fraction + resolution * secondsPerDay) * 1000;
     auto const word = [](auto number) { return static_cast<unsigned short>(number); };
     time = {word(date.year),
@@ -217,6 +213,10 @@ COleDateTime& COleDateTime::operator+=(COleDateTimeSpan const& span) {
         return *this;
     }
     auto const reading = OleReading(*this);
+    if (!reading) {
+        m_status = invalid;
+        return *this;
+    }
     SpanReading const sum = SpanReading{reading->Seconds(), reading->fraction} + SpanReading::OfDays(span);
     ClockReading result = ClockReading::OfSeconds(sum.seconds, sum.fraction);
     if (result.fraction < 0) result = ClockReading::OfSeconds(sum.seconds - 1, sum.fraction + 1);

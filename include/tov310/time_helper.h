@@ -50,8 +50,8 @@ class TOV_CORE_API CTovTimeHelper {
     enum eRangeType : int { eRangeOleDateTime = 0, eRangeDateTimeCtrl = 1, eRangeCTime = 2 };
     enum eType : int { eTypeDateTime = 0, eTypeDate = 1, eTypeTime = 2 };
 
-    // The ranges, ends included. Those of CTime are local clock readings: MinCTime and MaxCTime throw
-    // std::invalid_argument where the zone cannot represent them.
+    // The ranges, ends included. Those of CTime are local clock readings in the zone at the first use:
+    // MinCTime and MaxCTime throw std::invalid_argument where it cannot represent them.
     static CTime MinCTime();                             // 2 January 1970 00:00:00
     static CTime MaxCTime();                             // 18 January 2030 23:59:59
     static COleDateTime MinOleDateTime();                // 1 January 100 00:00:00

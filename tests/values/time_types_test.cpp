@@ -189,6 +189,9 @@ TEST(OleDateTime, CountsDaysInTheFormOfAutomation) {
         EXPECT_FALSE(bad < COleDateTime() || bad > COleDateTime() || bad == COleDateTime());
     }
     EXPECT_EQ((COleDateTime(2958465) + COleDateTimeSpan(1)).GetStatus(), COleDateTime::invalid);
+    COleDateTime forced(1e300);
+    forced.SetStatus(COleDateTime::valid);
+    EXPECT_EQ((forced + COleDateTimeSpan(1)).GetStatus() * 10 + forced.GetYear(), 9);
     COleDateTime null;
     null.SetStatus(COleDateTime::null);
     EXPECT_EQ((null - COleDateTime(7.0)).GetStatus(), COleDateTimeSpan::null);
