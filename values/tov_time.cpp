@@ -2,12 +2,14 @@
 #include <tov310/time_helper.h>
 #include <tov310/tov_time.h>
 
-#include "values/calendar.h"
+#include "values/calendar_readings.h"
 #include "values/tov_time_format.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
+#include <optional>
 
 namespace tov {
 namespace {
@@ -189,8 +191,10 @@ double CTovTime::Mjd(int year, int month, int day, int hour, int minute, double 
 }
 
 double CTovTime::MjdUTC() const {
-    std::tm fields{};
-    return GetLocalTm(&fields) != nullptr ? CTovTimeHelper::GetMjd(*this) + m_dTimezone / 24.0 : 0;
+    std::optional<ClockReading> reading = LocalReading(GetTime());
+    if (!reading) return 0;
+    reading->fraction = m_dFracSecond;
+    return reading->Mjd() + m_dTimezone / 24.0;
 }
 
 void CTovTime::MjdUTC(double mjd) {
@@ -218,16 +222,14 @@ double CTovTime::GpsTime(int week, double seconds) {
 int CTovTime::GetGpsTime(int& week, double& seconds) const {
     week = 0;
     seconds = 0;
-    std::tm fields{};
-    if (GetLocalTm(&fields) == nullptr) return 0;
+    std::optional<ClockReading> const reading = LocalReading(GetTime());
+    if (!reading) return 0;
     // Counted in whole seconds, so that nothing of them is lost in a number of days.
-    std::int64_t const days =
-        MjdOfDate(fields.tm_year + std::int64_t{1900}, fields.tm_mon + 1, fields.tm_mday) - mjdOfGpsEpoch;
-    std::int64_t const weeks = days >= 0 ? days / 7 : (days - 6) / 7;
+    std::int64_t const days = reading->day - mjdOfGpsEpoch;
+    std::int64_t const weeks = days / 7 - (days % 7 < 0 ? 1 : 0);
+    if (weeks < std::numeric_limits<int>::min() || weeks > std::numeric_limits<int>::max()) return 0;
     week = static_cast<int>(weeks);
-    std::int64_t const whole =
-        (((days - 7 * weeks) * 24 + fields.tm_hour) * 60 + fields.tm_min) * 60 + fields.tm_sec;
-    seconds = static_cast<double>(whole) + m_dFracSecond;
+    seconds = static_cast<double>((days - 7 * weeks) * secondsPerDay + reading->second) + m_dFracSecond;
     return week >= 0 ? 1 : 0;
 }
 
@@ -277,7 +279,13 @@ CString CTovTime::FormatTime(int round) const {
 
 CTovTime CTovTime::InZone(double hours) const {
     CTovTime time(*this);
-    time.Mjd(CTovTimeHelper::GetMjd(*this) + hours / 24.0);
+    double const mjd = CTovTimeHelper::GetMjd(*this) + hours / 24.0;
+    if (!(std::abs(mjd) < maxCalendarDays)) return time;
+    ClockReading const reading = SplitMjd(mjd);
+    if (auto const moment = MomentOfLocal(reading)) {
+        time = CTime(*moment);
+        time.m_dFracSecond = reading.fraction;
+    }
     return time;
 }
 

@@ -61,8 +61,8 @@ class TOV_CORE_API CTovTime : public CObject, public CTime {
     CTovTime(int year, int month, int day, int hour, int minute, int second, int isDst = -1);
     // Packed as in a directory of the FAT file system: 2-second steps since 1980, local time.
     CTovTime(unsigned short dosDate, unsigned short dosTime, int isDst = -1);
-    CTovTime(SYSTEMTIME const& time, int isDst = -1);   // local; the milliseconds are dropped
-    CTovTime(FILETIME const& time, int isDst = -1);     // UTC; what is below the second is dropped
+    CTovTime(SYSTEMTIME const& time, int isDst = -1);      // local; the milliseconds are dropped
+    CTovTime(FILETIME const& time, int isDst = -1);        // UTC; what is below the second is dropped
     CTovTime(CString const& text, CString const& format);  // as ScanTime reads it
     CTovTime(int gpsWeek, double seconds);                 // as SetGpsTime takes it
     explicit CTovTime(double mjd);
@@ -169,14 +169,17 @@ class TOV_CORE_API CTovTime : public CObject, public CTime {
     // Reads a text. The format tells, by its codes alone, what is to be read one after the other; what stands
     // between the codes and between the fields may be anything.
     //
-    //   %d day, %m month, %Y year, %y year in two digits (above 70 in 1900), %H or %I hour, %M minute,
-    //   %S second: whole numbers        %s second, %D day: with decimals (of the day too)
-    //   %j day, of the year where no month is read     %b, %B name of a month, in English or the LC_TIME
-    //   locale %p AM or PM, in English or the locale; it takes 12 hours on before noon; "12 AM" stays 12
+    //   %d %m %Y    day, month, year; %y is a year in two digits, above 70 in 1900
+    //   %H %I %M %S hour, hour, minute, second
+    //   %s %D       second and day with decimals; those of the day are the time
+    //   %j          day, of the year where no month is read
+    //   %b %B       name of a month, in English or the LC_TIME locale
+    //   %p          AM or PM, in English or the locale: PM takes 12 hours on before noon, "12 AM" stays 12
     //
     // A flag "#" and other codes do not count. A code that finds nothing to read is passed over; the text's
-    // end ends the reading. Fields that are not read are 1 January 2000, 00:00:00. Takes local time and
-    // answers its MJD. An impossible date or clock time answers 0 and leaves the object.
+    // end ends the reading. Fields that are not read are 1 January 2000, 00:00:00. Takes local time of
+    // the years 100 to 9999 and answers its MJD. An impossible date or clock time answers 0 and leaves the
+    // object.
     double ScanTime(CString const& text, CString const& format);
 
     // The current format: the one in the profile, at first, or eTimeFormatSlashes where that holds none.

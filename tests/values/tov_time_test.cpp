@@ -333,6 +333,8 @@ TEST(TovTime, CountsUtcWithTheZoneWestPositive) {
     other.SetFracSecond(1e-5);
     EXPECT_TRUE(time < other && other > time && time != other && other >= time);
     EXPECT_EQ(TovCompare(other, time), 1);
+    EXPECT_EQ(CTovTime(2030, 1, 18, 23, 0, 0).FormatUTC(5.0), "19-01-30 04:00:00") << "beyond the range";
+    EXPECT_EQ(CTovTime(2030, 1, 18, 23, 0, 0).FormatUTC(HUGE_VAL), "18-01-30 23:00:00");
     CTovTime far(CTime(std::int64_t{1} << 62));
     EXPECT_EQ(far.MjdUTC(), 0) << "no local reading";
 }
