@@ -17,6 +17,7 @@ int CTovDib::Create(int width, int height) {
     HBITMAP bitmap = CTovPixels::Create(width, height);
     if (bitmap == nullptr) return 0;
     m_bitmap = std::move(bitmap);
+    m_pCrBits = m_bitmap->GetBits();
     m_nWidth = m_bitmap->GetWidth();
     m_nHeight = m_bitmap->GetHeight();
     BITMAPINFOHEADER& header = m_info.bmiHeader;
@@ -50,6 +51,7 @@ int CTovDib::Resize(CTovDib const* like) {
 
 void CTovDib::Destroy() {
     m_bitmap.reset();
+    m_pCrBits = nullptr;
     m_info = {};
     m_nWidth = 0;
     m_nHeight = 0;

@@ -61,6 +61,7 @@ int CTovDib::Invert(CDC*) {
     if (!turned) return 0;
     turned->CopyFrom(*m_bitmap);
     m_bitmap = std::move(turned);
+    m_pCrBits = m_bitmap->GetBits();
     header.biHeight = -header.biHeight;
     header.biSizeImage = -header.biSizeImage;
     return 1;

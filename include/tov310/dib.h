@@ -45,8 +45,8 @@ class TOV_CORE_API CTovDib {
     BITMAPINFO const* GetBitmapInfo() const { return &m_info; }  // all 0 without pixels; never null
     // The pixels, row after row without gaps: that at column x of memory row y has the index y * width + x.
     // Null without pixels.
-    std::uint32_t* GetCrBits() { return m_bitmap ? m_bitmap->GetBits() : nullptr; }
-    std::uint32_t const* GetCrBits() const { return m_bitmap ? m_bitmap->GetBits() : nullptr; }
+    std::uint32_t* GetCrBits() { return m_pCrBits; }
+    std::uint32_t const* GetCrBits() const { return m_pCrBits; }
 
     int IsEqualWidth(int width) const { return width == m_nWidth; }
     int IsEqualWidth(CTovDib const* other) const { return other != nullptr && IsEqualWidth(other->m_nWidth); }
@@ -393,10 +393,11 @@ class TOV_CORE_API CTovDib {
     int StretchCentred(CTovDib const* src, float angle, float scale, int adjustSize,
                        CTovPoint<double>* corners, PixelStretch const& how);
 
-    HBITMAP m_bitmap;
     BITMAPINFO m_info{};
     int m_nWidth = 0;
     int m_nHeight = 0;
+    HBITMAP m_bitmap;
+    std::uint32_t* m_pCrBits = nullptr;  // of the bitmap
 };
 
 }  // namespace tov
