@@ -103,7 +103,7 @@ TEST(SendTimeout, AWindowThatDiesOrThrowsEndsTheWait) {
         Receiver window;
         Receiver other;
         window.answer = [&]() -> LRESULT { throw std::runtime_error("no answer"); };
-        std::thread sender([throws, handle = window.GetSafeHwnd()] {
+        std::thread sender([handle = window.GetSafeHwnd()] {
             LRESULT result = 1;
             EXPECT_EQ(SendText(handle, 1, "to the dead", forever, &result), 0);
             EXPECT_EQ(result, 0);
