@@ -130,7 +130,8 @@ CString CTovMailMessageMimeContainer::Body() const {
         body.append(delimiter).append("\r\n").append(part->Header()).append("\r\n");
         AppendPartBody(body, *part);
     }
-    return body.append(delimiter).append("--\r\n").append(m_postMime);
+    body.append(delimiter).append("--\r\n").append(m_postMime);
+    return body;  // by name, for there is no second one
 }
 
 int CTovMailMessageMimeContainer::AddMimePart(CTovMailMessageMimePart* part) {

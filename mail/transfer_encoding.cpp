@@ -2,19 +2,21 @@
 
 #include <tov310/base64.h>
 
+#include "util/base64_blocks.h"
 #include "util/file_facts.h"
 #include "vesk/file_pieces.h"
 #include "vesk/memory.h"
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 
 namespace tov {
 namespace {
 
-constexpr std::size_t mostInLine = 998;     // RFC 5321, without the line end
-constexpr std::size_t bytesInLine = 57;     // 76 characters
-constexpr std::size_t linesInPiece = 1024;  // in the cache, with their code
+constexpr std::size_t mostInLine = 998;    // RFC 5321, without the line end
+constexpr std::size_t bytesInLine = 57;    // 76 characters
+constexpr std::size_t linesInPiece = 512;  // in the cache, with their code
 constexpr unsigned long codedLineLength = 76;
 
 unsigned char const* BytesOf(std::string_view text) {
@@ -30,12 +32,21 @@ bool EqualsWord(std::string_view text, std::string_view word) {
                               [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + 32 : a) == b; });
 }
 
-// Whole lines but for the last piece of a text.
+// The bytes of at most one piece in whole lines, but for the last one of a text.
 void AppendLines(CString& out, std::string_view bytes) {
-    std::size_t const whole = bytes.size() / bytesInLine * bytesInLine;
-    if (whole != 0) {
-        CString const code = TovEncodeBase64(BytesOf(bytes), whole, codedLineLength);
-        out.append(code, 0, whole / bytesInLine * (codedLineLength + 2));
+    std::size_t const lines = bytes.size() / bytesInLine;
+    std::size_t const whole = lines * bytesInLine;
+    // Without line ends first, in the cache; what the processor's blocks leave over is short.
+    char code[linesInPiece * codedLineLength];
+    std::size_t const done = EncodeBase64Blocks(BytesOf(bytes), whole, code);
+    EncodedBase64(bytes.substr(done, whole - done)).copy(code + done / 3 * 4, sizeof code);
+    std::size_t const begin = out.size();
+    out.resize(begin + lines * (codedLineLength + 2));
+    char* to = out.data() + begin;
+    for (std::size_t i = 0; i < lines; ++i, to += codedLineLength + 2) {
+        std::memcpy(to, code + i * codedLineLength, codedLineLength);
+        to[codedLineLength] = '\r';
+        to[codedLineLength + 1] = '\n';
     }
     if (whole != bytes.size()) out.append(EncodedBase64(bytes.substr(whole))).append("\r\n");
 }

@@ -1,0 +1,99 @@
+// Composing a mail with a file of 64 MiB against reading the file and encoding it with OpenSSL into a buffer
+// that stands ready. The counter "ratio" tells how many times slower the whole mail is, "memory" the largest
+// growth of the process against the length of the mail.
+#include <tov310/mime.h>
+
+#include <benchmark/benchmark.h>
+
+#ifdef TOV_HAVE_OPENSSL
+#include <malloc.h>
+#include <openssl/evp.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <new>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "peer.h"
+
+namespace {
+
+constexpr std::size_t size = std::size_t{64} << 20;
+
+struct AttachedFile {
+    AttachedFile() {
+        std::mt19937_64 random(1);
+        std::vector<std::uint64_t> words(size / 8);
+        for (std::uint64_t& word : words)
+            word = random();
+        std::ofstream(path, std::ios::binary).write(reinterpret_cast<char const*>(words.data()), size);
+    }
+    ~AttachedFile() { std::filesystem::remove(path); }
+    std::string const path = (std::filesystem::temp_directory_path() / "tov-mail-bench.bin").string();
+};
+
+// Every allocation of the process, the library's included.
+std::size_t allocated = 0;
+std::size_t peak = 0;
+
+void Compose(benchmark::State& state, int strict) {
+    static AttachedFile const file;
+    tov::CTovMailMessageMimeContainer mail;
+    mail.StrictEncoding(strict);
+    mail.From("Survey <survey@office.example>");
+    mail.AddMimePart(new tov::CTovMailMessageMimePartText("The points are attached.\r\n"));
+    mail.AddMimePart(new tov::CTovMailMessageMimePartBinary(file.path));
+    std::size_t const before = allocated;
+    std::size_t length = 0;
+    peak = before;
+    {
+        tov::CString const header = mail.Header();
+        tov::CString const body = mail.Body();
+        length = body.size();
+    }
+    state.counters["memory"] = static_cast<double>(peak - before) / static_cast<double>(length);
+    std::vector<unsigned char> bytes(size);
+    std::vector<unsigned char> code(size / 3 * 4 + 8);
+    bench::AgainstPeer(
+        state, size,
+        [&] {
+            tov::CString const header = mail.Header();
+            tov::CString const body = mail.Body();
+            benchmark::DoNotOptimize(body.data());
+            benchmark::DoNotOptimize(header.data());
+        },
+        [&] {
+            std::ifstream in(file.path, std::ios::binary);
+            in.rdbuf()->pubsetbuf(nullptr, 0);
+            in.read(reinterpret_cast<char*>(bytes.data()), size);
+            EVP_EncodeBlock(code.data(), bytes.data(), static_cast<int>(size));
+            benchmark::DoNotOptimize(code.data());
+        },
+        bench::Want::kWithin);
+}
+BENCHMARK_CAPTURE(Compose, usual, 0)->Iterations(9);
+BENCHMARK_CAPTURE(Compose, strict, 1)->Iterations(9);
+
+}  // namespace
+
+void* operator new(std::size_t bytes) {
+    void* const block = std::malloc(bytes);
+    if (block == nullptr) throw std::bad_alloc();
+    allocated += malloc_usable_size(block);
+    peak = std::max(peak, allocated);
+    return block;
+}
+void operator delete(void* block) noexcept {
+    allocated -= malloc_usable_size(block);
+    std::free(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    operator delete(block);
+}
+#endif
+
+BENCHMARK_MAIN();
