@@ -80,14 +80,14 @@ BENCHMARK_CAPTURE(Compose, strict, 1)->Iterations(9);
 
 }  // namespace
 
-void* operator new(std::size_t bytes) {
+[[gnu::noinline]] void* operator new(std::size_t bytes) {
     void* const block = std::malloc(bytes);
     if (block == nullptr) throw std::bad_alloc();
     allocated += malloc_usable_size(block);
     peak = std::max(peak, allocated);
     return block;
 }
-void operator delete(void* block) noexcept {
+[[gnu::noinline]] void operator delete(void* block) noexcept {
     allocated -= malloc_usable_size(block);
     std::free(block);
 }
