@@ -28,9 +28,11 @@ std::string Tree(fs::path const& folder) {
     for (auto const& entry : fs::recursive_directory_iterator(folder, failure)) {
         std::string text = entry.path().lexically_relative(folder);
         if (entry.is_symlink())
-            text += "->" + fs::read_symlink(entry.path()).string();
+            text.append("->").append(fs::read_symlink(entry.path()));
+        else if (entry.is_directory())
+            text.append("/");
         else
-            text += entry.is_directory() ? "/" : "=" + GetFile(entry.path());
+            text.append("=").append(GetFile(entry.path()));
         entries.insert(text);
     }
     std::string all;
@@ -378,7 +380,7 @@ TEST_F(TwoVolumes, NothingIsLostWhileTheSourceChanges) {
             Plant(expected.emplace_back("f").append(std::to_string(i)) += "=old", from);
         std::thread writer([&] {
             for (int i = 0; i < 40; ++i) {
-                std::string const name = "new" + std::to_string(i);
+                std::string const name = std::string("new").append(std::to_string(i));
                 std::ofstream file(fs::path(from) / name);
                 if (file && file << "new" && file.flush()) expected.push_back(name + "=");
             }
