@@ -47,7 +47,7 @@ void ConvertPalette(FIBITMAP* image, unsigned bits, DornBitmap const& to) {
         unsigned const perByte = 8 / bits;
         for (std::size_t x = 0; x < row.size(); ++x) {
             auto const place = static_cast<unsigned>(x % perByte) + 1;
-            row[x] = colours[line[x / perByte] >> (8 - bits * place) & ((1u << bits) - 1)];
+            row[x] = colours[unsigned{line[x / perByte]} >> (8 - bits * place) & ((1u << bits) - 1)];
         }
     });
 }
@@ -59,7 +59,7 @@ void ConvertDeep(FIBITMAP* image, std::size_t samples, DornBitmap const& to) {
             std::array<std::uint16_t, 4> s{0, 0, 0, 0xFFFF};
             std::memcpy(s.data(), line + x * samples * 2, samples * 2);
             if (samples == 1) s[1] = s[2] = s[0];
-            row[x] = Pixel(s[0] >> 8, s[1] >> 8, s[2] >> 8, s[3] >> 8);
+            row[x] = Pixel(s[0] / 256u, s[1] / 256u, s[2] / 256u, s[3] / 256u);
         }
     });
 }
