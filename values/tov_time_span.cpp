@@ -2,9 +2,8 @@
 #include <tov310/time_helper.h>
 #include <tov310/tov_time.h>
 
+#include "values/calendar_readings.h"
 #include "values/tov_time_format.h"
-
-#include <cmath>
 
 namespace tov {
 
@@ -36,7 +35,7 @@ int CTovTimeSpan::Compare(CTovTimeSpan const& a, CTovTimeSpan const& b) {
 }
 
 void CTovTimeSpan::Mjd(double mjd) {
-    if (!std::isfinite(mjd)) return;
+    if (!HasSeconds(mjd)) return;
     long days = 0;
     long hours = 0;
     long minutes = 0;

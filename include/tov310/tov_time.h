@@ -255,7 +255,7 @@ class TOV_CORE_API CTovTimeSpan : public CObject, public CTimeSpan {
         if (fraction > -1 && fraction < 1) m_dFracSecond = fraction;
     }
 
-    // Of either sign; what is not finite is ignored.
+    // Of either sign; beyond 10^14 days nothing is set.
     void Mjd(double mjd);
 
     // Weeks and seconds of the week.
