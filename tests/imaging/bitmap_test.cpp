@@ -101,12 +101,10 @@ std::string Chunk(std::string const& name, std::string const& data) {
 std::string Filter(int filter, std::string const& row, std::string const& above, std::size_t step) {
     std::string bytes(1, static_cast<char>(filter));
     for (std::size_t i = 0; i < row.size(); ++i) {
-        auto const at = [&](std::string const& from, bool isLeft) {
-            return (isLeft && i < step) || from.empty()
-                       ? 0
-                       : static_cast<unsigned char>(from[i - (isLeft ? step : 0)]);
+        auto const at = [&](std::string const& from, std::size_t back) {
+            return i < back || from.empty() ? 0 : static_cast<unsigned char>(from[i - back]);
         };
-        int const a = at(row, true), b = at(above, false), c = at(above, true);
+        int const a = at(row, step), b = at(above, 0), c = at(above, step);
         std::array<int, 3> const near{a, b, c};
         int const guess = *std::min_element(near.begin(), near.end(), [&](int x, int y) {
             return std::abs(a + b - c - x) < std::abs(a + b - c - y);
@@ -150,18 +148,15 @@ TEST(BitmapPng, EveryKindIsReadAsItWasMade) {
             }
             // Stored blocks; files that others wrote are packed in all ways and are read below.
             std::string data;
-            std::array<std::array<std::size_t, 4>, 7> const passes{{{0, 0, 8, 8},
-                                                                    {4, 0, 8, 8},
-                                                                    {0, 4, 4, 8},
-                                                                    {2, 0, 4, 4},
-                                                                    {0, 2, 2, 4},
-                                                                    {1, 0, 2, 2},
-                                                                    {0, 1, 1, 2}}};
-            for (std::size_t p = 0; p < (isInterlaced ? 7u : 1u); ++p) {
-                auto const [left, top, right, down] =
-                    isInterlaced ? passes[p] : std::array<std::size_t, 4>{0, 0, 1, 1};
+            // Left, top and steps to the right and down of each pass.
+            char const* const passes[] = {"0088", "4088", "0448", "2044", "0224", "1022", "0112"};
+            for (int p = 0; p < (isInterlaced ? 7 : 1); ++p) {
+                auto const part = [&](int i) {
+                    return static_cast<std::size_t>((isInterlaced ? passes[p] : "0011")[i] - '0');
+                };
+                std::size_t const left = part(0), right = part(2);
                 std::string above;
-                for (std::size_t y = top; y < height && left < width; y += down) {
+                for (std::size_t y = part(1); y < height && left < width; y += part(3)) {
                     Row flat;
                     for (std::size_t x = left; x < width; x += right)
                         flat.insert(flat.end(), samples[y][x].begin(), samples[y][x].end());
@@ -177,21 +172,18 @@ TEST(BitmapPng, EveryKindIsReadAsItWasMade) {
             packed += '\1' + Little(data.size() - first, 2) + Little(~(data.size() - first), 2) +
                       data.substr(first);
             packed += "sum?";
-            std::string colours, alphas, keys;
-            for (std::uint32_t const entry : palette) {
+            std::string colours, transparency;
+            for (std::uint32_t const entry : palette)
                 colours += Big(entry & 0xFFFFFF, 3);
-                alphas += Big(entry >> 24, 1);
-            }
-            for (std::uint32_t const sample : key)
-                keys += Big(sample, 2);
-            std::string const file =
-                std::string(pngSignature) +
-                Chunk("IHDR", Big(width) + Big(height) + Big(kind.depth, 1) + Big(kind.kind, 1) +
-                                  Big(isInterlaced, 3)) +
-                (kind.kind == 3 ? Chunk("PLTE", colours) : std::string()) +
-                (hasKey && kind.kind < 4 ? Chunk("tRNS", kind.kind == 3 ? alphas : keys) : std::string()) +
-                Chunk("teXt", "ignored") + Chunk("IDAT", packed.substr(0, 5)) +
-                Chunk("IDAT", packed.substr(5)) + Chunk("IEND", "");
+            for (std::uint32_t const part : kind.kind == 3 ? palette : key)
+                transparency += kind.kind == 3 ? Big(part >> 24, 1) : Big(part, 2);
+            std::string const file = std::string(pngSignature) +
+                                     Chunk("IHDR", Big(width) + Big(height) + Big(kind.depth, 1) +
+                                                       Big(kind.kind, 1) + Big(isInterlaced, 3)) +
+                                     (kind.kind == 3 ? Chunk("PLTE", colours) : std::string()) +
+                                     (hasKey && kind.kind < 4 ? Chunk("tRNS", transparency) : std::string()) +
+                                     Chunk("teXt", "ignored") + Chunk("IDAT", packed.substr(0, 5)) +
+                                     Chunk("IDAT", packed.substr(5)) + Chunk("IEND", "");
             SCOPED_TRACE(testing::Message()
                          << "kind " << kind.kind << " depth " << kind.depth << " form " << form);
             ExpectPicture(ReadPng(file), expected);
@@ -294,6 +286,9 @@ TEST(BitmapBmp, EveryKindIsReadAsItWasMade) {
                 for (std::size_t x = 0; x < width; ++x) {
                     std::uint32_t& value = stored[y][x];
                     value = static_cast<std::uint32_t>(randomBits() & ((std::uint64_t{1} << kind.depth) - 1));
+                    // Where all alphas are 0 they do not count.
+                    if (x == 0)
+                        value |= kind.depth == 32 && kind.compression == 0 ? 0xFF000000 : kind.masks[3];
                     if (isRun && x > 0 && Random(3) > 0) value = Random(3) == 0 ? 0 : stored[y][x - 1];
                     target[x] = kind.depth <= 8 ? palette[value] | 0xFF000000
                                                 : value | (kind.depth == 24 ? 0xFF000000 : 0);
@@ -377,37 +372,29 @@ TEST(Bitmap, SharesItsPixelsAndComesFromResources) {
     EXPECT_EQ(bitmap.IsKindOf(&CBitmap::classCBitmap), bitmap.IsKindOf(&CTovBitmap::classCTovBitmap));
 }
 
-// A device that is a block of pixels.
-class BlockDevice : public CDC {
- public:
-    HBITMAP pixels = CTovPixels::Create(4, 3);
-    int SetDIBitsToDevice(int x, int y, int width, int height, std::uint32_t const* bits,
-                          BITMAPINFOHEADER const& header) override {
-        if (x != 0 || y != 0 || width != 2 || height != 2 || header.biHeight != -2) return 0;
-        for (int i = 0; i < 4; ++i)
-            pixels->GetRow(2 - i / 2)[i % 2] = bits[i];
+// A device of one row.
+struct RowDevice : CDC {
+    Row pixels{0x112233, 7, 0x11112233, 0x112233};
+    int SetDIBitsToDevice(int x, int, int width, int height, std::uint32_t const* bits,
+                          BITMAPINFOHEADER const&) override {
+        std::copy_n(bits, width * height, pixels.begin() + x);
         return 1;
     }
-    int GetDIBits(int, int, CTovPixels& to) override {
-        for (int i = 0; i < 4; ++i)
-            to.GetBits()[i] = pixels->GetRow(2 - i / 2)[i % 2];
+    int GetDIBits(int x, int, CTovPixels& to) override {
+        std::copy_n(pixels.begin() + x, to.GetCount(), to.GetBits());
         return 1;
     }
 };
 
 TEST(Bitmap, ChangesAColourOnADevice) {
-    BlockDevice device;
-    std::fill_n(device.pixels->GetBits(), 12, 0x112233u);
-    device.pixels->GetBits()[8] = 7;
-    BITMAP record{0, 2, 2, 8, 1, 32, nullptr};
+    RowDevice device;
+    BITMAP record{0, 3, 1, 12, 1, 32, nullptr};
     EXPECT_TRUE(CTovBitmap::ChangeBitmapColorDC(&device, &record, 0x332211, 0xFF));
-    Row const expected{0x112233, 0x112233, 0x112233, 0x112233, 0xFF0000, 0xFF0000,
-                       0x112233, 0x112233, 7,        0xFF0000, 0x112233, 0x112233};
-    EXPECT_TRUE(std::equal(expected.begin(), expected.end(), device.pixels->GetBits()));
+    EXPECT_EQ(device.pixels, Row({0xFF0000, 7, 0x11FF0000, 0x112233}));
     record.bmBitsPixel = 1;
     EXPECT_FALSE(CTovBitmap::ChangeBitmapColorDC(&device, &record, 7, 8));
-    EXPECT_FALSE(CTovBitmap::ChangeBitmapColorDC(nullptr, &record, 7, 8));
-    EXPECT_FALSE(CTovBitmap::ChangeBitmapColorDC(&device, nullptr, 7, 8));
+    EXPECT_FALSE(CTovBitmap::ChangeBitmapColorDC(nullptr, &record, 7, 8) ||
+                 CTovBitmap::ChangeBitmapColorDC(&device, nullptr, 7, 8));
 }
 
 }  // namespace

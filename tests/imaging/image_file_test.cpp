@@ -31,13 +31,14 @@ int Part(std::uint32_t pixel, int shift) {
     return static_cast<int>(pixel >> shift & 255);
 }
 
-// Patches of colours, few enough for a palette; with alpha bytes of all kinds, or none that matter.
+// Patches of colours, few enough for a palette; with alpha bytes of all kinds, or none that matter: 255 in
+// rows that run top-down, 0 in the others.
 HBITMAP Patches(bool hasAlpha, int rows, unsigned width) {
     int const columns = static_cast<int>(width);
     HBITMAP const made = CTovPixels::Create(columns, -std::abs(rows));
     for (unsigned i = 0; std::uint32_t & pixel : Pixels(made)) {
         unsigned const patch = i % width / 8 + i / width / 8 * (width / 8);
-        pixel = (patch * 2654435761u & 0xFFFFFF) | (hasAlpha ? patch * 5 % 256 : 255) << 24;
+        pixel = (patch * 2654435761u & 0xFFFFFF) | (hasAlpha ? patch * 5 % 256 : rows < 0 ? 255u : 0u) << 24;
         ++i;
     }
     HBITMAP const turned = CTovPixels::Create(columns, rows);
@@ -149,7 +150,7 @@ TEST_P(ImageFile, DamagedHarmsNobody) {
         CTovBitmap::SaveBitmap(nullptr, PatchesFor(GetParam(), true), GetParam().format, m_path.c_str()));
     std::string const whole = GetFile(m_path);
     std::mt19937 random(2);
-    for (int i = 0; i < 60; ++i) {
+    for (int i = 0; i < 30; ++i) {
         std::string damaged = whole;
         for (int k = 0; k < 4; ++k)
             damaged[random() % (k < 2 ? std::min<std::size_t>(64, whole.size()) : whole.size())] =
