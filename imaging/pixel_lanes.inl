@@ -11,10 +11,6 @@ struct Lanes {
     using Floats [[gnu::vector_size(bytes)]] = float;
     using Half [[gnu::vector_size(bytes / 2)]] = std::int32_t;
     using Doubles [[gnu::vector_size(bytes)]] = double;
-    struct Halves {
-        Half first;
-        Half second;
-    };
     static constexpr std::size_t count = bytes / 4;
 
     static TOV_INLINE Pixels All(std::uint32_t value) { return value - Pixels{}; }
@@ -114,6 +110,25 @@ TOV_INLINE typename L::Pixels ApproachBytes(typename L::Pixels d, typename L::Pi
     return reinterpret_cast<Pixels>(kept ? reinterpret_cast<Bytes>(d) : back);
 }
 
+// Whether any lane of a mask is set.
+template <class L>
+TOV_INLINE bool Any(typename L::Integers mask) {
+#if defined(__x86_64__)
+    if constexpr (sizeof mask == 32) {
+        auto const bits = reinterpret_cast<__m256i>(mask);
+        return _mm256_testz_si256(bits, bits) == 0;
+    }
+    if constexpr (sizeof mask == 64) {
+        auto const bits = reinterpret_cast<__m512i>(mask);
+        return _mm512_test_epi32_mask(bits, bits) != 0;
+    }
+#endif
+    std::int32_t any = 0;
+    for (std::size_t lane = 0; lane < L::count; ++lane)
+        any |= mask[lane];
+    return any != 0;
+}
+
 template <class L>
 TOV_INLINE typename L::Half GreyHalf(typename L::Half pixels) {
     using Doubles = typename L::Doubles;
@@ -123,14 +138,71 @@ TOV_INLINE typename L::Half GreyHalf(typename L::Half pixels) {
     return __builtin_convertvector(0.3 * red + 0.59 * green + 0.11 * blue, typename L::Half);
 }
 
+// The two halves apart, since doubles take twice the room; `lane` counts those of a half.
+template <class L, std::size_t... lane>
+TOV_INLINE typename L::Pixels GreyByDoubles(typename L::Pixels pixels, std::index_sequence<lane...>) {
+    auto const all = reinterpret_cast<typename L::Integers>(pixels);
+    auto const first = GreyHalf<L>(__builtin_shufflevector(all, all, lane...));
+    auto const second = GreyHalf<L>(__builtin_shufflevector(all, all, lane + sizeof...(lane)...));
+    return reinterpret_cast<typename L::Pixels>(
+        __builtin_shufflevector(first, second, lane..., lane + sizeof...(lane)...));
+}
+
+template <class L>
+TOV_INLINE typename L::Pixels GreyByDoubles(typename L::Pixels pixels) {
+    return GreyByDoubles<L>(pixels, std::make_index_sequence<L::count / 2>{});
+}
+
+#if defined(__x86_64__)
+// 0 or 1 for each of 256 numbers.
+template <class L>
+TOV_INLINE typename L::Pixels Flags(std::uint32_t const* flags, typename L::Pixels number) {
+    using Pixels = typename L::Pixels;
+    Pixels const table = L::Load(flags);
+    Pixels const word = number >> 5;
+    Pixels found;
+    if constexpr (sizeof number == 32)
+        found = reinterpret_cast<Pixels>(
+            _mm256_permutevar8x32_epi32(reinterpret_cast<__m256i>(table), reinterpret_cast<__m256i>(word)));
+    else
+        found = reinterpret_cast<Pixels>(_mm512_maskz_permutexvar_epi32(
+            0xFFFF, reinterpret_cast<__m512i>(word), reinterpret_cast<__m512i>(table)));
+    return found >> (number & 31) & 1;
+}
+
+// The sum in hundredths is the same as in doubles but where it is whole: there doubles may fall short by the
+// last bit, and for this their sum is made, but for greys, which are many.
+template <class L>
+TOV_INLINE typename L::Pixels GreyByHundredths(typename L::Pixels pixels) {
+    using Words = typename L::Words;
+    using Pixels = typename L::Pixels;
+    auto const sums = reinterpret_cast<Pixels>(
+        AddProducts<L>(pixels, reinterpret_cast<Words>(L::All(11 | 59 << 8 | 30 << 16))));
+    Pixels const hundredths = (sums & 0xFFFF) + (sums >> 16);
+    // 41944 / 2^22 is a hundredth, nearly enough for all sums up to 25500.
+    auto const grey =
+        MultiplyHigh<L>(reinterpret_cast<Words>(hundredths), Words{} + std::uint16_t{41944}) >> 6;
+    auto made = reinterpret_cast<Pixels>(grey);
+    auto const back = AddProducts<L>(made, Words{} + std::uint16_t{100});
+    auto const whole = reinterpret_cast<Pixels>(back) == hundredths;
+    if (Any<L>(whole)) {
+        auto const coloured = ((pixels ^ (pixels >> 8)) & 0xFFFF) != 0;
+        if (Any<L>(whole & coloured)) return GreyByDoubles<L>(pixels);
+        made -= Flags<L>(greysCutShort.data(), made) & reinterpret_cast<Pixels>(whole);
+    }
+    return made;
+}
+#endif
+
 template <class L>
 TOV_INLINE typename L::Pixels GreyPixels(typename L::Pixels pixels) {
-    typename L::Halves halves;
-    std::memcpy(&halves, &pixels, sizeof halves);
-    halves = {GreyHalf<L>(halves.first), GreyHalf<L>(halves.second)};
-    typename L::Pixels made;
-    std::memcpy(&made, &halves, sizeof made);
-    return made | made << 8 | made << 16;
+    typename L::Pixels grey;
+    if constexpr (widest > 16 && L::count >= 8) {
+        grey = GreyByHundredths<L>(pixels);
+    } else {
+        grey = GreyByDoubles<L>(pixels);
+    }
+    return grey | grey << 8 | grey << 16;
 }
 
 template <PixelOperation operation, class L>
@@ -245,8 +317,7 @@ inline void WalkBand(PixelBand& band, PixelWalk const& walk, std::size_t columns
     Integers inside{};
     Integers const well = WellInside<L>(u, u + walk.du * steps, walk.width) &
                           WellInside<L>(v, v + walk.dv * steps, walk.height);
-    Integers none = ~well;
-    if (std::memcmp(&none, &inside, sizeof none) == 0) {
+    if (!Any<L>(~well)) {
         for (std::size_t column = 0; column < columns; ++column, index += L::count) {
             L::Store(index, IndexAt<L>(u, v, pitch));
             u += walk.du;

@@ -2,12 +2,30 @@
 
 #include "vesk/cpu.h"
 
+#include <array>
 #include <cstring>
 #include <utility>
 
 #if defined(__x86_64__)
 #include <immintrin.h>
 #endif
+
+namespace tov {
+
+namespace {
+
+// The 256 greys whose sum in doubles falls short of them, a bit for each; twice, for the widest vectors.
+constexpr std::array<std::uint32_t, 16> greysCutShort = [] {
+    std::array<std::uint32_t, 16> flags{};
+    for (std::uint32_t grey = 0; grey < 512; ++grey) {
+        if (GreyOf((grey & 0xFF) * 0x010101) < (grey & 0xFF)) flags[grey / 32] |= 1U << grey % 32;
+    }
+    return flags;
+}();
+
+}  // namespace
+
+}  // namespace tov
 
 // Every copy of the loops stands in a namespace of its own, compiled for its kind of processor.
 namespace tov::lanes16 {
