@@ -86,8 +86,8 @@ int CTovDib::CopyFromDibStretch(CTovDib const* src, float angle, float scale, in
     return StretchCentred(src, angle, scale, adjustSize, corners, WithOutside(fill, fillColor));
 }
 
-int CTovDib::CopyFromDibStretchTransparent(CTovDib const* src, float angle, float scale, COLORREF key,
-                                           int adjustSize, int fill, COLORREF fillColor,
+int CTovDib::CopyFromDibStretchTransparent(CTovDib const* src, float angle, float scale, int adjustSize,
+                                           COLORREF key, int fill, COLORREF fillColor,
                                            CTovPoint<double>* corners) {
     return StretchCentred(src, angle, scale, adjustSize, corners,
                           WithOperation(PixelOperation::kUnlessKey, key, fill, fillColor));

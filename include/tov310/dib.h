@@ -183,8 +183,8 @@ class TOV_CORE_API CTovDib {
     // (width, 0), (width, height), (0, height).
     int CopyFromDibStretch(CTovDib const* src, float angle, float scale, int adjustSize, int fill,
                            COLORREF fillColor, CTovPoint<double>* corners = nullptr);
-    int CopyFromDibStretchTransparent(CTovDib const* src, float angle, float scale, COLORREF key,
-                                      int adjustSize, int fill, COLORREF fillColor,
+    int CopyFromDibStretchTransparent(CTovDib const* src, float angle, float scale, int adjustSize,
+                                      COLORREF key, int fill, COLORREF fillColor,
                                       CTovPoint<double>* corners = nullptr);
     int CopyFromDibStretchAlpha(CTovDib const* src, float angle, float scale, int adjustSize, int fill,
                                 COLORREF fillColor, CTovPoint<double>* corners = nullptr);

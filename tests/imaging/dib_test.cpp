@@ -435,7 +435,7 @@ TEST(DibTest, RotatesRoundTheCentres) {
             if (round % 3 == 0)
                 return to.CopyFromDibStretch(&source, angle, 0.8F, 3, 4, 5, 6, round % 2, 0x123456);
             if (round % 3 == 1) return to.CopyFromDibStretchAlpha(&source, angle, 0.8F, round % 2, 0, 0);
-            return to.CopyFromDibStretchTransparent(&source, angle, 0.8F, 0x102030, round % 2, 1, 5);
+            return to.CopyFromDibStretchTransparent(&source, angle, 0.8F, round % 2, 0x102030, 1, 5);
         };
         ASSERT_TRUE(stretch(self, self) && stretch(apart, from));
         ASSERT_EQ(Of(self), Of(apart)) << round;
