@@ -102,8 +102,13 @@ int CTovBitmap::GetImageSize(char const* path, int* width, int* height, int* bit
 }
 
 int CTovBitmap::SaveBitmap(HDC dc, HBITMAP bitmap, enmImageFormat format, char const* path) {
-    if (bitmap == nullptr || path == nullptr || *path == '\0') return 0;
+    if (dc == nullptr || bitmap == nullptr || path == nullptr || *path == '\0') return 0;
     return WriteWithModule(dc, bitmap, format, path);
+}
+
+int CTovBitmap::SaveBitmap(HBITMAP bitmap, enmImageFormat format, char const* path) {
+    CDC memory;
+    return SaveBitmap(&memory, std::move(bitmap), format, path);
 }
 
 int CTovBitmap::ChangeBitmapColor(HBITMAP bitmap, COLORREF oldColor, COLORREF newColor, HPALETTE) {

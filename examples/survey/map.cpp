@@ -146,7 +146,7 @@ int RunMap(Arguments& arguments, CommonOptions& common) {
         Complain() << Shown(options.image) << ": the sheet would be too large\n";
         return kUnreadable;
     }
-    if (!tov::CTovBitmap::SaveBitmap(nullptr, sheet.GetBitmap(), options.format, options.out.c_str())) {
+    if (!tov::CTovBitmap::SaveBitmap(sheet.GetBitmap(), options.format, options.out.c_str())) {
         Complain() << Shown(options.out) << ": the image cannot be written\n";
         return kUnreadable;
     }

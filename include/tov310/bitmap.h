@@ -109,10 +109,12 @@ class TOV_CORE_API CTovBitmap : public CBitmap {
     // where that cannot be told, and without Dorn200.
     static int GetImageSize(char const* path, int* width, int* height, int* bitsPerPixel);
 
-    // Writes an image file, whole or not at all: a file that was there stays as it was on failure. A device
-    // is not needed. Where all alpha bytes are 0, as drawing leaves them, the picture counts as opaque. 0 for
-    // null and empty arguments, without Dorn200, and for kinds that cannot be written.
+    // Writes an image file, whole or not at all: a file that was there stays as it was on failure. Where all
+    // alpha bytes are 0, as drawing leaves them, the picture counts as opaque. 0 for null and empty
+    // arguments, without Dorn200, and for kinds that cannot be written. The device is only handed on; the
+    // second form does without one.
     static int SaveBitmap(HDC dc, HBITMAP bitmap, enmImageFormat format, char const* path);
+    static int SaveBitmap(HBITMAP bitmap, enmImageFormat format, char const* path);
 
     // Gives all pixels of one colour another one; their alpha stays. Colours are 0x00BBGGRR. 0 without
     // pixels.
