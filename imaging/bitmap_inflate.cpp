@@ -1,4 +1,4 @@
-// RFC 1951, "DEFLATE Compressed Data Format Specification". The stream is taken bit by bit, which is plain
+// RFC 1951 (DEFLATE). The stream is taken bit by bit, which is plain
 // and quick enough for pictures of programs.
 #include "imaging/bitmap_readers.h"
 
