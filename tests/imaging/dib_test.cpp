@@ -228,15 +228,23 @@ TEST(DibTest, KeepsThePlainNumbers) {
         work();
         return *d.GetCrBits();
     };
-    *s.GetCrBits() = 0xFFFFFFFF;
+    *s.GetCrBits() = 0x80FFFFFF;
     EXPECT_EQ(made(0x12000000, [&] { d.Blend(&s, 255); }), 0x12FEFEFEU);
     EXPECT_EQ(made(0x12345678, [&] { d.Blend(&s, 0); }), 0x12345678U);
     EXPECT_EQ(made(0x12345678, [&] { d.Blend(&s, -7); }), 0x12345678U);
+    EXPECT_EQ(made(0x12C864FF, [&] { d.Blend(TovRgb(100, 200, 255), 64); }), 0x12AF7DFFU);
+    EXPECT_EQ(made(0x12000100, [&] { d.CopyFromDibAlpha(&s); }), 0x127F807FU);
     EXPECT_EQ(made(0x12FFFFFF, [&] { d.Multiply(&s); }), 0x12FEFEFEU);
+    EXPECT_EQ(made(0x12800210, [&] { d.Multiply(TovRgb(3, 128, 32)); }), 0x12010102U);
     EXPECT_EQ(made(0x12FFFFFF, [&] { d.Screen(0); }), 0x12FFFFFFU);
-    EXPECT_EQ(made(0x120A0A0A, [&] { d.Difference(TovRgb(200, 200, 200)); }), 0x12BEBEBEU);
+    EXPECT_EQ(made(0x12000080, [&] { d.Screen(TovRgb(0, 10, 128)); }), 0x12010BC0U);
+    EXPECT_EQ(made(0x120A64FF, [&] { d.Difference(TovRgb(200, 200, 0)); }), 0x12BE64FFU);
+    EXPECT_EQ(made(0x120A64FF, [&] { d.Darken(TovRgb(9, 200, 0)); }), 0x12096400U);
+    EXPECT_EQ(made(0x120A64FF, [&] { d.Lighten(TovRgb(9, 200, 0)); }), 0x120AC8FFU);
+    EXPECT_EQ(made(0x120A64FF, [&] { d.Add(TovRgb(9, 200, 1)); }), 0x1213FFFFU);
     EXPECT_EQ(made(0xFF030303, [&] { d.Blend50(TovRgb(0, 0, 5)); }), 0x00010103U);
     EXPECT_EQ(made(0xFF0000FF, [&] { d.GreyScale(); }), 0xFF1C1C1CU);
+    EXPECT_EQ(made(0x77332211, [&] { d.ExchangeColor(0x112233, 0x030201); }), 0x77010203U);
     EXPECT_EQ(made(0, [&] { d.Fill(0x7F332211, 300); }), 0xFF112233U);
     d.Create(2, 2);
     d.FillStippled(0xFF332211);
@@ -280,24 +288,20 @@ TEST(DibTest, CutsRectanglesAndLines) {
         int x, y, w, h, result;
         CRect left;  // corner and size
     };
-    for (Case const& c :
+    for (Case c :
          {Case{-3, 0, 5, 2, 1, {0, 0, 2, 2}}, Case{4, 5, 100, 100, 1, {4, 5, 6, 1}},
           Case{9, 5, 1, 1, 1, {9, 5, 1, 1}}, Case{-2, -3, most, most, 1, {0, 0, 10, 6}},
           Case{10, 0, 5, 5, 0, {10, 0, 0, 5}}, Case{least, least, least, least, 0, {0, 0, least, least}},
           Case{most, most, most, most, 0, {most, most, 10 - most, 6 - most}},
           Case{3, 3, 0, 2, 0, {3, 3, 0, 2}}}) {
-        int x = c.x;
-        int y = c.y;
-        int w = c.w;
-        int h = c.h;
-        EXPECT_EQ(dib.ClipXYWH(x, y, w, h), c.result);
-        EXPECT_EQ((CRect{x, y, w, h}), c.left);
-        // And no operation reaches out of the image.
+        // No operation reaches out of the image.
         CTovDib const before = AnyDib();
         EXPECT_EQ(dib.BlendRect(&before, c.x, c.y, c.w, c.h, c.y, c.x, 9),
                   dib.CopyFromDibAlphaRect(&before, c.x, c.y, c.w, c.h, c.y, c.x));
         dib.FillRect(3, c.x, c.y, c.w, c.h);
         dib.FillStippledRect(3, c.x, c.y, c.w, c.h);
+        EXPECT_EQ(dib.ClipXYWH(c.x, c.y, c.w, c.h), c.result);
+        EXPECT_EQ((CRect{c.x, c.y, c.w, c.h}), c.left);
     }
     auto const line = [&dib](int x1, int y, int x2) {
         int const result = dib.ClipX1YX2(x1, y, x2);
@@ -327,7 +331,7 @@ TEST(DibTest, IsMadeSharedAndGivenUp) {
     EXPECT_EQ(sizeof(BITMAPINFO), 44U);
     dib.GetCrBits()[7] = 7;
     for (auto const& [w, h] :
-         {std::pair{0, 5}, {5, 0}, {-1, 5}, {46341, 46341}, {1, std::numeric_limits<int>::min()}})
+         {std::pair{0, 5}, {5, 0}, {-1, 5}, {32768, 16384}, {1, std::numeric_limits<int>::min()}})
         EXPECT_FALSE(dib.Create(w, h));
     EXPECT_EQ(dib.GetCrBits()[7], 7U);
     EXPECT_TRUE(dib.Resize(10, 5));
@@ -349,20 +353,7 @@ TEST(DibTest, IsMadeSharedAndGivenUp) {
     EXPECT_EQ(Of(dib), Of(copy));
 }
 
-TEST(DibTest, TurnsRowsOverAndBack) {
-    CTovDib dib = AnyDib();
-    bool const topDown = dib.IsTopDown();
-    CTovDib const before = dib;
-    ASSERT_TRUE(dib.Invert(nullptr));
-    EXPECT_NE(dib.IsTopDown(), topDown);
-    EXPECT_EQ(dib.GetBitmapInfo()->bmiHeader.biSizeImage, -before.GetBitmapInfo()->bmiHeader.biSizeImage);
-    int const last = dib.GetWidth() * (dib.GetHeight() - 1);
-    EXPECT_TRUE(std::equal(dib.GetCrBits(), dib.GetCrBits() + dib.GetWidth(), before.GetCrBits() + last));
-    ASSERT_TRUE(dib.Invert(nullptr));
-    EXPECT_EQ(Of(dib), Of(before));
-}
-
-TEST(DibTest, MeetsBitmapsInEitherDirection) {
+TEST(DibTest, TurnsRowsOverBetweenDirections) {
     CBitmap bitmap;
     ASSERT_TRUE(bitmap.CreateBitmap(7, 4));
     HBITMAP const block = bitmap;
@@ -371,12 +362,17 @@ TEST(DibTest, MeetsBitmapsInEitherDirection) {
     for (int const topDown : {0, 1}) {
         CTovDib dib;
         ASSERT_TRUE(dib.Create(nullptr, &bitmap, topDown));
-        EXPECT_EQ(dib.IsTopDown(), topDown);
-        bool const alike = (topDown != 0) == block->IsTopDown();
-        EXPECT_TRUE(std::equal(dib.GetCrBits(), dib.GetCrBits() + 7, block->GetRow(alike ? 0 : 3)));
+        CTovDib const copy = dib;
         std::fill_n(block->GetBits(), block->GetCount(), 0U);
         ASSERT_TRUE(dib.CopyToBitmap(nullptr, &bitmap));
         EXPECT_EQ(Pixels(block->GetBits(), block->GetBits() + block->GetCount()), before);
+        for (int const now : {topDown, 1 - topDown, topDown}) {
+            EXPECT_EQ(dib.IsTopDown(), now);
+            EXPECT_EQ(dib.GetBitmapInfo()->bmiHeader.biSizeImage, now ? -112 : 112);
+            EXPECT_TRUE(std::equal(dib.GetCrBits(), dib.GetCrBits() + 7, block->GetRow(now ? 0 : 3)));
+            ASSERT_TRUE(dib.Invert(nullptr));
+        }
+        EXPECT_EQ(copy.IsTopDown(), topDown);
         dib.Create(4, 7);
         EXPECT_FALSE(dib.CopyToBitmap(nullptr, &bitmap) || dib.CopyFromBitmap(nullptr, &bitmap) ||
                      dib.CopyFromBitmap(nullptr, nullptr) ||
@@ -385,61 +381,72 @@ TEST(DibTest, MeetsBitmapsInEitherDirection) {
     }
 }
 
+TEST(DibTest, RotatesAsOnePixelAfterTheOther) {
+    for (int round = 0; round < 300; ++round) {
+        CTovDib const from = AnyDib();
+        CTovDib to = AnyDib();
+        if (round % 5 == 0) to.Create(&from);
+        auto const real = [] { return static_cast<float>(Between(-3000, 3000)) / 100; };
+        float const angle = round % 7 == 0 ? 0 : real();
+        float const scale = round % 7 == 0 ? 1 : real() + 40;
+        CTovPoint<float> const dst{real(), real()};
+        CTovPoint<float> const src{round % 7 == 0 ? dst : CTovPoint<float>{real(), real()}};
+        float const sn = std::sin(-angle) / scale;
+        float const cs = std::cos(-angle) / scale;
+        PixelWalk const walk{src.x - (sn * dst.y + cs * dst.x),
+                             src.y - (cs * dst.y - sn * dst.x),
+                             cs,
+                             -sn,
+                             from.GetWidth(),
+                             from.GetHeight()};
+        int const fill = round % 2;
+        PixelStretch const how{
+            .compose = round % 3 != 0,
+            .operation = round % 3 == 1 ? PixelOperation::kAlpha : PixelOperation::kUnlessKey,
+            .arguments = {.key = keyPixel},
+            .fill = fill != 0,
+            .outside = 0x563412};
+        Pixels const made = test::WalkOneByOne(*to.GetBitmap(), *from.GetBitmap(), walk, how);
+        // An image is its own source as a copy would be.
+        CTovDib const& source = round % 5 == 0 ? to : from;
+        ASSERT_TRUE(
+            round % 3 == 0
+                ? to.CopyFromDibStretch(&source, angle, scale, dst.x, dst.y, src.x, src.y, fill, 0x123456)
+            : round % 3 == 1 ? to.CopyFromDibStretchAlpha(&source, angle, scale, dst.x, dst.y, src.x, src.y,
+                                                          fill, 0x123456)
+                             : to.CopyFromDibStretchTransparent(&source, angle, scale, dst.x, dst.y, src.x,
+                                                                src.y, keyColor, fill, 0x123456));
+        ASSERT_EQ(Of(to), made) << round;
+    }
+}
+
 TEST(DibTest, RotatesRoundTheCentres) {
-    CTovDib src = AnyDib();
+    CTovDib src;
     src.Create(9, -6);
     std::generate_n(src.GetCrBits(), 54, AnyPixel);
     CTovDib dib;
     dib.Create(9, 6);
     ASSERT_TRUE(dib.CopyFromDibStretch(&src, 0, 1, 0, 1, TovRgb(1, 2, 3)));
     // A position of exactly 0 is outside.
-    for (int y = 0; y < 6; ++y) {
-        for (int x = 0; x < 9; ++x) {
-            auto const at = static_cast<std::size_t>(y * 9 + x);
-            EXPECT_EQ(Of(dib)[at], x == 0 || y == 0 ? 0x010203U : Of(src)[at]);
-        }
-    }
+    for (int i = 0; i < 54; ++i)
+        EXPECT_EQ(dib.GetCrBits()[i], i < 9 || i % 9 == 0 ? 0x010203U : src.GetCrBits()[i]);
     Pixels const before = Of(dib);
     float const infinite = std::numeric_limits<float>::infinity();
     for (auto const& [angle, scale] :
          {std::pair{0.0F, 0.0F}, {infinite, 1.0F}, {0.0F, std::nanf("")}, {0.0F, 1e9F}, {1.0F, 1e-9F}})
-        EXPECT_FALSE(dib.CopyFromDibStretch(&src, angle, scale, 1, 1, 0));
+        EXPECT_FALSE(dib.CopyFromDibStretchAlpha(&src, angle, scale, 1, 1, 0));
     EXPECT_EQ(Of(dib), before);
 
-    // A quarter turn: the size is adjusted, the direction that of the source, and no pixel is lost at the far
-    // edges.
+    // A quarter turn: the size is adjusted and the direction that of the source, which may be the image
+    // itself.
     CTovPoint<double> corners[4];
-    constexpr auto quarter = std::numbers::pi_v<float> / 2;
-    ASSERT_TRUE(dib.CopyFromDibStretch(&src, quarter, 1, 1, 1, 0, corners));
-    EXPECT_TRUE(dib.IsEqualSize(6, 9) && dib.IsTopDown());
-    CTovPoint<double> const turned[] = {{0, 9}, {0, 0}, {6, 0}, {6, 9}};
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_NEAR(corners[i].x, turned[i].x, 1e-5) << i;
-        EXPECT_NEAR(corners[i].y, turned[i].y, 1e-5) << i;
-    }
-    Pixels const pixels = Of(src);
-    for (int y = 1; y < 8; ++y) {
-        for (int x = 1; x < 5; ++x)
-            EXPECT_NE(std::ranges::count(pixels, dib.GetCrBits()[y * 6 + x]), 0) << x << ' ' << y;
-    }
-
-    // Round the places that are given, with a key and by alpha; and from itself as from a copy.
-    for (int round = 0; round < 60; ++round) {
-        CTovDib const from = AnyDib();
-        CTovDib self;
-        self.Create(&from);
-        CTovDib apart;
-        apart.Create(&from);
-        auto const angle = static_cast<float>(round * 0.1);
-        auto const stretch = [&](CTovDib& to, CTovDib const& source) {
-            if (round % 3 == 0)
-                return to.CopyFromDibStretch(&source, angle, 0.8F, 3, 4, 5, 6, round % 2, 0x123456);
-            if (round % 3 == 1) return to.CopyFromDibStretchAlpha(&source, angle, 0.8F, round % 2, 0, 0);
-            return to.CopyFromDibStretchTransparent(&source, angle, 0.8F, round % 2, 0x102030, 1, 5);
-        };
-        ASSERT_TRUE(stretch(self, self) && stretch(apart, from));
-        ASSERT_EQ(Of(self), Of(apart)) << round;
-    }
+    CTovDib turned = src;
+    ASSERT_TRUE(turned.CopyFromDibStretchTransparent(&turned, std::numbers::pi_v<float> / 2, 1, 1, 0x1000000,
+                                                     1, 0, corners));
+    EXPECT_TRUE(turned.IsEqualSize(6, 9) && turned.IsTopDown());
+    CTovPoint<double> const expected[] = {{0, 9}, {0, 0}, {6, 0}, {6, 9}};
+    for (int i = 0; i < 4; ++i)
+        EXPECT_NEAR(std::hypot(corners[i].x - expected[i].x, corners[i].y - expected[i].y), 0, 1e-5) << i;
 }
 
 }  // namespace
