@@ -29,7 +29,8 @@ std::string Decoded(std::string const& text) {
     return bytes;
 }
 
-void CheckDots(std::string text, void (*protect)(tov::CString&)) {
+template <class Protect>
+void CheckDots(std::string text, Protect protect) {
     protect(text);
     for (std::size_t i = text.find('.'); i != text.npos; i = text.find('.', i + 1)) {
         bool const begins = i == 0 || text[i - 1] == '\r' || text[i - 1] == '\n';
@@ -50,10 +51,11 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         Expect(end - begin <= 76 && (end == begin || (code[end - 1] != ' ' && code[end - 1] != '\t')));
 
     CheckDots(bytes, tov::DoubleLoneDots);
-    CheckDots(bytes, tov::StuffStrictly);
+    for (bool const isHeader : {false, true})
+        CheckDots(bytes, [isHeader](tov::CString& text) { tov::StuffStrictly(text, isHeader); });
     tov::CString lines = tov::WithLineEnds(bytes);
     tov::CString const before = lines;
-    tov::StuffStrictly(lines);
+    tov::StuffStrictly(lines, false);
     Expect(lines.find("\r\n.\r\n") == lines.npos && lines.size() >= before.size());
 
     // A part that knows what the boundary was before it was changed.

@@ -90,9 +90,11 @@ CString CTovMailMessageMimeContainer::Header() const {
     if (m_parts.empty() && !m_strict) return header;
     header += "MIME-Version: 1.0\r\n";
     if (m_parts.empty()) {
-        header += "Content-type: text/plain; charset=\"utf-8\"\r\nContent-transfer-encoding: ";
-        header +=
-            IsSevenBitLines(WithLineEnds(CTovMailMessage::Body())) ? "7bit\r\n" : "quoted-printable\r\n";
+        CString const body = WithLineEnds(CTovMailMessage::Body());
+        header += "Content-type: text/plain; charset=\"";
+        header += IsUtf8Text(body) ? "utf-8" : HeaderText(CTovMailMessageMimePartText::CharsetDefault());
+        header += "\"\r\nContent-transfer-encoding: ";
+        header += IsSevenBitLines(body) ? "7bit\r\n" : "quoted-printable\r\n";
         return header;
     }
     if (m_parts.size() == 1) return header += m_parts.front()->Header();

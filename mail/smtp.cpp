@@ -80,7 +80,7 @@ int CTovSmtp::Connect() {
         SetError(textNoConnection, 0);
     } else if (!GetResponse(CONNECT_SUCCESS)) {
         SetError(textNoGreeting, m_lastCode);
-    } else if (Greet()) {
+    } else if (Greet() && m_socket != nullptr) {
         return m_connected = 1;
     }
     Close();
@@ -88,16 +88,21 @@ int CTovSmtp::Connect() {
 }
 
 int CTovSmtp::Greet() {
-    m_socket->Send("HELO " + LocalHostName() + "\r\n", m_timeOut);
+    Send("HELO " + LocalHostName() + "\r\n");
     return GetResponse(GENERIC_SUCCESS);
 }
 
 int CTovSmtp::Disconnect() {
     if (!m_connected) return 1;
-    m_socket->Send("QUIT\r\n", m_timeOut);
+    Send("QUIT\r\n");
     int const result = GetResponse(QUIT_SUCCESS);
     Close();
     return result;
+}
+
+// A derived class may have taken the loss of the connection for an answer.
+void CTovSmtp::Send(std::string_view bytes) {
+    if (m_socket != nullptr) m_socket->Send(bytes, m_timeOut);
 }
 
 void CTovSmtp::Close() {
@@ -118,33 +123,33 @@ int CTovSmtp::TransmitMailMessage(CTovMailMessage* message) {
     if (sender.empty()) return SetError(textNoSender, 0), 0;
     if (message->GetNumRecipients() == 0) return SetError(textNoRecipient, 0), 0;
 
-    m_socket->Send("MAIL From: <" + sender + ">\r\n", m_timeOut);
+    Send("MAIL From: <" + sender + ">\r\n");
     if (!GetResponse(GENERIC_SUCCESS)) return 0;
     for (auto const type :
          {CTovMailMessage::eRecipientTo, CTovMailMessage::eRecipientCc, CTovMailMessage::eRecipientBcc}) {
         CString address, name;
         for (unsigned int i = 0; message->Recipient(address, name, i, type); ++i) {
             CString const before = m_lastError;
-            m_socket->Send("RCPT TO: <" + HeaderText(address) + ">\r\n", m_timeOut);
+            Send("RCPT TO: <" + HeaderText(address) + ">\r\n");
             GetResponse(GENERIC_SUCCESS);
             if (!m_connected) return 0;
             m_lastError = before;  // whom the server does not know is no failure
         }
     }
-    m_socket->Send("DATA\r\n", m_timeOut);
+    Send("DATA\r\n");
     if (!GetResponse(DATA_SUCCESS)) return 0;
 
     m_strict = message->StrictEncoding();
     CString text = message->Header();
     PrepareHeader(text);
-    m_strict ? StuffStrictly(text) : DoubleLoneDots(text);
-    m_socket->Send(text += "\r\n", m_timeOut);
+    m_strict ? StuffStrictly(text, true) : DoubleLoneDots(text);
+    Send(text += "\r\n");
     text = message->Body();
     PrepareBody(text);
-    m_socket->Send(text, m_timeOut);
+    Send(text);
     // Strictly, the line end of the last line is not doubled.
     bool const isAtLine = m_strict && (text.empty() || text.ends_with("\r\n"));
-    m_socket->Send(isAtLine ? ".\r\n" : "\r\n.\r\n", m_timeOut);
+    Send(isAtLine ? ".\r\n" : "\r\n.\r\n");
     m_strict = 0;
     return GetResponse(GENERIC_SUCCESS);
 }
@@ -154,7 +159,7 @@ void CTovSmtp::PrepareHeader(CString&) {}
 void CTovSmtp::PrepareBody(CString& body) {
     bool const isEnded = body.ends_with("\r\n") || (m_strict && body.empty());
     if (!isEnded) body += "\r\n";
-    m_strict ? StuffStrictly(body) : DoubleLoneDots(body);
+    m_strict ? StuffStrictly(body, false) : DoubleLoneDots(body);
 }
 
 int CTovSmtp::GetResponse(unsigned int row) {

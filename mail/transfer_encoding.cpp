@@ -198,7 +198,7 @@ void DoubleLoneDots(CString& text) {
     }
 }
 
-void StuffStrictly(CString& text) {
+void StuffStrictly(CString& text, bool isHeader) {
     bool isReady = true;
     std::size_t begin = 0;
     for (std::size_t i = 0; i < text.size() && isReady; ++i) {
@@ -221,8 +221,8 @@ void StuffStrictly(CString& text) {
             continue;
         }
         if (column == mostInLine) {
-            stuffed += "\r\n";
-            column = 0;
+            stuffed += isHeader ? "\r\n " : "\r\n";
+            column = isHeader ? 1 : 0;
         }
         if (column == 0 && c == '.') stuffed += '.';
         stuffed += c;

@@ -41,8 +41,9 @@ CString WithLineEnds(std::string_view text);
 // text may take either for the end of a line.
 void DoubleLoneDots(CString& text);
 
-// As the server is to get it: CR LF as line ends, lines of at most 998 bytes, a dot in front of every line
-// that begins with one. Nothing is copied where nothing is to be done.
-void StuffStrictly(CString& text);
+// As the server is to get it: CR LF as line ends, lines of at most 998 bytes, a dot in front of every line that
+// begins with one. A longer line of a header is folded, so that it remains one. Nothing is copied where nothing
+// is to be done.
+void StuffStrictly(CString& text, bool isHeader);
 
 }  // namespace tov

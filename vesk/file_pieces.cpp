@@ -1,8 +1,12 @@
 #include "vesk/file_pieces.h"
 
 #include "vesk/descriptor.h"
+#include "vesk/file.h"
 
 #include <sys/stat.h>
+
+#include <chrono>
+#include <thread>
 
 namespace tov {
 namespace {
@@ -20,8 +24,16 @@ FilePieces::~FilePieces() {
 std::error_code FilePieces::Open(char const* path) {
     auto file = OpenDescriptor(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
     struct stat facts {};
-    if (!file || ::fstat(file.Get(), &facts) != 0) return FileError();
-    if (!S_ISREG(facts.st_mode)) return FileError(S_ISDIR(facts.st_mode) ? EISDIR : EINVAL);
+    if (!file) return FileError();
+    // The clock of the file system ticks slowly: a file that was written within the present tick can be
+    // written again without its time telling so.
+    constexpr int mostTicks = 20;
+    for (int i = 0; i < mostTicks; ++i) {
+        if (::fstat(file.Get(), &facts) != 0) return FileError();
+        if (!S_ISREG(facts.st_mode)) return FileError(S_ISDIR(facts.st_mode) ? EISDIR : EINVAL);
+        if (WrittenAt(facts) < FileClock()) break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
     m_size = static_cast<std::uint64_t>(facts.st_size);
     m_written = WrittenAt(facts);
     m_descriptor = file.Release();

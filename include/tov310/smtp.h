@@ -14,6 +14,7 @@
 #include <tov310/object.h>
 
 #include <memory>
+#include <string_view>
 
 namespace tov {
 
@@ -92,6 +93,7 @@ class TOV_CORE_API CTovSmtp : public CObject {
  private:
     class CSmtpSocket;
 
+    void Send(std::string_view bytes);
     void Close();
     int Greet();
 

@@ -253,11 +253,11 @@ TEST(Mime, AFileThatChangesIsWrittenInOneStateOrNotAtAll) {
     std::thread writer([&] {
         for (unsigned i = 0; !isOver; ++i) {
             PutFile(path, states[i % 2]);
-            std::this_thread::sleep_for(std::chrono::milliseconds(i % 5));
+            std::this_thread::sleep_for(std::chrono::milliseconds(i % 8 * 3));
         }
     });
     int whole = 0;
-    for (int i = 0; i < 200; ++i) {
+    for (int i = 0; i < 100; ++i) {
         CString body = File(path).Body();
         unsigned long const count = TovDecodeBase64(reinterpret_cast<unsigned char*>(body.data()));
         body.resize(count);

@@ -313,6 +313,23 @@ TEST_F(Smtp, DotsAreDoubledWhereAServerCouldTakeThemForTheEnd) {
     }
 }
 
+TEST_F(Smtp, ALongLineOfAStrictHeaderIsFoldedAndOfATextCut) {
+    mail.StrictEncoding(1);
+    struct : CTovSmtp {
+        using CTovSmtp::CTovSmtp;
+        void PrepareHeader(CString& header) override { header.assign(998, 'h').append("Bcc: x\n.\r\n"); }
+        void PrepareBody(CString& body) override {
+            body.assign(998, 'b').append(".cut");
+            CTovSmtp::PrepareBody(body);
+        }
+    } smtp;
+    ScriptedServer server({{"220"}, {"250"}, {"250"}, {"250"}, {"250"}, {"250"}, {"354"}, {"250"}, {"221"}});
+    smtp.Server("127.0.0.1");
+    smtp.Port(server.Port());
+    EXPECT_TRUE(smtp.Connect() && smtp.SendMailMessage(&mail) && smtp.Disconnect()) << smtp.GetLastError();
+    EXPECT_THAT(server.Got(), testing::ContainsRegex("h\r\n Bcc: x\r\n..\r\n\r\nb*\r\n..cut\r\n.\r\nQUIT"));
+}
+
 TEST_F(Smtp, APieceIsAReply) {
     struct {
         std::vector<Reply> script;
