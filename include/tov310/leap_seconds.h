@@ -12,8 +12,8 @@ namespace tov {
 
 // Learns from a file in the published form, the leap-seconds.list of the IERS, NIST and the tz database. Its
 // TAI minus UTC, less 19 s, is GPS time minus UTC. Rows that the table knows, by their day, and those outside
-// its range (before 1970, from 18 January 2030 on, below 17 s) are passed over. Answers the number of rows
-// that were new.
+// its range (before 2 January 1970, after 18 January 2030, below 17 s) are passed over. Answers the number of
+// rows that were new.
 //
 // The file is learned whole or not at all. Answers -1 and fills the pair where it cannot be read (as the file
 // functions do, file.h), and where it is refused (87, the text says why): for a line that is not of the form,
