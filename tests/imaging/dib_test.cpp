@@ -38,9 +38,9 @@ std::uint32_t AnyPixel() {
            (Between(0, 2) == 0 ? keyPixel : static_cast<std::uint32_t>(Between(0, 0xFFFFFF)));
 }
 
-CTovDib AnyDib(int most = 24) {
+CTovDib AnyDib(int most = 24, int mostRows = 24) {
     CTovDib dib;
-    dib.Create(Between(1, most), Between(0, 1) == 0 ? Between(1, most) : -Between(1, most));
+    dib.Create(Between(1, most), Between(1, mostRows) * (Between(0, 1) == 0 ? 1 : -1));
     std::generate_n(dib.GetCrBits(), dib.GetBitmap()->GetCount(), AnyPixel);
     return dib;
 }
@@ -194,20 +194,24 @@ TEST(DibTest, WorksAsOnePixelAfterTheOther) {
     std::vector<Form> const forms = AllForms();
     for (int round = 0; round < 600; ++round) {
         for (std::size_t i = 0; i < forms.size(); ++i) {
-            CTovDib dib = AnyDib();
+            // Long rows, whose source lies in the same row, from time to time.
+            bool const along = round % 20 == 0;
+            CTovDib dib = AnyDib(along ? 1500 : 24, along ? 2 : 24);
             CTovDib const shared = dib;
             CTovDib const other = AnyDib();
             auto const place = [] { return Between(-9, 26); };
+            int const width = along ? dib.GetWidth() : Between(-2, 30);
+            int const row = along ? 0 : place();
             Call const call{&dib,
                             round % 3 == 0   ? &dib
                             : round % 3 == 1 ? &shared
                                              : &other,
                             place(),
-                            place(),
+                            along ? 0 : place(),
+                            width,
                             Between(-2, 30),
-                            Between(-2, 30),
                             place(),
-                            place(),
+                            row,
                             TovRgb(7, 200, 99),
                             Between(0, 255)};
             Pixels made = Of(dib);
@@ -436,6 +440,9 @@ TEST(DibTest, RotatesRoundTheCentres) {
          {std::pair{0.0F, 0.0F}, {infinite, 1.0F}, {0.0F, std::nanf("")}, {0.0F, 1e9F}, {1.0F, 1e-9F}})
         EXPECT_FALSE(dib.CopyFromDibStretchAlpha(&src, angle, scale, 1, 1, 0));
     EXPECT_EQ(Of(dib), before);
+
+    ASSERT_FALSE(dib.IsTopDown());
+    EXPECT_TRUE(dib.CopyFromDibStretch(&src, 0, 1, 1, 1, 0) && dib.IsTopDown());
 
     // A quarter turn: the size is adjusted and the direction that of the source, which may be the image
     // itself.
