@@ -10,7 +10,6 @@
 #include <array>
 #include <climits>
 #include <csignal>
-#include <cstdio>
 #include <fstream>
 
 namespace tov {
@@ -43,14 +42,14 @@ void DropHandlers() {
     ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
 }
 
-[[noreturn]] void RunCopy(ApartLimits const& limits, std::function<void(ApartPipe&)> const& work,
-                          ApartPipe pipe) {
+[[noreturn]] void RunCopy(ApartLimits const& limits, std::uint64_t reserved,
+                          std::function<void(ApartPipe&)> const& work, ApartPipe pipe) {
     DropHandlers();
     if (auto const nothing = OpenDescriptor("/dev/null", O_WRONLY)) ::dup2(nothing.Get(), STDERR_FILENO);
     LimitResource(RLIMIT_CORE, 0);
     LimitResource(RLIMIT_FSIZE, 0);
     LimitResource(RLIMIT_CPU, static_cast<std::uint64_t>(limits.time.count()));
-    if (limits.memory > 0) LimitResource(RLIMIT_AS, ReservedMemory() + limits.memory);
+    if (limits.memory > 0) LimitResource(RLIMIT_AS, reserved + limits.memory);
     try {
         work(pipe);
     } catch (...) {
@@ -99,11 +98,12 @@ bool VeskRunApart(ApartLimits const& limits, std::function<void(ApartPipe&)> con
 #ifdef F_SETPIPE_SZ
     ::fcntl(writer.Get(), F_SETPIPE_SZ, 1 << 20);  // a refusal only costs time
 #endif
+    std::uint64_t const reserved = ReservedMemory();
     pid_t const copy = ::fork();
     if (copy < 0) return false;
     if (copy == 0) {
         reader = FileDescriptor{};
-        RunCopy(limits, work, ApartPipe(writer.Get(), end));
+        RunCopy(limits, reserved, work, ApartPipe(writer.Get(), end));
     }
     writer = FileDescriptor{};
 
