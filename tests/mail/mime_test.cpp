@@ -38,26 +38,14 @@ std::string Written(CTovMailMessage const& mail) {
 }
 
 TEST(MailMessage, AddressesAreCutAndChecked) {
-    struct {
-        char const* text;
-        char const* name;
-        char const* address;
-        int added;
-    } const rows[] = {
-        {"Joe <joe.example>", "Joe", "joe.example", 1},
-        {"Joe <joe.example", "Joe", "joe.example", 1},
-        {"\tJoe > joe<x", "Joe", " joe", 0},
-        {">joe", "", "joe", 1},
-        {"joe@x", "", "joe@x", 1},
-        {" joe@x", "", " joe@x", 0},
-        {"Joe", "", "Joe", 1},
-        {"a@b <c@d>", "a@b", "c@d", 0},
-        {"\"Joe\" <c@d>", "\"Joe\"", "c@d", 0},
-        {"Joe <\"c\"@d>", "Joe", "\"c\"@d", 0},
-        {"Joe <>", "Joe", "", 0},
-        {"", "", "", 0},
-        {nullptr, "", "", 0},
-    };
+    // clang-format off
+    struct { char const *text, *name, *address; int added; } const rows[] = {
+        {"Joe <joe.example>", "Joe", "joe.example", 1}, {"Joe <joe.example", "Joe", "joe.example", 1},
+        {"\tJoe > joe<x", "Joe", " joe", 0}, {">joe", "", "joe", 1}, {"joe@x", "", "joe@x", 1},
+        {" joe@x", "", " joe@x", 0}, {"Joe", "", "Joe", 1}, {"a@b <c@d>", "a@b", "c@d", 0},
+        {"\"Joe\" <c@d>", "\"Joe\"", "c@d", 0}, {"Joe <\"c\"@d>", "Joe", "\"c\"@d", 0},
+        {"Joe <>", "Joe", "", 0}, {"", "", "", 0}, {nullptr, "", "", 0}};
+    // clang-format on
     for (auto const& row : rows) {
         auto const address = CTovMailMessage::MailAddressFromString(row.text);
         EXPECT_TRUE(address.name == row.name && address.address == row.address) << row.text;
@@ -175,22 +163,15 @@ TEST(Mime, NewObjectsTakeOverTheDefaults) {
         {&Mail::BoundaryDefault, &Mail::BoundaryDefault, "_NextPart_CTovMail_1dE8e48F60beBCECoestrsf"},
     };
     for (auto const& row : rows) {
-        auto const written = [] {
-            Mail mail;
-            mail.AddMimePart(new Text(""));
-            mail.AddMimePart(new File(""));
-            return mail.Header() + mail.Body();
-        };
-        EXPECT_EQ(row.get(), row.name);
-        std::string const before = written();
+        EXPECT_STREQ(row.get().c_str(), row.name);
         row.set("changed-default");
-        std::string after = written();
+        Mail mail;
+        mail.AddMimePart(new Text(""));
+        mail.AddMimePart(new File(""));
         row.set(row.name);
-        EXPECT_THAT(after, testing::HasSubstr("changed-default"));
-        after.replace(after.find("changed-default"), 15, row.name);
-        EXPECT_EQ(after.find("changed-default") == after.npos, std::string(row.name).front() != '_')
-            << row.name;
-        EXPECT_NE(before.find(row.name), before.npos);
+        std::string const written = mail.Header() + mail.Body();
+        EXPECT_THAT(written, testing::HasSubstr("changed-default"));
+        EXPECT_EQ(mail.Header() + mail.Body(), written) << "what was made keeps its own";
     }
 }
 
@@ -223,9 +204,9 @@ TEST(Mime, FilesOfEveryLengthAreWrittenAsTheirBase64) {
     std::string const path = folder.File("f");
     File file(path), strict(path);
     strict.StrictEncoding(1);
-    constexpr std::size_t piece = 57 * 1024;
-    for (std::size_t const size : {std::size_t{0}, std::size_t{1}, std::size_t{56}, std::size_t{57},
-                                   std::size_t{58}, piece - 1, piece, piece + 1, piece + 57, 3 * piece + 3}) {
+    constexpr std::size_t piece = 57 * 512;
+    for (std::size_t const size :
+         {0UL, 1UL, 56UL, 57UL, 58UL, piece - 1, piece, piece + 1, piece + 57, 3 * piece + 3}) {
         std::string bytes(size, 'x');
         for (std::size_t i = 0; i < size; ++i)
             bytes[i] = static_cast<char>(i * i >> 3);

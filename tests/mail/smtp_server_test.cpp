@@ -87,36 +87,12 @@ TEST_F(RealServer, GetsMailsOfTheUsualForm) {
 // Every name that can be: pieces that mean something in a mail, and bytes at random. Python calls control
 // characters in names a defect however they are written, so they come only into contents.
 std::string HostileText(std::mt19937& random, bool isName) {
-    static std::string const pieces[] = {".",
-                                         "\r",
-                                         "\n",
-                                         "\r\n",
-                                         "\r\n.\r\n",
-                                         "\r\n..\r\nDATA\r\n",
-                                         "--X",
-                                         "--X--",
-                                         "--X_1_",
-                                         "=",
-                                         "=?utf-8?B?QQ==?=",
-                                         "\"",
-                                         "\\",
-                                         "<>",
-                                         ",;:",
-                                         "  ",
-                                         "%41",
-                                         "'",
-                                         "é",
-                                         "点",
-                                         "\U0001F4D0",
-                                         "From ",
-                                         "word",
-                                         " ",
-                                         std::string(300, 'x'),
-                                         std::string(1200, 'y'),
-                                         std::string("\0", 1),
-                                         "\t",
-                                         "\xff",
-                                         "\x80\xc3"};
+    // clang-format off
+    static std::string const pieces[] = {
+        ".", "\r", "\n", "\r\n", "\r\n.\r\n", "\r\n..\r\nDATA\r\n", "--X", "--X--", "--X_1_", "=", "=?utf-8?B?QQ==?=",
+        "\"", "\\", "<>", ",;:", "  ", "%41", "'", "é", "点", "\U0001F4D0", "From ", "word", " ", std::string(300, 'x'),
+        std::string(1200, 'y'), std::string("\0", 1), "\t", "\xff", "\x80\xc3"};
+    // clang-format on
     std::string text;
     for (auto n = random() % 12; n != 0; --n) {
         std::string piece = pieces[random() % std::size(pieces)];
