@@ -32,8 +32,12 @@ struct View : CView {
 struct Document : CTovDocument {
     TOV_DYNCREATE(Document, CTovDocument)
     ~Document() override { told += "gone "; }
-    void OnChangedViewList() override { ++changes; }
+    void OnChangedViewList() override {
+        ++changes;
+        if (atChange) atChange();
+    }
     int changes = 0;
+    std::function<void()> atChange;
 };
 
 struct MainWindow : CTovMessageWindow {
@@ -149,6 +153,12 @@ TEST_F(DocumentTest, AViewThatDiesWithItsFrameIsNotMissed) {
     a.atDestroy = [&] { views.clear(); };
     document.OnCloseDocument();
     EXPECT_EQ(told, "destroy A ");
+
+    View last(&b);
+    document.AddView(&last);
+    document.atChange = [&] { b.DestroyWindow(); };
+    document.OnCloseDocument();
+    EXPECT_EQ(told, "destroy A destroy B ") << "nor a frame that dies with its view";
 }
 
 }  // namespace
