@@ -68,17 +68,16 @@ TEST_F(LogfileTest, TheHandleServesWhereTheFileDoesNot) {
     std::array<int, 2> ends{};
     ASSERT_EQ(::pipe(ends.data()), 0);
     std::string const missing = m_folder.File("missing/host.log");
-    for (char const* const path : {static_cast<char const*>(nullptr), missing.c_str(), m_path.c_str()}) {
+    std::pair<char const*, char const*> const lines[] = {
+        {nullptr, "one "}, {missing.c_str(), "two "}, {m_path.c_str(), "three"}};
+    for (auto const& [path, line] : lines) {
         CTovLogfile::SetLogfile(HandleOf(ends[1]), path);
-        EXPECT_EQ(CTovLogfile::WriteLogfile("%s ", path == nullptr   ? "one"
-                                                   : path == missing ? "two"
-                                                                     : "three"),
-                  1);
+        EXPECT_EQ(CTovLogfile::WriteLogfile("%s", line), 1);
     }
     std::array<char, 64> read{};
     EXPECT_EQ(::read(ends[0], read.data(), read.size()), 8);
     EXPECT_STREQ(read.data(), "one two ");
-    EXPECT_EQ(GetFile(m_path), "three ");
+    EXPECT_EQ(GetFile(m_path), "three");
     ::close(ends[0]);
     ::close(ends[1]);
 }
