@@ -72,7 +72,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     std::string const boundary = "--" + header.substr(begin, header.size() - 3 - begin);
     std::string const body = mail.Body();
     int count = 0;
-    for (std::size_t at = body.find(boundary); at != body.npos; at = body.find(boundary, at + 1))
+    for (std::size_t at = body.find(boundary); at != body.npos;
+         at = body.find(boundary, at + boundary.size()))
         ++count;
     Expect(count == 3);
     return 0;
