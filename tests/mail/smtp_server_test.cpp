@@ -109,6 +109,13 @@ std::string Blanked(std::string text) {
     return text;
 }
 
+std::string WithLineFeeds(std::string text) {
+    for (std::size_t at = 0; (at = text.find("\r\n", at)) != text.npos;)
+        text.erase(at, 1);
+    std::ranges::replace(text, '\r', '\n');
+    return text;
+}
+
 // What a name is taken for by somebody who is told another charset.
 std::string AsRead(std::string const& name, nlohmann::json const& hex) {
     std::string const read = FromHex(hex);
@@ -164,15 +171,8 @@ TEST_F(RealServer, GivesBackStrictMailsToTheByte) {
             ASSERT_EQ(reply.substr(0, reply.rfind(" <")), Blanked(to)) << server.Raw(i);
         }
         if (contents.empty()) {
-            std::string lines = CTovMailMessage(mail).Body(), text = GetFile(got["parts"][0]["path"]);
-            for (std::string* const each : {&lines, &text}) {
-                std::string plain;
-                for (std::size_t k = 0; k < each->size(); ++k) {
-                    if ((*each)[k] == '\r' && (*each)[k + 1] == '\n') continue;
-                    plain += (*each)[k] == '\r' ? '\n' : (*each)[k];
-                }
-                *each = plain;
-            }
+            std::string lines = WithLineFeeds(body.c_str());
+            std::string const text = WithLineFeeds(GetFile(got["parts"][0]["path"]));
             if (text != lines) lines += '\n';
             ASSERT_EQ(text, lines) << server.Raw(i);
             continue;
