@@ -10,6 +10,7 @@ file(GLOB TOV_CORE_SOURCES CONFIGURE_DEPENDS
     "${PROJECT_SOURCE_DIR}/frame/*.cpp"
     "${PROJECT_SOURCE_DIR}/util/*.cpp"
     "${PROJECT_SOURCE_DIR}/values/*.cpp"
+    "${PROJECT_SOURCE_DIR}/controls/*.cpp"
     "${PROJECT_SOURCE_DIR}/imaging/*.cpp"
     "${PROJECT_SOURCE_DIR}/mail/*.cpp")
 

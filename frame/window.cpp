@@ -1,6 +1,9 @@
 #include <tov310/window.h>
 
 #include "frame/handle_table.h"
+#include "frame/hook_chain.h"
+
+#include <tov310/messages.h>
 
 #include <algorithm>
 #include <atomic>
@@ -174,15 +177,29 @@ void CWnd::Detach() {
     if (!OnInterfaceThread()) {
         ReportFault("a window was destroyed on a thread other than the user-interface thread");
     }
+    if (m_hook != nullptr) TellHooksOfDeath(m_handle);
     HandleTable::Instance().Remove(m_handle);
     m_handle = {};
     if (--livingWindows == 0) interfaceThread.store({}, std::memory_order_release);
 }
 
 int CWnd::DestroyWindow() {
-    if (!m_handle) return 0;
+    HWND const self = m_handle;
+    if (!self) return 0;
+    // Whoever is told may end this window himself, or delete the object.
+    TovSendMessage(self, WM_DESTROY);
+    if (!IsWindow(self)) return 1;
+    for (HWND const child : GetChildren()) {
+        if (CWnd* const window = FromHandlePermanent(child)) window->DestroyWindow();
+        if (!IsWindow(self)) return 1;
+    }
     Detach();
     return 1;
+}
+
+LRESULT CWnd::Answer(unsigned message, WPARAM wParam, LPARAM lParam) {
+    return m_hook == nullptr ? WindowProc(message, wParam, lParam)
+                             : SendThroughHooks(*m_hook, m_handle, message, wParam, lParam);
 }
 
 LRESULT CWnd::WindowProc(unsigned, WPARAM, LPARAM) {
@@ -191,6 +208,39 @@ LRESULT CWnd::WindowProc(unsigned, WPARAM, LPARAM) {
 
 std::vector<HWND> CWnd::GetChildren() const {
     return {};
+}
+
+CWnd* CWnd::GetParent() const {
+    return nullptr;
+}
+
+int CWnd::IsChild(HWND window) const {
+    CWnd const* other = FromHandlePermanent(window);
+    while (other != nullptr && (other = other->GetParent()) != this) {
+    }
+    return other != nullptr;
+}
+
+HWND CWnd::GetDlgItem(int id) const {
+    for (HWND const child : GetChildren()) {
+        CWnd const* const window = FromHandlePermanent(child);
+        if (window != nullptr && window->GetDlgCtrlID() == id) return child;
+    }
+    return {};
+}
+
+CString CWnd::GetClassName() const {
+    return GetRuntimeClass()->m_lpszClassName;
+}
+
+int CWnd::ModifyStyle(unsigned long remove, unsigned long add) {
+    unsigned long const before = std::exchange(m_style, (m_style & ~remove) | add);
+    return before != m_style;
+}
+
+int CWnd::ModifyStyleEx(unsigned long remove, unsigned long add) {
+    unsigned long const before = std::exchange(m_exStyle, (m_exStyle & ~remove) | add);
+    return before != m_exStyle;
 }
 
 CWnd* CWnd::FromHandlePermanent(HWND window) {
@@ -207,7 +257,7 @@ bool TovIsUserInterfaceThread() {
 
 LRESULT TovSendMessage(HWND window, unsigned message, WPARAM wParam, LPARAM lParam) {
     CWnd* const target = FindToSend(window);
-    return target != nullptr ? target->WindowProc(message, wParam, lParam) : 0;
+    return target != nullptr ? target->Answer(message, wParam, lParam) : 0;
 }
 
 void TovSendMessageToDescendants(HWND window, unsigned message, WPARAM wParam, LPARAM lParam, int deep) {
@@ -258,7 +308,7 @@ unsigned TovDispatchPosts() {
         {
             AnswerToSender answer(queue, post.sent);
             if (CWnd* const target = HandleTable::Instance().Find(post.window)) {
-                answer.Give(target->WindowProc(post.message, post.wParam, post.lParam));
+                answer.Give(target->Answer(post.message, post.wParam, post.lParam));
                 ++delivered;
             }
         }

@@ -25,6 +25,22 @@ void ITovSystem::SetCursor(unsigned int) {}
 
 void ITovSystem::RefreshCursor() {}
 
+HWND ITovSystem::GetFocus() {
+    return {};
+}
+
+int ITovSystem::IsKeyDown(int) {
+    return 0;
+}
+
+CSize ITovSystem::GetTextExtent(HFONT, char const*) {
+    return {};
+}
+
+HWND TovGetFocus() {
+    return TovGetSystem()->GetFocus();
+}
+
 ITovSystem* TovGetSystem() {
     ITovSystem* const system = systemInForce.load();
     return system != nullptr ? system : DefaultSystem();

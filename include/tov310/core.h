@@ -21,6 +21,9 @@
 #include <tov310/format.h>
 #include <tov310/geometry.h>
 #include <tov310/help_app.h>
+#include <tov310/hooks.h>
+#include <tov310/input_control.h>
+#include <tov310/input_control_container.h>
 #include <tov310/last_documents.h>
 #include <tov310/leap_seconds.h>
 #include <tov310/log_file.h>
@@ -41,6 +44,7 @@
 #include <tov310/single_instance.h>
 #include <tov310/smart_ptr.h>
 #include <tov310/smtp.h>
+#include <tov310/styles.h>
 #include <tov310/system.h>
 #include <tov310/system_error.h>
 #include <tov310/text.h>

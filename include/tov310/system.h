@@ -2,11 +2,17 @@
 #pragma once
 
 #include <tov310/export.h>
+#include <tov310/geometry.h>
+#include <tov310/types.h>
 
 namespace tov {
 
-// Each operation does nothing where it is not overridden: without a screen there is nothing to do. Operations
-// may be called from every thread, one at a time, and must not come back into what called them.
+// A font of the toolkit; null is the usual one. Borrowed wherever it is handed over.
+using HFONT = struct CTovNativeFont const*;
+
+// Each operation does nothing, or answers that there is nothing, where it is not overridden: without a screen
+// it is so. Those on cursors may be called from every thread, one at a time, and must not come back into what
+// called them; the others belong to the user-interface thread.
 class TOV_CORE_API ITovSystem {
  public:
     // Shows a cursor at once, wherever the mouse is.
@@ -14,6 +20,15 @@ class TOV_CORE_API ITovSystem {
 
     // Has the window under the mouse choose the cursor again.
     virtual void RefreshCursor();
+
+    // The window that has the focus of the keyboard.
+    virtual HWND GetFocus();
+
+    // Whether the key with this VK_ number is down at this moment.
+    virtual int IsKeyDown(int virtualKey);
+
+    // The extent of a text in a font, in pixels of the screen.
+    virtual CSize GetTextExtent(HFONT font, char const* text);
 
  protected:
     ITovSystem() = default;
@@ -32,5 +47,8 @@ TOV_CORE_API ITovSystem* TovGetSystem();
 // Puts another in its place and answers the one before. Null brings the default back. It stays the caller's
 // and must live until it is replaced.
 TOV_CORE_API ITovSystem* TovSetSystem(ITovSystem* system);
+
+// The window that has the focus of the keyboard; none without a screen.
+TOV_CORE_API HWND TovGetFocus();
 
 }  // namespace tov

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <tov310/export.h>
+#include <tov310/geometry.h>
 #include <tov310/object.h>
 #include <tov310/types.h>
 
@@ -17,6 +18,7 @@ namespace tov {
 
 class CCmdTarget;
 class CCmdUI;
+class CTovSubclassWnd;
 
 // What OnCmdMsg is asked for: to do a command, or to tell the state of one.
 inline constexpr int CN_COMMAND = 0;
@@ -77,16 +79,50 @@ class TOV_CORE_API CWnd : public CCmdTarget {
     // 0 before birth and after death.
     HWND GetSafeHwnd() const { return m_handle; }
 
-    // Ends the window; the object stays and can be born again, under a new handle. Answers 1, or 0 when there
-    // is no window.
+    // Ends the window, and before it those that stand in it; each is told by WM_DESTROY, the outer first,
+    // while all are whole. The object stays and can be born again, under a new handle. Answers 1, or 0 when
+    // there is no window. (A destructor ends the window without that message.)
     virtual int DestroyWindow();
 
     // Answers a message that was sent or posted to this window. Overrides pass what they do not know to their
     // base class; here that is 0.
     virtual LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam);
 
-    // The windows that stand directly in this one, in their order. Classes with children override it.
+    // The window that this one stands in; null for none.
+    virtual CWnd* GetParent() const;
+
+    // The windows that stand directly in this one, in their order (that in which the focus goes round).
+    // Classes with children override it.
     virtual std::vector<HWND> GetChildren() const;
+
+    // Whether the window stands in this one, at any depth.
+    int IsChild(HWND window) const;
+
+    // The number by which a window knows its child; 0 where none was given. GetDlgItem answers the first
+    // direct child with that number.
+    virtual int GetDlgCtrlID() const { return m_id; }
+    virtual void SetDlgCtrlID(int id) { m_id = id; }
+    HWND GetDlgItem(int id) const;
+
+    // The kind of the window by its common name: "Edit", "ComboBox", "Button" ...; by default the name of the
+    // run-time class.
+    virtual CString GetClassName() const;
+
+    // Bits of styles.h. Setting answers 1 when something changed.
+    virtual unsigned long GetStyle() const { return m_style; }
+    virtual unsigned long GetExStyle() const { return m_exStyle; }
+    virtual int ModifyStyle(unsigned long remove, unsigned long add);
+    virtual int ModifyStyleEx(unsigned long remove, unsigned long add);
+
+    // Gives the window the focus of the keyboard. Without a screen there is none.
+    virtual void SetFocus() {}
+
+    // In pixels of the screen, and of the window itself.
+    virtual CRect GetWindowRect() const { return {}; }
+    virtual CRect GetClientRect() const { return {}; }
+
+    // Has it painted anew; the flags are the RDW_ bits of styles.h.
+    virtual void RedrawWindow(unsigned /*flags*/) {}
 
     // The window of a handle; null for 0 and for a dead one. Only on the user-interface thread.
     static CWnd* FromHandlePermanent(HWND window);
@@ -100,7 +136,18 @@ class TOV_CORE_API CWnd : public CCmdTarget {
     void Detach();
 
  private:
+    friend class CTovSubclassWnd;
+    friend LRESULT TovSendMessage(HWND, unsigned, WPARAM, LPARAM);
+    friend unsigned TovDispatchPosts();
+
+    // Through the hooks, if there are any.
+    LRESULT Answer(unsigned message, WPARAM wParam, LPARAM lParam);
+
     HWND m_handle;
+    CTovSubclassWnd* m_hook = nullptr;  // the newest one
+    unsigned long m_style = 0;
+    unsigned long m_exStyle = 0;
+    int m_id = 0;
 };
 
 // A window without anything to see, for hosts that only want to be told. Derive from it and override

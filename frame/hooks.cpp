@@ -1,0 +1,161 @@
+#include <tov310/hooks.h>
+
+#include "frame/hook_chain.h"
+
+#include <tov310/messages.h>
+
+#include "vesk/immortal.h"
+
+namespace tov {
+
+// A hook at work. The calls that have not come back yet form a list, the innermost first; what a call goes on
+// to is corrected while it runs, since hooks come and go meanwhile.
+class TovHookCall {
+ public:
+    TovHookCall(CTovSubclassWnd& hook, HWND window)
+        : m_hook(&hook), m_next(hook.m_next), m_window(window), m_outer(innermost) {
+        innermost = this;
+    }
+    TovHookCall(TovHookCall const&) = delete;
+    TovHookCall& operator=(TovHookCall const&) = delete;
+    ~TovHookCall() { innermost = m_outer; }
+
+    static TovHookCall const* Of(CTovSubclassWnd const& hook) {
+        TovHookCall const* call = innermost;
+        while (call != nullptr && call->m_hook != &hook)
+            call = call->m_outer;
+        return call;
+    }
+
+    static void PassBy(CTovSubclassWnd const& hook) {
+        for (TovHookCall* call = innermost; call != nullptr; call = call->m_outer) {
+            if (call->m_next == &hook) call->m_next = hook.m_next;
+        }
+    }
+
+    static void Forget(CTovSubclassWnd const& hook) {
+        for (TovHookCall* call = innermost; call != nullptr; call = call->m_outer) {
+            if (call->m_hook == &hook) call->m_hook = nullptr;
+        }
+    }
+
+    HWND Window() const { return m_window; }
+    CTovSubclassWnd* Next() const { return m_next; }
+
+ private:
+    static constinit inline TovHookCall* innermost = nullptr;  // of the user-interface thread
+
+    CTovSubclassWnd* m_hook;  // null once it is deleted
+    CTovSubclassWnd* m_next;
+    HWND m_window;
+    TovHookCall* m_outer;
+};
+
+namespace {
+
+constinit MSG lastSentMessage;
+
+class KeepLastSentMessage {
+ public:
+    KeepLastSentMessage() = default;
+    KeepLastSentMessage(KeepLastSentMessage const&) = delete;
+    KeepLastSentMessage& operator=(KeepLastSentMessage const&) = delete;
+    ~KeepLastSentMessage() { lastSentMessage = m_kept; }
+
+ private:
+    MSG const m_kept = lastSentMessage;
+};
+
+std::map<HWND, CTovSubclassWnd*>& NewestHooks() {
+    static Immortal<std::map<HWND, CTovSubclassWnd*>> hooks;
+    return *hooks;
+}
+
+}  // namespace
+
+CTovSubclassWnd::~CTovSubclassWnd() {
+    UnhookWindow();
+    TovHookCall::Forget(*this);
+}
+
+void CTovSubclassWnd::OnDestroyWindow() {
+    UnhookWindow();
+}
+
+LRESULT CTovSubclassWnd::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
+    TovHookCall const* const call = TovHookCall::Of(*this);
+    HWND const window = call != nullptr ? call->Window() : m_window;
+    if (CTovSubclassWnd* const next = call != nullptr ? call->Next() : m_next) {
+        TovHookCall const nextCall(*next, window);
+        return next->WindowProc(message, wParam, lParam);
+    }
+    CWnd* const target = CWnd::FromHandlePermanent(window);
+    return target != nullptr ? target->WindowProc(message, wParam, lParam) : 0;
+}
+
+int CTovSubclassWnd::HookWindow(HWND window) {
+    if (m_window) return m_window == window;
+    CWnd* const target = TovIsUserInterfaceThread() ? CWnd::FromHandlePermanent(window) : nullptr;
+    if (target == nullptr) return 0;
+    NewestHooks()[window] = this;
+    m_window = window;
+    m_next = target->m_hook;
+    target->m_hook = this;
+    return 1;
+}
+
+int CTovSubclassWnd::UnhookWindow() {
+    if (!m_window) return 0;
+    // The window lives: it takes its hooks off before it dies.
+    CTovSubclassWnd** link = &CWnd::FromHandlePermanent(m_window)->m_hook;
+    if (*link == this) {
+        if (m_next != nullptr) {
+            NewestHooks()[m_window] = m_next;
+        } else {
+            NewestHooks().erase(m_window);
+        }
+    }
+    while (*link != this)
+        link = &(*link)->m_next;
+    *link = m_next;
+    TovHookCall::PassBy(*this);
+    m_window = {};
+    m_next = nullptr;
+    return 1;
+}
+
+int CTovSubclassWnd::IsWindowHooked(HWND window) {
+    return NewestHooks().contains(window);
+}
+
+std::map<HWND, CTovSubclassWnd*> const& CTovSubclassWnd::StaticMapHwndToSubclassWnd() {
+    return NewestHooks();
+}
+
+LRESULT CTovSubclassWnd::Default() {
+    return CTovSubclassWnd::WindowProc(lastSentMessage.message, lastSentMessage.wParam,
+                                       lastSentMessage.lParam);
+}
+
+LRESULT SendThroughHooks(CTovSubclassWnd& newest, HWND window, unsigned message, WPARAM wParam,
+                         LPARAM lParam) {
+    KeepLastSentMessage const keep;
+    lastSentMessage = {window, message, wParam, lParam};
+    TovHookCall const call(newest, window);
+    LRESULT const result = newest.WindowProc(message, wParam, lParam);
+    if (message == WM_DESTROY) TellHooksOfDeath(window);
+    return result;
+}
+
+void TellHooksOfDeath(HWND window) {
+    auto const newest = [window] {
+        auto const found = NewestHooks().find(window);
+        return found != NewestHooks().end() ? found->second : nullptr;
+    };
+    while (CTovSubclassWnd* const hook = newest()) {
+        hook->OnDestroyWindow();
+        if (newest() == hook) hook->UnhookWindow();
+    }
+}
+
+}  // namespace tov
