@@ -132,7 +132,8 @@ class BmpReader {
             std::size_t const bit = x * m_bits;
             std::size_t const at = start + bit / 8;
             if (m_bits <= 8) {
-                row[x] = m_palette[m_bytes.Byte(at) >> (8 - m_bits - bit % 8) & ((1u << m_bits) - 1)];
+                row[x] =
+                    m_palette[unsigned{m_bytes.Byte(at)} >> (8 - m_bits - bit % 8) & ((1u << m_bits) - 1)];
             } else if (m_bits == 24) {
                 row[x] = opaquePixel | m_bytes.Number(at, 3);
             } else if (m_bits == 32 && m_compression == plain) {

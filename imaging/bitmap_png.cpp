@@ -203,7 +203,7 @@ class PngReader {
     unsigned Sample(std::span<unsigned char const> line, std::size_t index) const {
         if (m_depth == 16) return line[index * 2] * 256u + line[index * 2 + 1];
         std::size_t const bit = index * m_depth;
-        return line[bit / 8] >> (8 - m_depth - bit % 8) & ((1u << m_depth) - 1);
+        return unsigned{line[bit / 8]} >> (8 - m_depth - bit % 8) & ((1u << m_depth) - 1);
     }
 
     std::uint32_t Pixel(std::span<unsigned char const> line, std::uint32_t x) const {
