@@ -79,10 +79,10 @@ class LeapTableWriter {
         std::scoped_lock const lock(m_guard);
         LeapTable const& old = PresentLocked();
         auto next = std::make_unique<LeapTable>(old);
-        auto const added =
-            std::ranges::count_if(rows, [&](LeapRow const& row) { return InsertLeapRow(next->rows, row); });
         // Another process may have learned meanwhile, and must not lose it.
         AddStored(*next);
+        auto const added =
+            std::ranges::count_if(rows, [&](LeapRow const& row) { return InsertLeapRow(next->rows, row); });
         next->expires = std::max(next->expires, expires);
         // The rows first: an expiry without them would promise too much.
         if (!rows.empty()) Store(CTovProfileEntries::LeapSecondsEntry(), LeapRowsText(next->rows));
@@ -125,7 +125,7 @@ LeapTable const& PresentTable() {
 bool RowsOf(LeapSecondsFile const& file, LeapRows& rows, CString& reason) {
     for (auto const& [line, day, taiSeconds] : file.rows) {
         int const seconds = taiSeconds - taiMinusGps;
-        if (seconds < leastSeconds || day < firstTableDay || day > lastTableDay) continue;
+        if (seconds < leastSeconds || day < firstTableDay || day >= lastTableDay) continue;
         if (seconds > mostSeconds || !IsLeapDay(day)) {
             reason = "line " + std::to_string(line) + ": " +
                      (seconds > mostSeconds ? "too many leap seconds" : "not a 1 January or 1 July");

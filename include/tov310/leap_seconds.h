@@ -11,14 +11,15 @@
 namespace tov {
 
 // Learns from a file in the published form, the leap-seconds.list of the IERS, NIST and the tz database. Its
-// TAI minus UTC, less 19 s, is GPS time minus UTC. Rows that the table knows, by their day, and those outside
-// its range (before 2 January 1970, after 18 January 2030, below 17 s) are passed over. Answers the number of
-// rows that were new.
+// TAI minus UTC, less 19 s, is GPS time minus UTC. Passed over are rows below 17 s, rows of days before
+// 2 January 1970 or from 18 January 2030 on, and those whose day the table knows, in this process or in the
+// profile: what is known stays. Answers the number of rows that were new.
 //
 // The file is learned whole or not at all. Answers -1 and fills the pair where it cannot be read (as the file
 // functions do, file.h), and where it is refused (87, the text says why): for a line that is not of the form,
-// without update, expiry, hash or rows, with a wrong hash, or with a leap second of more than 50 s or before
-// another day than 1 January or 1 July. A file whose time of expiry has passed is as good as any other.
+// without update, expiry, hash or rows, with a wrong hash, or with a row that would not be passed over but
+// has more than 50 s or another day than a 1 January or 1 July. A file whose time of expiry has passed is as
+// good as any other.
 //
 // May be called from any thread, while others read the table.
 TOV_CORE_API int TovLearnLeapSeconds(char const* path, unsigned long* error = nullptr,
