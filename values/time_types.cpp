@@ -54,13 +54,16 @@ std::tm LocalFieldsOf(CTime const& time) {
 }  // namespace
 
 CTimeSpan::CTimeSpan(long days, int hours, int minutes, int seconds) {
-    std::int64_t const rest = std::int64_t{hours} * 3600 + std::int64_t{minutes} * 60 + seconds;
-    std::int64_t whole = 0;
-    if (__builtin_mul_overflow(std::int64_t{days}, std::int64_t{86400}, &whole)) {
-        m_timeSpan = days < 0 ? firstSecond : lastSecond;
-    } else {
-        m_timeSpan = AddedSeconds(whole, rest);
-    }
+    constexpr std::int64_t day = 86400;
+    std::int64_t rest = std::int64_t{hours} * 3600 + std::int64_t{minutes} * 60 + seconds;
+    std::int64_t whole = AddedSeconds(days, rest / day);
+    rest %= day;
+    // With one sign only the sum of both can be too large.
+    int const borrowed = whole > 0 && rest < 0 ? 1 : whole < 0 && rest > 0 ? -1 : 0;
+    whole -= borrowed;
+    rest += borrowed * day;
+    m_timeSpan = __builtin_mul_overflow(whole, day, &whole) ? (days < 0 ? firstSecond : lastSecond)
+                                                            : AddedSeconds(whole, rest);
 }
 
 CString CTimeSpan::Format(char const* format) const {

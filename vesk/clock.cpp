@@ -11,10 +11,6 @@ void VeskReadTimeZone() {
     tzset();
 }
 
-long VeskSecondsWest() {
-    return timezone;
-}
-
 static_assert(std::numeric_limits<std::time_t>::max() == std::numeric_limits<std::int64_t>::max());
 
 bool VeskLocalFields(std::int64_t seconds, std::tm& fields) {

@@ -10,19 +10,27 @@ namespace {
 
 constexpr std::int64_t daySeconds = 86400;
 
-std::optional<std::int64_t> TryMoments(std::tm fields, long* east) {
-    // The second before 1970 is the same number as a failure, but only success tells the day of the week.
-    fields.tm_wday = -1;
-    std::time_t const moment = mktime(&fields);
-    if (moment == -1 && fields.tm_wday == -1) return std::nullopt;
-    if (east != nullptr) *east = fields.tm_gmtoff;
-    return moment;
-}
-
 // Seconds by which the local clock is ahead of UTC.
 long SecondsEastAt(std::int64_t moment) {
     std::tm fields;
     return VeskLocalFields(moment, fields) ? fields.tm_gmtoff : 0;
+}
+
+std::optional<std::int64_t> TryMoments(std::tm fields, long* east) {
+    bool const isOpen = fields.tm_isdst < 0;
+    // The second before 1970 is the same number as a failure, but only success tells the day of the week.
+    fields.tm_wday = -1;
+    std::int64_t moment = mktime(&fields);
+    if (moment == -1 && fields.tm_wday == -1) return std::nullopt;
+    long ahead = fields.tm_gmtoff;
+    // Which one of two moments mktime finds depends on what it was asked before.
+    long const before = isOpen ? SecondsEastAt(moment - daySeconds) : ahead;
+    if (before > ahead && SecondsEastAt(moment + ahead - before) == before) {
+        moment += ahead - before;
+        ahead = before;
+    }
+    if (east != nullptr) *east = ahead;
+    return moment;
 }
 
 bool IsClockTime(std::tm const& fields) {

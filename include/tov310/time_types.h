@@ -74,11 +74,13 @@ class TOV_CORE_API CTimeSpan {
 // A moment: seconds since 1970-01-01 00:00 UTC without leap seconds, in 64 bits. Sums that are too large stop
 // at the ends of these.
 //
-// Fields are those of the local clock, by the rules of the process's time zone (the environment's TZ as the
-// library found it when it was loaded; see also tzset). Where these are given,
+// Fields are those of the local clock, by the rules of the process's time zone: the environment's TZ as the
+// library found it when it was loaded. A later change of it holds from tzset on, or from when mktime looks at
+// it again, as it does for some of the fields that are given here. Of these,
 //
-//   isDst   tells whether daylight saving time is in force: 1 yes, 0 no, -1 as the rules say. Of a clock time
-//           that does not exist or exists twice mktime decides what it means
+//   isDst   tells whether daylight saving time is in force: 1 yes, 0 no, -1 as the rules say. A clock time
+//           that comes twice is then the earlier one, and one that the clocks leave out is as much behind
+//           what they left out as it was within it: 02:30 is 03:30
 //   fields  that are too large or small are carried into the next larger ones
 //
 // and what cannot be represented gives the moment 0.
@@ -205,8 +207,8 @@ class TOV_CORE_API COleDateTimeSpan {
 // A reading of the calendar and clock, without a zone, from 1 January 100 to 31 December 9999, as a number of
 // days since 30 December 1899, 00:00, in the form of automation dates: before that day the whole part counts
 // days backwards, and what is behind the point is the time of the day all the same, so -1.25 is 29 December
-// 1899, 06:00. It resolves 40 microseconds at worst; what lies within its resolution of a whole second is
-// that second.
+// 1899, 06:00. It resolves 40 microseconds at worst; what lies within its resolution of a whole or half
+// second is that.
 class TOV_CORE_API COleDateTime {
  public:
     enum DateTimeStatus { error = -1, valid = 0, invalid = 1, null = 2 };
