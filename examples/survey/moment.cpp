@@ -156,8 +156,9 @@ std::optional<Moment> ReadIn(std::string const& format, std::string const& text)
     tov::CTovTime time(std::int64_t{0});
     auto const isTheSame = [&] { return Plain(time.Format(format.c_str(), -1)) == Plain(text); };
     if (time.ScanTime(text, format) == 0) return {};
-    // Half past midnight, "12:30 AM", is scanned as half past noon.
-    if (!isTheSame()) Helper::AddHours(time, -12);
+    // Half past midnight, "12:30 AM", is scanned as half past noon. Between the two readings lies another
+    // time where the clock changes.
+    if (!isTheSame()) time.Mjd(time - 0.5);
     if (!isTheSame()) return {};
     Moment moment;
     moment.seconds = time.GetTime();
