@@ -90,15 +90,15 @@ struct ClockReading {
 
 // Cuts days, of which `whole` is whole and 0 <= part <= 1, into a reading. A double that holds a number of
 // days of this size resolves one unit of its last place; what lies within that of a whole second is that
-// second.
+// second, and what lies within it of a half one is that, for it must be rounded up.
 inline ClockReading SplitDays(std::int64_t whole, double part, double size) {
     constexpr std::uint64_t exponentBits = 0x7FF0000000000000;
     double const power = std::bit_cast<double>(std::bit_cast<std::uint64_t>(size) & exponentBits);
     double const resolution = std::max(power, 1.0) * (std::numeric_limits<double>::epsilon() * secondsPerDay);
     double const seconds = part * secondsPerDay;
-    auto const nearest = static_cast<int>(seconds + 0.5);
-    ClockReading reading{whole, nearest, 0};
-    if (std::abs(seconds - nearest) > resolution) {
+    auto const halves = static_cast<int>(2 * seconds + 0.5);
+    ClockReading reading{whole, halves / 2, halves % 2 * 0.5};
+    if (std::abs(seconds - halves * 0.5) > resolution) {
         reading.second = static_cast<int>(seconds);
         reading.fraction = seconds - reading.second;
     }

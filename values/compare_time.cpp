@@ -26,6 +26,14 @@ int TovCompare(CTovTime const& a, CTovTime const& b) {
     return TovCompare(a.MjdUTC(), b.MjdUTC());
 }
 
+int TovCompare(CTovTime const& a, CTime const& b) {
+    return TovCompare(a, CTovTime(b));
+}
+
+int TovCompare(CTime const& a, CTovTime const& b) {
+    return TovCompare(CTovTime(a), b);
+}
+
 int TovCompare(CTime const& a, CTime const& b) {
     return (a > b) - (a < b);
 }

@@ -25,20 +25,22 @@ void SetToMjd(T& time, double mjd, CTovTimeHelper::eRangeType range) {
     if (auto const reading = ReadingWithin(ReadingsOf(range), mjd)) TimeKind<T>::SetReading(time, *reading);
 }
 
+template <class T, class Part>
+int CompareParts(T const& a, T const& b, Part part) {
+    auto const first = TimeKind<T>::Reading(a);
+    auto const second = TimeKind<T>::Reading(b);
+    if (!first || !second) return static_cast<int>(first.has_value()) - static_cast<int>(second.has_value());
+    return TovCompare(part(*first), part(*second));
+}
+
 template <class T>
 int CompareDatesOf(T const& a, T const& b) {
-    using Kind = TimeKind<T>;
-    return TovCompare(static_cast<double>(Kind::Reading(a).value_or(ClockReading()).day),
-                      static_cast<double>(Kind::Reading(b).value_or(ClockReading()).day));
+    return CompareParts(a, b, [](ClockReading const& reading) { return static_cast<double>(reading.day); });
 }
 
 template <class T>
 int CompareTimesOf(T const& a, T const& b) {
-    auto const second = [](T const& time) {
-        ClockReading const reading = TimeKind<T>::Reading(time).value_or(ClockReading());
-        return reading.second + reading.fraction;
-    };
-    return TovCompare(second(a), second(b));
+    return CompareParts(a, b, [](ClockReading const& reading) { return reading.second + reading.fraction; });
 }
 
 constexpr int secondsOfFlag[] = {1, 60, 3600};

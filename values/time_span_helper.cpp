@@ -207,7 +207,7 @@ double CTovTimeSpanHelper::Round(CTimeSpan& span, eRoundFlag flag) {
 }
 
 double CTovTimeSpanHelper::Round(COleDateTimeSpan& span, eRoundFlag flag) {
-    if (HasSeconds(span)) RoundSpan(span, flag & roundFlagMask);
+    if (span.m_status == COleDateTimeSpan::valid && HasSeconds(span)) RoundSpan(span, flag & roundFlagMask);
     return GetMjd(span);
 }
 

@@ -6,15 +6,18 @@
 #include "values/tov_time_format.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <optional>
+#include <string_view>
 
 namespace tov {
 namespace {
 
-constexpr int mjdOfGpsEpoch = 44244;  // MJD of 6 January 1980 (IS-GPS-200, 3.3.4)
+constexpr int mjdOfGpsEpoch = 44244;   // MJD of 6 January 1980 (IS-GPS-200, 3.3.4)
+constexpr double maxZoneHours = 1e10;  // keeps within the calendar
 
 constexpr CTovTimeHelper::eRoundFlag RoundFlag(int round) {
     return static_cast<CTovTimeHelper::eRoundFlag>(round);
@@ -230,6 +233,7 @@ int CTovTime::GetGpsTime(int& week, double& seconds) const {
     if (weeks < std::numeric_limits<int>::min() || weeks > std::numeric_limits<int>::max()) return 0;
     week = static_cast<int>(weeks);
     seconds = static_cast<double>((days - 7 * weeks) * secondsPerDay + reading->second) + m_dFracSecond;
+    seconds = std::min(seconds, std::nextafter(7.0 * secondsPerDay, 0));  // the sum may be rounded up
     return week >= 0 ? 1 : 0;
 }
 
@@ -279,12 +283,12 @@ CString CTovTime::FormatTime(int round) const {
 
 CTovTime CTovTime::InZone(double hours) const {
     CTovTime time(*this);
-    double const mjd = CTovTimeHelper::GetMjd(*this) + hours / 24.0;
-    if (!(std::abs(mjd) < maxCalendarDays)) return time;
-    ClockReading const reading = SplitMjd(mjd);
-    if (auto const moment = MomentOfLocal(reading)) {
+    std::optional<ClockReading> const reading = LocalReading(GetTime());
+    if (!reading || !(std::abs(hours) < maxZoneHours)) return time;
+    std::int64_t const shifted = reading->Seconds() + std::llround(hours * 3600);
+    if (auto const moment = MomentOfLocal(ClockReading::OfSeconds(shifted, 0))) {
         time = CTime(*moment);
-        time.m_dFracSecond = reading.fraction;
+        time.m_dFracSecond = m_dFracSecond;
     }
     return time;
 }
@@ -328,15 +332,15 @@ CString CTovTime::FormatFracSec(int round) const {
     int const decimals = flag == CTovTimeHelper::eRoundToTenth       ? 1
                          : flag == CTovTimeHelper::eRoundToHundredth ? 2
                                                                      : 3;
-    long long const unit = decimals == 1 ? 10 : decimals == 2 ? 100 : 1000;
-    double const fraction = rounded.m_dFracSecond;
-    long long const count = flag == CTovTimeHelper::eRoundToMicrosecond
-                                ? std::llround(fraction * 1e6) / 1000
-                                : std::llround(fraction * static_cast<double>(unit));
-    // The leading 1 keeps the zeros.
-    CString text = std::to_string(unit + std::min(count, unit - 1));
-    text[0] = '.';
-    return text;
+    double fraction = rounded.m_dFracSecond;
+    if (flag == CTovTimeHelper::eRoundToMicrosecond)
+        fraction = std::floor(std::rint(fraction * 1e6) / 1000) / 1000;
+    char text[8];  // like "0.125"
+    auto const end =
+        std::to_chars(text, text + sizeof text, fraction, std::chars_format::fixed, decimals).ptr;
+    std::string_view printed(text, end);
+    if (printed.front() != '0') printed = std::string_view("0.999").substr(0, printed.size());
+    return CString(printed.substr(1));
 }
 
 double CTovTime::Round(int round) {

@@ -10,7 +10,10 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <locale>
 #include <optional>
+#include <sstream>
+#include <string>
 #include <string_view>
 
 namespace tov {
@@ -53,6 +56,15 @@ constexpr char const* englishMonths[] = {"January",   "February", "March",    "A
                                          "May",       "June",     "July",     "August",
                                          "September", "October",  "November", "December"};
 
+// Whether a number that no double holds is too small for that, and not too large.
+bool IsTiny(std::string_view number) {
+    std::istringstream text{std::string(number)};
+    text.imbue(std::locale::classic());
+    double nearest = 0;
+    text >> nearest;
+    return nearest < 1;
+}
+
 class TimeText {
  public:
     explicit TimeText(CString const& text) : m_at(text.c_str()), m_end(m_at + text.size()) {
@@ -76,15 +88,16 @@ class TimeText {
         return true;
     }
 
-    // A number with decimals; too large ones are infinite.
+    // A number with decimals.
     bool Read(double& value) {
         Advance();
         bool const negative = *m_at == '-';
         char const* const digits = AfterSign();
         if (!Is(digits, kTimeDigit | kTimePoint)) return false;
-        double number = HUGE_VAL;
+        double number = 0;
         auto const [behind, error] = std::from_chars(digits, m_end, number);
         if (error == std::errc::invalid_argument) return false;
+        if (error == std::errc::result_out_of_range) number = IsTiny({digits, behind}) ? 0 : HUGE_VAL;
         value = negative ? -number : number;
         Take(behind, kTimeField | kTimePoint);
         return true;

@@ -52,7 +52,11 @@ void CTovTimeSpan::SetGpsTimeSpan(int week, double const& seconds) {
 
 int CTovTimeSpan::GetGpsTimeSpan(int& week, double& seconds) const {
     constexpr std::int64_t secondsOfWeek = 7 * 86400;
-    week = static_cast<int>(GetTimeSpan() / secondsOfWeek);
+    std::int64_t const weeks = GetTimeSpan() / secondsOfWeek;
+    week = 0;
+    seconds = 0;
+    if (weeks != static_cast<int>(weeks)) return 0;
+    week = static_cast<int>(weeks);
     seconds = static_cast<double>(GetTimeSpan() % secondsOfWeek) + m_dFracSecond;
     return 1;
 }

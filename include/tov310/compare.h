@@ -34,10 +34,12 @@ TOV_CORE_API int TovCompare(double a, double b);
 // By time: those of CTovTime by their MjdUTC, which like the number of a COleDateTime compares with the
 // tolerance. A COleDateTime that is not valid comes before all that are.
 TOV_CORE_API int TovCompare(CTovTime const& a, CTovTime const& b);
+TOV_CORE_API int TovCompare(CTovTime const& a, CTime const& b);
+TOV_CORE_API int TovCompare(CTime const& a, CTovTime const& b);
 TOV_CORE_API int TovCompare(CTime const& a, CTime const& b);
 TOV_CORE_API int TovCompare(COleDateTime const& a, COleDateTime const& b);
 
-// By the date alone, or by the time of the day alone, of the local reading.
+// By the date alone, or by the time of the day alone, of the local reading. What has none comes before all.
 TOV_CORE_API int TovCompareDatePart(CTovTime const& a, CTovTime const& b);
 TOV_CORE_API int TovCompareDatePart(CTime const& a, CTime const& b);
 TOV_CORE_API int TovCompareDatePart(COleDateTime const& a, COleDateTime const& b);

@@ -3,8 +3,8 @@
 //
 // A modified Julian date (MJD) counts days since 17 November 1858, 00:00. That of a CTime or CTovTime is of
 // its local clock reading. The calendar is the Gregorian one for all dates. A MJD in a double resolves one
-// unit of its last place, 0.6 microseconds until 2038; what lies within that of a whole second is that
-// second.
+// unit of its last place, 0.6 microseconds until 2038; what lies within that of a whole or half second is
+// that.
 //
 // What is limited is limited to
 //
@@ -46,6 +46,7 @@ class TOV_CORE_API CTovTimeHelper {
     friend constexpr eRoundFlag operator|(eRoundFlag a, eRoundFlag b) {
         return static_cast<eRoundFlag>(static_cast<int>(a) | static_cast<int>(b));
     }
+    friend constexpr eRoundFlag operator|(eRoundFlag a, int b) { return a | static_cast<eRoundFlag>(b); }
 
     enum eRangeType : int { eRangeOleDateTime = 0, eRangeDateTimeCtrl = 1, eRangeCTime = 2 };
     enum eType : int { eTypeDateTime = 0, eTypeDate = 1, eTypeTime = 2 };
@@ -71,7 +72,8 @@ class TOV_CORE_API CTovTimeHelper {
     static void GetPhysicalRange(double& fromMjd, double& toMjd, eRangeType range);
     static void GetPhysicalRange(SYSTEMTIME& from, SYSTEMTIME& to, eRangeType range);
 
-    // Compare the dates, or the times of the day with their fractions, of two local readings.
+    // Compare the dates, or the times of the day with their fractions, of two local readings. What has none,
+    // an invalid date, comes before all that have one.
     static int DatePartLess(CTime const& a, CTime const& b) { return CompareDates(a, b) < 0; }
     static int DatePartEqual(CTime const& a, CTime const& b) { return CompareDates(a, b) == 0; }
     static int DatePartGreater(CTime const& a, CTime const& b) { return CompareDates(a, b) > 0; }
@@ -137,13 +139,24 @@ class TOV_CORE_API CTovTimeHelper {
     static double Round(CTovTime& time, eRoundFlag flag);
     // To a multiple of a part of the second; 0 < unit <= 1, else nothing is done.
     static double Round(CTovTime& time, double unit);
+    // A whole number is a flag.
+    static double Round(CTovTime& time, int flag) { return Round(time, static_cast<eRoundFlag>(flag)); }
 
     // The rounded time as text, by the codes of CTime::Format. With eRoundCut and minutes the first "%S" is
     // taken out with the separator before it, with hours also the first "%M". Without a format the current
     // one of CTovTime is taken, or its date or time.
     static CString Format(CTime const& time, char const* format, eRoundFlag flag);
+    static CString Format(CTime const& time, CString const& format, eRoundFlag flag) {
+        return Format(time, format.c_str(), flag);
+    }
     static CString Format(COleDateTime const& time, char const* format, eRoundFlag flag);
+    static CString Format(COleDateTime const& time, CString const& format, eRoundFlag flag) {
+        return Format(time, format.c_str(), flag);
+    }
     static CString Format(CTovTime const& time, char const* format, eRoundFlag flag);
+    static CString Format(CTovTime const& time, CString const& format, eRoundFlag flag) {
+        return Format(time, format.c_str(), flag);
+    }
     static CString Format(CTime const& time, eRoundFlag flag);
     static CString Format(COleDateTime const& time, eRoundFlag flag);
     static CString Format(CTovTime const& time, eRoundFlag flag);
@@ -278,8 +291,17 @@ class TOV_CORE_API CTovTimeSpanHelper {
     // there is no "%h", is replaced by the hours without leading zeros, those of the day where the format has
     // "%D", else all hours. With eRoundCut fields are left out as in CTovTimeHelper::Format.
     static CString Format(CTimeSpan const& span, char const* format, eRoundFlag flag);
+    static CString Format(CTimeSpan const& span, CString const& format, eRoundFlag flag) {
+        return Format(span, format.c_str(), flag);
+    }
     static CString Format(COleDateTimeSpan const& span, char const* format, eRoundFlag flag);
+    static CString Format(COleDateTimeSpan const& span, CString const& format, eRoundFlag flag) {
+        return Format(span, format.c_str(), flag);
+    }
     static CString Format(CTovTimeSpan const& span, char const* format, eRoundFlag flag);
+    static CString Format(CTovTimeSpan const& span, CString const& format, eRoundFlag flag) {
+        return Format(span, format.c_str(), flag);
+    }
 
     // Add to the span, fractions of the second included.
     static int AddTimeSpan(CTimeSpan& span, CTimeSpan const& other);

@@ -41,9 +41,9 @@ inline constexpr unsigned tovTimeFormatCount = 32;
 // A point in time: whole seconds in the CTime base, a fraction of a second, and a time zone in hours.
 //
 // Its modified Julian date (MJD: days since 17 November 1858, 00:00) is that of its local clock reading. A
-// MJD in a double resolves 0.6 microseconds; what comes within that of a whole second is that second. Setting
-// takes moments from MinCTime to MaxCTime of CTovTimeHelper (2 January 1970 to 18 January 2030); others leave
-// the object as it is.
+// MJD in a double resolves 0.6 microseconds; what comes within that of a whole or half second is that.
+// Setting takes moments from MinCTime to MaxCTime of CTovTimeHelper (2 January 1970 to 18 January 2030);
+// others leave the object as it is.
 //
 // What prints takes a round flag, a value of CTovTimeHelper::eRoundFlag, with 0x80 added to cut the fields
 // that were rounded off; eRoundNot does not round. Formats are those of CTime::Format. The current format is
@@ -58,6 +58,7 @@ class TOV_CORE_API CTovTime : public CObject, public CTime {
     CTovTime();  // now, to the second
     CTovTime(CTime const& time);
     explicit CTovTime(std::int64_t seconds);  // since 1 January 1970 UTC
+    explicit CTovTime(int seconds) : CTovTime(std::int64_t{seconds}) {}
     CTovTime(int year, int month, int day, int hour, int minute, int second, int isDst = -1);
     // Packed as in a directory of the FAT file system: 2-second steps since 1980, local time.
     CTovTime(unsigned short dosDate, unsigned short dosTime, int isDst = -1);
@@ -137,21 +138,24 @@ class TOV_CORE_API CTovTime : public CObject, public CTime {
     // File stamps are numbers YYMMDD.hhmmss. The first form gives the MJD, with years below 50 in 2000, up to
     // 99 in 1900, and others as they stand; it is exact to 1 ms (10 ms for years from 100 on). The second
     // stores, with years below 71 in 2000 and all others in 1900. Both answer the MJD; a number below 0,
-    // above 99991231.999999 or not finite gives 0.
+    // of 10^8 or more, or not finite gives 0.
     static double CduFilestamp(double stamp);
     double SetCduFilestamp(double stamp);
 
     // Texts in the current format, in another one, or in one from a resource module (null for the current).
     CString Format(int round = 0) const;
     CString Format(char const* format, int round = 0) const;
+    CString Format(CString const& format, int round = 0) const { return Format(format.c_str(), round); }
     CString Format(eTimeFormat format, int round = 0) const;
     CString Format(HINSTANCE module, unsigned int id, int round = 0) const;
     CString FormatDate(int round = 0) const;
     CString FormatTime(int round = 0) const;
 
-    // The same of MJD + Timezone / 24, or of MJD + hours / 24.
+    // The same of the local reading plus Timezone, or plus the hours, to the second. Hours that lead to no
+    // date count as 0.
     CString FormatUTC(int round = 0) const;
     CString FormatUTC(char const* format, int round = 0) const;
+    CString FormatUTC(CString const& format, int round = 0) const { return FormatUTC(format.c_str(), round); }
     CString FormatUTC(eTimeFormat format, int round = 0) const;
     CString FormatUTC(double hours, int round = 0) const;
     CString FormatDateUTC(int round = 0) const;
@@ -166,8 +170,8 @@ class TOV_CORE_API CTovTime : public CObject, public CTime {
     // Rounds the object and answers its new MJD.
     double Round(int round);
 
-    // Reads a text. The format tells, by its codes alone, what is to be read one after the other; what stands
-    // between the codes and between the fields may be anything.
+    // Reads a text. The format tells, by its codes alone, what is to be read one after the other; what else
+    // it holds does not count.
     //
     //   %d %m %Y    day, month, year; %y is a year in two digits, above 70 in 1900
     //   %H %I %M %S hour, hour, minute, second
@@ -176,9 +180,14 @@ class TOV_CORE_API CTovTime : public CObject, public CTime {
     //   %b %B       name of a month, in English or the LC_TIME locale
     //   %p          AM or PM, in English or the locale: PM takes 12 hours on before noon, "12 AM" stays 12
     //
-    // A flag "#" and other codes do not count. A code that finds nothing to read is passed over; the text's
-    // end ends the reading. Fields that are not read are 1 January 2000, 00:00:00. Takes local time of
-    // the years 100 to 9999 and answers its MJD. An impossible date or clock time answers 0 and leaves the
+    // A flag "#" and other codes do not count. Behind a field everything is skipped up to the next digit or
+    // capital A, P or M (behind %s and %D also "."), where the next one is read. A number must stand there,
+    // or at the text's begin behind blanks: a word before the first number, or a capital A, P or M before a
+    // later one, ends the reading of numbers. Names of months and %p skip to where they find a word.
+    //
+    // A code that finds nothing to read is passed over; the text's end ends the reading. What is not read is
+    // 1 January 2000, 00:00:00, so that a text without any field is that moment. Takes local time of the
+    // years 100 to 9999 and answers its MJD. An impossible date or clock time answers 0 and leaves the
     // object.
     double ScanTime(CString const& text, CString const& format);
 
@@ -234,6 +243,7 @@ class TOV_CORE_API CTovTimeSpan : public CObject, public CTimeSpan {
     CTovTimeSpan() = default;
     CTovTimeSpan(CTimeSpan const& span) : CTimeSpan(span) {}
     explicit CTovTimeSpan(std::int64_t seconds);
+    explicit CTovTimeSpan(int seconds) : CTovTimeSpan(std::int64_t{seconds}) {}
     CTovTimeSpan(long days, int hours, int minutes, int seconds);
     explicit CTovTimeSpan(double days);
     CTovTimeSpan(int gpsWeeks, double const& seconds);
@@ -245,14 +255,20 @@ class TOV_CORE_API CTovTimeSpan : public CObject, public CTimeSpan {
 
     // By their days, with the tolerance of TovCompare.
     friend bool operator==(CTovTimeSpan const& a, CTovTimeSpan const& b) { return Compare(a, b) == 0; }
+    friend bool operator==(CTovTimeSpan const& a, CTimeSpan const& b) { return a == CTovTimeSpan(b); }
     friend std::weak_ordering operator<=>(CTovTimeSpan const& a, CTovTimeSpan const& b) {
         return Compare(a, b) <=> 0;
     }
+    friend std::weak_ordering operator<=>(CTovTimeSpan const& a, CTimeSpan const& b) {
+        return a <=> CTovTimeSpan(b);
+    }
 
-    // The part below the second, with the sign of the span: -1 < f < 1 s. Setting ignores what is outside.
+    // The part below the second, with the sign of the span: -1 < f < 1 s. Setting ignores what is outside,
+    // and a sign against that of the seconds.
     double GetFracSecond() const { return m_dFracSecond; }
     void SetFracSecond(double fraction) {
-        if (fraction > -1 && fraction < 1) m_dFracSecond = fraction;
+        bool const isAgainst = GetTimeSpan() > 0 ? fraction < 0 : GetTimeSpan() < 0 && fraction > 0;
+        if (fraction > -1 && fraction < 1 && !isAgainst) m_dFracSecond = fraction;
     }
 
     // Of either sign; beyond 10^14 days nothing is set.
@@ -260,13 +276,15 @@ class TOV_CORE_API CTovTimeSpan : public CObject, public CTimeSpan {
 
     // Weeks and seconds of the week.
     void SetGpsTimeSpan(int week, double const& seconds);
-    int GetGpsTimeSpan(int& week, double& seconds) const;  // answers 1
+    // Answers 1; 0, and zeros, for more weeks than an int counts.
+    int GetGpsTimeSpan(int& week, double& seconds) const;
 
     // Rounds the object and answers its days.
     double Round(int round);
 
     // Formats are those of CTimeSpan::Format; "%H" and "%h" are the hours of the day beside "%D", else all.
     CString Format(char const* format, int round = 0) const;
+    CString Format(CString const& format, int round = 0) const { return Format(format.c_str(), round); }
     CString Format(HINSTANCE module, unsigned int id, int round = 0) const;
 
  private:
