@@ -33,7 +33,7 @@ std::string Sides(int width, int height) {
     auto const number = [](int value, int bytes) {
         std::string text;
         for (int i = 0; i < bytes; ++i)
-            text += static_cast<char>(value >> 8 * i);
+            text += static_cast<char>(i < 4 ? value >> 8 * i : 0);
         return text;
     };
     std::string file = "BM" + number(0, 8) + number(54, 4) + number(40, 4) + number(width, 4) +
