@@ -28,6 +28,22 @@ CPoint CDC::SetBrushOrg(CPoint const& origin) {
     return std::exchange(m_brushOrigin, origin);
 }
 
+int CDC::GetDeviceCaps(int) const {
+    return 0;
+}
+
+CSize CDC::GetTextExtent(char const*) const {
+    return {};
+}
+
+int CDC::TextOut(int, int, char const*) {
+    return 0;
+}
+
+COLORREF CDC::SetTextColor(COLORREF color) {
+    return std::exchange(m_textColor, color);
+}
+
 int CDC::HasAttributeDC() const {
     return 0;
 }

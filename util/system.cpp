@@ -37,6 +37,10 @@ CSize ITovSystem::GetTextExtent(HFONT, char const*) {
     return {};
 }
 
+std::uint32_t ITovSystem::GetSysColor(int) {
+    return 0;
+}
+
 HWND TovGetFocus() {
     return TovGetSystem()->GetFocus();
 }

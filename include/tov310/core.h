@@ -18,6 +18,7 @@
 #include <tov310/file.h>
 #include <tov310/file_list.h>
 #include <tov310/find_data.h>
+#include <tov310/fitted_text.h>
 #include <tov310/format.h>
 #include <tov310/geometry.h>
 #include <tov310/help_app.h>
@@ -35,6 +36,7 @@
 #include <tov310/mime.h>
 #include <tov310/object.h>
 #include <tov310/packed_angle.h>
+#include <tov310/paper.h>
 #include <tov310/path.h>
 #include <tov310/pixels.h>
 #include <tov310/plugin.h>

@@ -16,6 +16,12 @@ inline constexpr int WHITEONBLACK = 2;  // of several the lightest (bit by bit)
 inline constexpr int COLORONCOLOR = 3;  // one of several
 inline constexpr int HALFTONE = 4;      // their mean
 
+// What GetDeviceCaps tells of a device.
+inline constexpr int HORZRES = 8;      // its width in dots; of a printer the printable one
+inline constexpr int VERTRES = 10;     // its height in dots, likewise
+inline constexpr int LOGPIXELSX = 88;  // dots an inch across
+inline constexpr int LOGPIXELSY = 90;  // dots an inch down
+
 // A device to draw on. Places are pixels of the device, from its left and top.
 //
 // Drawing functions answer non-zero, or 0 where nothing was drawn, as this class does itself. Pixels are
@@ -58,7 +64,22 @@ class TOV_CORE_API CDC : public CObject {
     // one: while printing and in a print preview.
     virtual int HasAttributeDC() const;
 
+    // A number about the device; 0 where it is not known.
+    virtual int GetDeviceCaps(int index) const;
+
+    // The extent of a text in the present font, in pixels; 0 without one.
+    virtual CSize GetTextExtent(char const* text) const;
+
+    // Draws a text with its left top corner at (x, y), in the present font and colour of texts. The
+    // background stays.
+    virtual int TextOut(int x, int y, char const* text);
+
+    // Black at first. Answers the former one.
+    virtual COLORREF SetTextColor(COLORREF color);
+    COLORREF GetTextColor() const { return m_textColor; }
+
  private:
+    COLORREF m_textColor = 0;
     int m_nStretchMode = COLORONCOLOR;
     CPoint m_brushOrigin;
 };

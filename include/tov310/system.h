@@ -7,8 +7,12 @@
 
 namespace tov {
 
-// A font of the toolkit; null is the usual one. Borrowed wherever it is handed over.
-using HFONT = struct CTovNativeFont const*;
+// Colours of the system by number.
+inline constexpr int COLOR_BTNFACE = 15;
+inline constexpr int COLOR_BTNSHADOW = 16;
+inline constexpr int COLOR_BTNHIGHLIGHT = 20;
+inline constexpr int COLOR_INFOTEXT = 23;
+inline constexpr int COLOR_INFOBK = 24;
 
 // Each operation does nothing, or answers that there is nothing, where it is not overridden: without a screen
 // it is so. Those on cursors may be called from every thread, one at a time, and must not come back into what
@@ -29,6 +33,9 @@ class TOV_CORE_API ITovSystem {
 
     // The extent of a text in a font, in pixels of the screen.
     virtual CSize GetTextExtent(HFONT font, char const* text);
+
+    // One of the system's colours, 0x00BBGGRR.
+    virtual std::uint32_t GetSysColor(int index);
 
  protected:
     ITovSystem() = default;

@@ -26,6 +26,9 @@ struct HWND {
     friend constexpr auto operator<=>(HWND const&, HWND const&) = default;
 };
 
+// A font of the toolkit; null is the usual one. Borrowed wherever it is handed over.
+using HFONT = struct CTovNativeFont const*;
+
 // A message on its way.
 struct tagMSG {
     HWND hwnd;

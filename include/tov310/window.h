@@ -121,6 +121,9 @@ class TOV_CORE_API CWnd : public CCmdTarget {
     virtual CRect GetWindowRect() const { return {}; }
     virtual CRect GetClientRect() const { return {}; }
 
+    // The font of its texts.
+    virtual HFONT GetFont() const { return nullptr; }
+
     // Has it painted anew; the flags are the RDW_ bits of styles.h.
     virtual void RedrawWindow(unsigned /*flags*/) {}
 
