@@ -31,8 +31,13 @@ struct ApartLimits {
 
 // Runs `work` in a copy of this process and meanwhile `take` in this one, which reads what the other writes;
 // answers what `take` answers, and false where there could be no copy. The copy holds only the calling thread
-// and ends behind `work`, when a limit is reached or when nobody reads any more, whatever state it is in. It
-// cannot write files or say anything on standard error, and nothing that it does is seen here.
+// and ends behind `work`, when a limit is reached, when nobody reads any more or when this process has ended,
+// whatever state it is in.
+//
+// The copy has no file of this process open but the pipe, no memory that it could write to but what is shared
+// between processes, and standard input and output lead nowhere. No file grows by it. It keeps the rights of
+// this process, though, and could empty or remove files that these reach: it is a shelter from faults, and no
+// prison for a program that somebody has taken over.
 bool VeskRunApart(ApartLimits const& limits, std::function<void(ApartPipe&)> const& work,
                   std::function<bool(ApartPipe&)> const& take);
 
