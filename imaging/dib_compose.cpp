@@ -75,7 +75,7 @@ static_assert(static_cast<int>(PixelOperation::kBlend) == 0 &&
               static_cast<int>(PixelOperation::kMultiply) == 7);
 
 int CTovDib::Compose(Mode mode, CTovDib const* src, int x, int y, int amount) {
-    return ChkSrcSize(src) && ComposeRect(mode, src, src->Whole(), CPoint(x, y), amount);
+    return ChkSrcSize(src) && ComposeRect(mode, src, 0, 0, src->m_nWidth, src->m_nHeight, x, y, amount);
 }
 
 int CTovDib::ComposeRect(Mode mode, CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y,
@@ -134,7 +134,8 @@ int CTovDib::FillAlphaGradientRect(int x, int y, int w, int h, int a1, int a2, i
     float const step = (to - from) / static_cast<float>(horizontal ? w : h);
     float value = from;
     auto const next = [&value, step] {
-        auto const alpha = static_cast<std::uint32_t>(static_cast<int>(value)) << 24;
+        // Over very long rows the roundings carry a sum beyond what a byte holds.
+        auto const alpha = AsByte(static_cast<int>(value)) << 24;
         value += step;
         return alpha;
     };

@@ -84,7 +84,7 @@ void ComposeRows(PixelRows const& rows, PixelOperation operation, PixelArguments
 
 namespace {
 
-// What the walk found in one row of the band.
+// What the walk found in one row of the band: `index` belongs to its first column.
 struct WalkedRow {
     std::uint32_t const* index;
     std::size_t pitch;
@@ -95,7 +95,7 @@ struct WalkedRow {
 
 void Gather(std::uint32_t* to, std::uint32_t const* from, WalkedRow const& row) {
     for (std::size_t i = 0; i < row.inside; ++i)
-        to[i] = from[row.index[i * row.pitch]];
+        to[i] = from[row.index[(row.before + i) * row.pitch]];
 }
 
 void StretchRow(std::uint32_t* to, std::uint32_t const* from, WalkedRow const& row, PixelStretch const& how,
@@ -134,8 +134,8 @@ void StretchPixels(CTovPixels& to, CTovPixels const& from, PixelWalk const& firs
             std::size_t const columns = std::min(width - x, PixelBand::mostColumns);
             loops.walk(band, walk, columns);
             for (int lane = 0; lane < count; ++lane) {
-                auto const before = static_cast<std::size_t>(band.before[lane]);
-                WalkedRow const row{band.index + before * loops.rows + lane, loops.rows, before,
+                WalkedRow const row{band.index + lane, loops.rows,
+                                    static_cast<std::size_t>(band.before[lane]),
                                     static_cast<std::size_t>(band.inside[lane]), columns};
                 StretchRow(to.GetRow(y + lane) + x, from.GetBits(), row, how, loops);
             }

@@ -26,9 +26,9 @@ struct PixelStretch;
 // Copying an object shares its pixels: what one draws the other shows. They live until the last object that
 // has them is gone or has been given others. An image is used by one thread at a time.
 //
-// Functions answer 1, or 0 with nothing changed: for null, for an image without pixels, and where nothing is
-// left of a rectangle when it has been clipped to the images. Colours are 0x00BBGGRR; amounts and alphas are
-// 0 to 255 and limited to that.
+// Functions that draw answer 1, or 0 with nothing changed: for null, for an image without pixels, and where
+// nothing is left of a rectangle when it has been clipped to the images. Colours are 0x00BBGGRR; amounts and
+// alphas are 0 to 255 and limited to that.
 class TOV_CORE_API CTovDib {
  public:
     CTovDib() = default;
@@ -69,10 +69,14 @@ class TOV_CORE_API CTovDib {
     int Create(CDC* dc, CBitmap* bitmap, int topDown);
     int Create(CDC* dc, HINSTANCE module, unsigned int id, int topDown);
     int Create(CDC* dc, char const* path, int topDown);
-    // Resize, and a copy of the pixels.
+    // Resize to the other image, and a copy of its memory rows. Where the sizes are equal no pixels are made:
+    // the direction of rows stays, and objects that share this image's pixels show the copy too (one that
+    // shares them with `from` still does).
     int Create(CTovDib const* from);
-    // Create where the size differs (a negative height differs from every size); otherwise nothing happens.
-    // The second takes the size and the direction of rows of another image.
+    // Create where the size differs; otherwise nothing happens, and pixels and direction of rows stay. The
+    // first compares the height as it is given, so that a negative one always differs, and the size 0, 0 is
+    // that of an image without pixels: 1. The second compares the sizes, and where they differ takes the
+    // direction of rows too.
     int Resize(int width, int height);
     int Resize(CTovDib const* like);
     // Gives the pixels up.
@@ -199,15 +203,15 @@ class TOV_CORE_API CTovDib {
     }
     // Blend and Blend50 with a colour.
     int FillBlend(COLORREF color, int amount) { return Blend(color, amount); }
-    template <class... Where>
-    int FillBlendRect(COLORREF color, Where const&... whereAndAmount) {
-        return BlendRect(color, whereAndAmount...);
+    int FillBlendRect(COLORREF color, int x, int y, int w, int h, int amount) {
+        return BlendRect(color, x, y, w, h, amount);
+    }
+    int FillBlendRect(COLORREF color, CRect const& where, int amount) {
+        return BlendRect(color, where, amount);
     }
     int FillBlend50(COLORREF color) { return Blend50(color); }
-    template <class... Where>
-    int FillBlend50Rect(COLORREF color, Where const&... where) {
-        return Blend50Rect(color, where...);
-    }
+    int FillBlend50Rect(COLORREF color, int x, int y, int w, int h) { return Blend50Rect(color, x, y, w, h); }
+    int FillBlend50Rect(COLORREF color, CRect const& where) { return Blend50Rect(color, where); }
     // Gives every second pixel a colour, whose top byte becomes the alpha: where the sum of column and row,
     // counted from the corner of the rectangle, is odd.
     int FillStippled(COLORREF color) { return FillStippledRect(color, Whole()); }
@@ -223,7 +227,8 @@ class TOV_CORE_API CTovDib {
     }
     // Sets the alpha to values from a1 at the left towards a2 at the right, or from a2 in the first memory
     // row towards a1 in the last, in equal steps over the rectangle as it is cut to the image; each is a sum
-    // of steps in single precision, cut to a whole number.
+    // of steps in single precision, cut to a whole number. (Over hundreds of thousands of pixels the
+    // roundings of such a sum add up to whole numbers; what would leave 0 to 255 is limited to it.)
     int FillAlphaGradient(int a1, int a2, int horizontal) {
         return FillAlphaGradientRect(Whole(), a1, a2, horizontal);
     }
@@ -271,79 +276,140 @@ class TOV_CORE_API CTovDib {
     // The alpha of this image stays, but for Blend50. The source may be this image: what comes out is as if
     // it had been copied before.
     //
-    // The arguments, which Blend has an amount behind, are one of
-    //   Darken(CTovDib const* src)                      the first pixel of the source at (0, 0)
-    //   Darken(CTovDib const* src, int x, int y)        or elsewhere
-    //   Darken(CTovDib const* src, CPoint to)
-    //   Darken(COLORREF color)
-    //   DarkenRect(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y)
-    //   DarkenRect(CTovDib const* src, CRect from, CPoint to)
-    //   DarkenRect(COLORREF color, int x, int y, int w, int h)
-    //   DarkenRect(COLORREF color, CRect where)
+    // With an image: all of it with its first pixel at a place of this image, where only the part that falls
+    // on this image counts (unlike CopyFromDib, which begins with the first pixel of the source
+    // nevertheless), or, in the forms ...Rect, a part of it, cut to both images. With a colour, which may be
+    // an integer of any type so that 0 is black and no null image: all pixels, or a rectangle.
 
-    template <class... Arguments>
-    int Blend(Arguments const&... arguments) {
-        return Compose(Mode::kBlend, arguments...);
+    int Blend(CTovDib const* src, int amount) { return Blend(src, 0, 0, amount); }
+    int Blend(CTovDib const* src, int x, int y, int amount) {
+        return Compose(Mode::kBlend, src, x, y, amount);
     }
-    template <class... Arguments>
-    int BlendRect(Arguments const&... arguments) {
-        return ComposeRect(Mode::kBlend, arguments...);
+    int Blend(CTovDib const* src, CPoint const& to, int amount) { return Blend(src, to.x, to.y, amount); }
+    int Blend(std::integral auto color, int amount) { return BlendRect(color, Whole(), amount); }
+    int BlendRect(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y, int amount) {
+        return ComposeRect(Mode::kBlend, src, xSrc, ySrc, w, h, x, y, amount);
     }
-    template <class... Arguments>
-    int Blend50(Arguments const&... arguments) {
-        return Compose(Mode::kBlend50, arguments..., 0);
+    int BlendRect(CTovDib const* src, CRect const& from, CPoint const& to, int amount) {
+        return BlendRect(src, from.left, from.top, from.Width(), from.Height(), to.x, to.y, amount);
     }
-    template <class... Arguments>
-    int Blend50Rect(Arguments const&... arguments) {
-        return ComposeRect(Mode::kBlend50, arguments..., 0);
+    int BlendRect(std::integral auto color, int x, int y, int w, int h, int amount) {
+        return ComposeColor(Mode::kBlend, static_cast<COLORREF>(color), x, y, w, h, amount);
     }
-    template <class... Arguments>
-    int Darken(Arguments const&... arguments) {
-        return Compose(Mode::kDarken, arguments..., 0);
+    int BlendRect(std::integral auto color, CRect const& where, int amount) {
+        return BlendRect(color, where.left, where.top, where.Width(), where.Height(), amount);
     }
-    template <class... Arguments>
-    int DarkenRect(Arguments const&... arguments) {
-        return ComposeRect(Mode::kDarken, arguments..., 0);
+
+    int Blend50(CTovDib const* src, int x = 0, int y = 0) { return Compose(Mode::kBlend50, src, x, y); }
+    int Blend50(CTovDib const* src, CPoint const& to) { return Blend50(src, to.x, to.y); }
+    int Blend50(std::integral auto color) { return Blend50Rect(color, Whole()); }
+    int Blend50Rect(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y) {
+        return ComposeRect(Mode::kBlend50, src, xSrc, ySrc, w, h, x, y);
     }
-    template <class... Arguments>
-    int Lighten(Arguments const&... arguments) {
-        return Compose(Mode::kLighten, arguments..., 0);
+    int Blend50Rect(CTovDib const* src, CRect const& from, CPoint const& to) {
+        return Blend50Rect(src, from.left, from.top, from.Width(), from.Height(), to.x, to.y);
     }
-    template <class... Arguments>
-    int LightenRect(Arguments const&... arguments) {
-        return ComposeRect(Mode::kLighten, arguments..., 0);
+    int Blend50Rect(std::integral auto color, int x, int y, int w, int h) {
+        return ComposeColor(Mode::kBlend50, static_cast<COLORREF>(color), x, y, w, h);
     }
-    template <class... Arguments>
-    int Screen(Arguments const&... arguments) {
-        return Compose(Mode::kScreen, arguments..., 0);
+    int Blend50Rect(std::integral auto color, CRect const& where) {
+        return Blend50Rect(color, where.left, where.top, where.Width(), where.Height());
     }
-    template <class... Arguments>
-    int ScreenRect(Arguments const&... arguments) {
-        return ComposeRect(Mode::kScreen, arguments..., 0);
+
+    int Darken(CTovDib const* src, int x = 0, int y = 0) { return Compose(Mode::kDarken, src, x, y); }
+    int Darken(CTovDib const* src, CPoint const& to) { return Darken(src, to.x, to.y); }
+    int Darken(std::integral auto color) { return DarkenRect(color, Whole()); }
+    int DarkenRect(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y) {
+        return ComposeRect(Mode::kDarken, src, xSrc, ySrc, w, h, x, y);
     }
-    template <class... Arguments>
-    int Add(Arguments const&... arguments) {
-        return Compose(Mode::kAdd, arguments..., 0);
+    int DarkenRect(CTovDib const* src, CRect const& from, CPoint const& to) {
+        return DarkenRect(src, from.left, from.top, from.Width(), from.Height(), to.x, to.y);
     }
-    template <class... Arguments>
-    int AddRect(Arguments const&... arguments) {
-        return ComposeRect(Mode::kAdd, arguments..., 0);
+    int DarkenRect(std::integral auto color, int x, int y, int w, int h) {
+        return ComposeColor(Mode::kDarken, static_cast<COLORREF>(color), x, y, w, h);
     }
-    template <class... Arguments>
-    int Difference(Arguments const&... arguments) {
-        return Compose(Mode::kDifference, arguments..., 0);
+    int DarkenRect(std::integral auto color, CRect const& where) {
+        return DarkenRect(color, where.left, where.top, where.Width(), where.Height());
     }
-    template <class... Arguments>
-    int DifferenceRect(Arguments const&... arguments) {
-        return ComposeRect(Mode::kDifference, arguments..., 0);
+
+    int Lighten(CTovDib const* src, int x = 0, int y = 0) { return Compose(Mode::kLighten, src, x, y); }
+    int Lighten(CTovDib const* src, CPoint const& to) { return Lighten(src, to.x, to.y); }
+    int Lighten(std::integral auto color) { return LightenRect(color, Whole()); }
+    int LightenRect(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y) {
+        return ComposeRect(Mode::kLighten, src, xSrc, ySrc, w, h, x, y);
     }
-    template <class... Arguments>
-    int Multiply(Arguments const&... arguments) {
-        return Compose(Mode::kMultiply, arguments..., 0);
+    int LightenRect(CTovDib const* src, CRect const& from, CPoint const& to) {
+        return LightenRect(src, from.left, from.top, from.Width(), from.Height(), to.x, to.y);
     }
-    template <class... Arguments>
-    int MultiplyRect(Arguments const&... arguments) {
-        return ComposeRect(Mode::kMultiply, arguments..., 0);
+    int LightenRect(std::integral auto color, int x, int y, int w, int h) {
+        return ComposeColor(Mode::kLighten, static_cast<COLORREF>(color), x, y, w, h);
+    }
+    int LightenRect(std::integral auto color, CRect const& where) {
+        return LightenRect(color, where.left, where.top, where.Width(), where.Height());
+    }
+
+    int Screen(CTovDib const* src, int x = 0, int y = 0) { return Compose(Mode::kScreen, src, x, y); }
+    int Screen(CTovDib const* src, CPoint const& to) { return Screen(src, to.x, to.y); }
+    int Screen(std::integral auto color) { return ScreenRect(color, Whole()); }
+    int ScreenRect(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y) {
+        return ComposeRect(Mode::kScreen, src, xSrc, ySrc, w, h, x, y);
+    }
+    int ScreenRect(CTovDib const* src, CRect const& from, CPoint const& to) {
+        return ScreenRect(src, from.left, from.top, from.Width(), from.Height(), to.x, to.y);
+    }
+    int ScreenRect(std::integral auto color, int x, int y, int w, int h) {
+        return ComposeColor(Mode::kScreen, static_cast<COLORREF>(color), x, y, w, h);
+    }
+    int ScreenRect(std::integral auto color, CRect const& where) {
+        return ScreenRect(color, where.left, where.top, where.Width(), where.Height());
+    }
+
+    int Add(CTovDib const* src, int x = 0, int y = 0) { return Compose(Mode::kAdd, src, x, y); }
+    int Add(CTovDib const* src, CPoint const& to) { return Add(src, to.x, to.y); }
+    int Add(std::integral auto color) { return AddRect(color, Whole()); }
+    int AddRect(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y) {
+        return ComposeRect(Mode::kAdd, src, xSrc, ySrc, w, h, x, y);
+    }
+    int AddRect(CTovDib const* src, CRect const& from, CPoint const& to) {
+        return AddRect(src, from.left, from.top, from.Width(), from.Height(), to.x, to.y);
+    }
+    int AddRect(std::integral auto color, int x, int y, int w, int h) {
+        return ComposeColor(Mode::kAdd, static_cast<COLORREF>(color), x, y, w, h);
+    }
+    int AddRect(std::integral auto color, CRect const& where) {
+        return AddRect(color, where.left, where.top, where.Width(), where.Height());
+    }
+
+    int Difference(CTovDib const* src, int x = 0, int y = 0) { return Compose(Mode::kDifference, src, x, y); }
+    int Difference(CTovDib const* src, CPoint const& to) { return Difference(src, to.x, to.y); }
+    int Difference(std::integral auto color) { return DifferenceRect(color, Whole()); }
+    int DifferenceRect(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y) {
+        return ComposeRect(Mode::kDifference, src, xSrc, ySrc, w, h, x, y);
+    }
+    int DifferenceRect(CTovDib const* src, CRect const& from, CPoint const& to) {
+        return DifferenceRect(src, from.left, from.top, from.Width(), from.Height(), to.x, to.y);
+    }
+    int DifferenceRect(std::integral auto color, int x, int y, int w, int h) {
+        return ComposeColor(Mode::kDifference, static_cast<COLORREF>(color), x, y, w, h);
+    }
+    int DifferenceRect(std::integral auto color, CRect const& where) {
+        return DifferenceRect(color, where.left, where.top, where.Width(), where.Height());
+    }
+
+    int Multiply(CTovDib const* src, int x = 0, int y = 0) { return Compose(Mode::kMultiply, src, x, y); }
+    int Multiply(CTovDib const* src, CPoint const& to) { return Multiply(src, to.x, to.y); }
+    int Multiply(std::integral auto color) { return MultiplyRect(color, Whole()); }
+    int MultiplyRect(CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y) {
+        return ComposeRect(Mode::kMultiply, src, xSrc, ySrc, w, h, x, y);
+    }
+    int MultiplyRect(CTovDib const* src, CRect const& from, CPoint const& to) {
+        return MultiplyRect(src, from.left, from.top, from.Width(), from.Height(), to.x, to.y);
+    }
+    int MultiplyRect(std::integral auto color, int x, int y, int w, int h) {
+        return ComposeColor(Mode::kMultiply, static_cast<COLORREF>(color), x, y, w, h);
+    }
+    int MultiplyRect(std::integral auto color, CRect const& where) {
+        return MultiplyRect(color, where.left, where.top, where.Width(), where.Height());
     }
 
  private:
@@ -351,30 +417,10 @@ class TOV_CORE_API CTovDib {
 
     CRect Whole() const { return {0, 0, m_nWidth, m_nHeight}; }
 
-    int Compose(Mode mode, CTovDib const* src, int amount) { return Compose(mode, src, 0, 0, amount); }
-    int Compose(Mode mode, CTovDib const* src, int x, int y, int amount);
-    int Compose(Mode mode, CTovDib const* src, CPoint const& to, int amount) {
-        return Compose(mode, src, to.x, to.y, amount);
-    }
-    template <std::integral Color>
-    int Compose(Mode mode, Color color, int amount) {
-        return ComposeRect(mode, color, Whole(), amount);
-    }
+    int Compose(Mode mode, CTovDib const* src, int x, int y, int amount = 0);
     int ComposeRect(Mode mode, CTovDib const* src, int xSrc, int ySrc, int w, int h, int x, int y,
-                    int amount);
-    int ComposeRect(Mode mode, CTovDib const* src, CRect const& from, CPoint const& to, int amount) {
-        return ComposeRect(mode, src, from.left, from.top, from.Width(), from.Height(), to.x, to.y, amount);
-    }
-    // A template, so that the colour 0 is not taken for a null image.
-    template <std::integral Color>
-    int ComposeRect(Mode mode, Color color, int x, int y, int w, int h, int amount) {
-        return ComposeColor(mode, static_cast<COLORREF>(color), x, y, w, h, amount);
-    }
-    template <std::integral Color>
-    int ComposeRect(Mode mode, Color color, CRect const& where, int amount) {
-        return ComposeRect(mode, color, where.left, where.top, where.Width(), where.Height(), amount);
-    }
-    int ComposeColor(Mode mode, COLORREF color, int x, int y, int w, int h, int amount);
+                    int amount = 0);
+    int ComposeColor(Mode mode, COLORREF color, int x, int y, int w, int h, int amount = 0);
 
     // Checks, and what is left of rectangles.
     int ChkDstSizeRect(int& x, int& y, int& w, int& h) const {

@@ -2,7 +2,9 @@
 // logical, map and image coordinates.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <utility>
 
 namespace tov {
@@ -72,9 +74,16 @@ struct CRect {
     int right = 0;
     int bottom = 0;
 
-    constexpr int Width() const { return right - left; }
-    constexpr int Height() const { return bottom - top; }
+    // Negative where the sides are exchanged; limited to the range of int.
+    constexpr int Width() const { return Extent(left, right); }
+    constexpr int Height() const { return Extent(top, bottom); }
     friend constexpr bool operator==(CRect const&, CRect const&) = default;
+
+ private:
+    static constexpr int Extent(int from, int to) {
+        return static_cast<int>(
+            std::clamp<std::int64_t>(std::int64_t{to} - from, -2147483647 - 1, 2147483647));
+    }
 };
 
 // Device coordinate to pixel: to the nearest, a half to the even one (std::rint in the default rounding
