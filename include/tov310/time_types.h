@@ -75,8 +75,8 @@ class TOV_CORE_API CTimeSpan {
 // at the ends of these.
 //
 // Fields are those of the local clock, by the rules of the process's time zone: the environment's TZ as the
-// library found it when it was loaded. A later change of it holds from tzset on, or from when mktime looks at
-// it again, as it does for some of the fields that are given here. Of these,
+// library found it when it was loaded. A later change of it holds from the next tzset on, or from when fields
+// are given here. Of these,
 //
 //   isDst   tells whether daylight saving time is in force: 1 yes, 0 no, -1 as the rules say. A clock time
 //           that comes twice is then the earlier one, and one that the clocks leave out is as much behind
