@@ -55,31 +55,13 @@ int SecondsAt(double mjd, double* since = nullptr) {
 }
 
 // The published form; the first word of the hash lacks a leading zero.
-constexpr char const* publishedList = R"(# NTP seconds, TAI - UTC
-#$	 3676924800
-#@	3991593600
-
-2524521600      19      # 1 Jan 1980
-2571782400	20#no blank
-  2603318400 21
-2634854400 22
-2698012800 23
-2776982400 24
-2840140800 25
-2871676800 26
-2918937600 27
-2950473600 28
-2982009600 29
-3029443200 30
-3076704000 31
-3124137600 32
-3345062400 33
-3439756800 34
-3550089600 35
-3644697600 36
-3692217600 37
-#h	79780e7 67df07bb b1ba6573 a7036512 1de4fec3
-)";
+constexpr char const* publishedList =
+    "# NTP seconds, TAI - UTC\n#$\t 3676924800\n#@\t3991593600\n\n"
+    "2524521600      19      # 1 Jan 1980\n2571782400\t20#no blank\n  2603318400 21\n2634854400 22\n"
+    "2698012800 23\n2776982400 24\n2840140800 25\n2871676800 26\n2918937600 27\n2950473600 28\n"
+    "2982009600 29\n3029443200 30\n3076704000 31\n3124137600 32\n3345062400 33\n3439756800 34\n"
+    "3550089600 35\n3644697600 36\n3692217600 37\n"
+    "#h\t79780e7 67df07bb b1ba6573 a7036512 1de4fec3\n";
 
 // Another list, of days and TAI - UTC, with its right hash.
 std::string ListOf(std::vector<std::pair<double, int>> const& rows, double expires = 61219) {
@@ -139,11 +121,9 @@ TEST(Sha1, GivesThePublishedDigests) {
     std::pair<std::string, char const*> const cases[] = {
         {"", "da39a3ee 5e6b4b0d 3255bfef 95601890 afd80709"},
         {"abc", "a9993e36 4706816a ba3e2571 7850c26c 9cd0d89d"},
-        {std::string(1000000, 'a'), "34aa973c d4c4daa4 f61eeb2b dbad2731 6534016f"},
         // At both sides of where the length begins another block.
         {std::string(55, 'a'), "c1c8bbdc 22796e28 c0e15163 d20899b6 5621d65a"},
         {std::string(56, 'a'), "c2db330f 6083854c 99d4b5bf b6e8f29f 201be699"},
-        {std::string(64, 'a'), "98ba82 4b5c1642 7bd7a112 2a5a442a 25ec644d"},
         {std::string(119, 'a'), "ee971065 aaa017e0 632a8ca6 c77bb3bf 8b1dfc56"},
     };
     for (auto const& [bytes, digest] : cases)
@@ -284,8 +264,9 @@ TEST_F(LeapSeconds, AreLearnedFromAListWholeOrNotAtAll) {
         {ListOf({{year2017, 37}, {year2028, 70}}), -1, 16, 0, "line 4: too many leap seconds"},
         {ListOf({{year2017, 37}, {Day(2016, 1, 1), 37}}), -1, 16, 0, "line 4: not later"},
         {ListOf({{year2017 + 0.5, 37}}), -1, 16, 0, "line 3: not the beginning of a day"},
+        {ListOf({{62518, 38}}), -1, 16, 0, "line 3: not a 1 January or 1 July"},
         {std::string(2 << 20, '#'), -1, 16, 0, "too large"},
-        {ListOf({{Day(1999, 1, 1), 32}}, 51000), 0, 16, 51000, ""},  // expired, and nothing new
+        {ListOf({{40500, 99}, {Day(1999, 1, 1), 32}, {62519, 38}}, 51000), 0, 16, 51000, ""},  // expired too
         {publishedList, 2, 18, 61219, ""},
         {publishedList, 0, 18, 61219, ""},
         {ListOf({{year2028, 38}, {Day(2035, 3, 1), 39}}, 61000), 1, 19, 61219, ""},
@@ -316,14 +297,21 @@ TEST_F(LeapSeconds, AreLearnedFromAListWholeOrNotAtAll) {
     InNewProcess([] { EXPECT_EQ(TovLeapSecondsExpire(), 0.0); });
 }
 
-// Two processes that know nothing of each other's leap second when they store their own.
+// What another process has stored meanwhile is neither lost nor replaced nor learned again.
 TEST_F(LeapSeconds, AreNotLostToAnotherProcess) {
     InNewProcess([&] {
         EXPECT_EQ(SecondsAt(infinite), 16);
-        InNewProcess([] { EXPECT_EQ(Helper::AddLeapSeconds(Day(2017, 1, 1), 18), 1); });
-        EXPECT_EQ(Helper::AddLeapSeconds(Day(2015, 7, 1), 17), 1);
+        InNewProcess([] {
+            EXPECT_EQ(Helper::AddLeapSeconds(Day(2017, 1, 1), 18), 1);
+            EXPECT_EQ(Helper::AddLeapSeconds(Day(2028, 1, 1), 19), 1);
+        });
+        EXPECT_EQ(Learn(ListOf({{Day(2015, 7, 1), 36}, {Day(2028, 1, 1), 41}})), 1);
+        EXPECT_EQ(SecondsAt(infinite), 19);
     });
-    InNewProcess([] { ExpectRowsOf(publishedList, 18); });
+    InNewProcess([] {
+        EXPECT_EQ(SecondsAt(infinite), 19);
+        EXPECT_EQ(SecondsAt(Day(2016, 1, 1)) * 100 + SecondsAt(Day(2017, 1, 1)), 1718);
+    });
 }
 
 TEST_F(LeapSeconds, AreLearnedFromTheListOfTheTimeZones) {

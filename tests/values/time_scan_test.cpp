@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <cstring>
 #include <random>
+#include <string>
 
 namespace tov {
 namespace {
@@ -63,6 +63,9 @@ TEST(ScanTime, ReadsWhatTheCodesAskFor) {
         {"24:00", "%H:%M", ""},
         {"61", "%s", ""},
         {"1e999", "%s", ""},
+        {"1e-400", "%s", "2000-01-01 00:00:00"},
+        {"on 5.6.2026", "%d.%m.%Y", "2000-01-01 00:00:00"},
+        {"5. Aug 2026", "%d %Y %m", "2000-01-05 00:00:00"},
         {"nan", "%s", "2000-01-01 00:00:00"},
         {"1e300", "%D", ""},
     };
@@ -80,30 +83,32 @@ TEST(ScanTime, ReadsWhatTheCodesAskFor) {
     }
 }
 
+struct ScanTimeIn : testing::TestWithParam<char const*> {
+    ~ScanTimeIn() override { std::setlocale(LC_TIME, "C"); }
+};
+INSTANTIATE_TEST_SUITE_P(Locales, ScanTimeIn,
+                         testing::Values("C", "de_DE.UTF-8", "en_US.UTF-8", "zh_CN.UTF-8"),
+                         [](auto const& locale) { return std::string(locale.param).substr(0, 2); });
+
 // All but midnight on a clock of 12 hours, locales without names for the halves of a day, and 1970 as "70".
-TEST(ScanTime, ReadsBackWhatIsPrinted) {
-    for (char const* locale : {"C", "de_DE.UTF-8", "zh_CN.UTF-8"}) {
-        if (std::setlocale(LC_TIME, locale) == nullptr) continue;
-        for (char const* name : {"UTC0", "Europe/Berlin", "Pacific/Apia"}) {
-            TimeZone const zone(name);
-            std::mt19937 random(8);
-            for (int i = 0; i < 20'000; ++i) {
-                CTovTime const time(CTime(172'800 + static_cast<std::int64_t>(random() % 1'890'000'000)));
-                std::tm fields{};
-                time.GetLocalTm(&fields);
-                auto const format = random() % 32;
-                if ((format & 2) != 0 && (fields.tm_hour == 0 || std::strcmp(locale, "de_DE.UTF-8") == 0))
-                    continue;
-                if ((format & 4) != 0 && fields.tm_year == 70) continue;
-                auto const index = static_cast<eTimeFormat>(format);
-                CTovTime read(0.0);
-                ASSERT_EQ(read.ScanTime(time.Format(index), CTovTime::TimeFormat(index)), time)
-                    << locale << " " << name << " " << time.Format(index);
-                ASSERT_EQ(read.Format(shown), time.Format(shown));
-            }
+TEST_P(ScanTimeIn, ReadsBackWhatIsPrinted) {
+    if (std::setlocale(LC_TIME, GetParam()) == nullptr) GTEST_SKIP() << "there is no locale " << GetParam();
+    for (char const* name : {"UTC0", "Europe/Berlin", "Pacific/Apia"}) {
+        TimeZone const zone(name);
+        bool const hasHalves = !CTime(43200).Format("%p").empty();
+        std::mt19937 random(8);
+        for (int i = 0; i < 20'000; ++i) {
+            CTovTime const time(CTime(172'800 + static_cast<std::int64_t>(random() % 1'890'000'000)));
+            auto const format = random() % 32;
+            if ((format & 2) != 0 && (time.GetHour() == 0 || !hasHalves)) continue;
+            if ((format & 4) != 0 && time.GetYear() == 1970) continue;
+            auto const index = static_cast<eTimeFormat>(format);
+            CTovTime read(0);
+            ASSERT_EQ(read.ScanTime(time.Format(index), CTovTime::TimeFormat(index)), time)
+                << name << " " << time.Format(index);
+            ASSERT_EQ(read.Format(shown), time.Format(shown));
         }
     }
-    std::setlocale(LC_TIME, "C");
 }
 
 }  // namespace

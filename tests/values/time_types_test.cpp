@@ -1,10 +1,11 @@
 #include <tov310/time_types.h>
 
+#include "support/time_zone.h"
+
 #include <gtest/gtest.h>
 
-#include <locale.h>
+#include <clocale>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 #include <random>
 #include <string>
@@ -13,7 +14,7 @@ namespace tov {
 namespace {
 
 // A zone with an odd offset and daylight saving time.
-bool const zoneSet = (setenv("TZ", "America/St_Johns", 1), tzset(), true);
+test::TimeZone const zone("America/St_Johns");
 
 constexpr auto most = std::numeric_limits<std::int64_t>::max();
 constexpr auto least = std::numeric_limits<std::int64_t>::min();
@@ -31,32 +32,37 @@ CString Shortened(CString text) {
     return text;
 }
 
+struct TimeFormat : testing::TestWithParam<char const*> {
+    ~TimeFormat() override { std::setlocale(LC_TIME, "C"); }
+};
+INSTANTIATE_TEST_SUITE_P(Locales, TimeFormat,
+                         testing::Values("C", "de_DE.UTF-8", "en_US.UTF-8", "zh_CN.UTF-8"),
+                         [](auto const& locale) { return std::string(locale.param).substr(0, 2); });
+
 // All codes of moments in the years 1000 to 9999, in the language of the process at the time of the call.
-TEST(TimeFormat, SaysWhatStrftimeSays) {
+TEST_P(TimeFormat, SaysWhatStrftimeSays) {
+    if (std::setlocale(LC_TIME, GetParam()) == nullptr) GTEST_SKIP() << "there is no locale " << GetParam();
     std::mt19937_64 random(1);
     std::uniform_int_distribution<std::int64_t> any(-30610000000, 253402300799);
-    for (char const* const locale : {"C", "de_DE.UTF-8", "C"}) {
-        if (setlocale(LC_TIME, locale) == nullptr) continue;
-        for (int i = 0; i < 3000; ++i) {
-            CTime const time(any(random));
-            std::tm local;
-            std::tm utc;
-            ASSERT_EQ(time.GetLocalTm(&local), &local);
-            ASSERT_EQ(time.GetGmtTm(&utc), &utc);
-            for (char const code : std::string_view("YyCmdeHIMSpbhBaAjuwUWVGgzZDFTRcxXrnt%")) {
-                char const plain[] = {'%', code, 0};
-                ASSERT_EQ(time.Format(plain), Strftime(plain, local)) << code << time.GetTime();
-                ASSERT_EQ(time.FormatGmt(plain), Strftime(plain, utc)) << code << time.GetTime();
-                if (std::string_view("DFTRcx").find(code) != std::string_view::npos) continue;
-                bool const number = std::string_view("pbhBaAzZXrnt%").find(code) == std::string_view::npos;
-                char const flagged[] = {'%', '#', code, 0};
-                ASSERT_EQ(time.Format(flagged), number ? Shortened(time.Format(plain)) : time.Format(plain));
-            }
+    for (int i = 0; i < 3000; ++i) {
+        CTime const time(any(random));
+        std::tm local;
+        std::tm utc;
+        ASSERT_EQ(time.GetLocalTm(&local), &local);
+        ASSERT_EQ(time.GetGmtTm(&utc), &utc);
+        for (char const code : std::string_view("YyCmdeHIMSpbhBaAjuwUWVGgzZDFTRcxXrnt%")) {
+            char const plain[] = {'%', code, 0};
+            ASSERT_EQ(time.Format(plain), Strftime(plain, local)) << code << time.GetTime();
+            ASSERT_EQ(time.FormatGmt(plain), Strftime(plain, utc)) << code << time.GetTime();
+            if (std::string_view("DFTRcx").find(code) != std::string_view::npos) continue;
+            bool const number = std::string_view("pbhBaAzZXrnt%").find(code) == std::string_view::npos;
+            char const flagged[] = {'%', '#', code, 0};
+            ASSERT_EQ(time.Format(flagged), number ? Shortened(time.Format(plain)) : time.Format(plain));
         }
     }
 }
 
-TEST(TimeFormat, DefinesWhatIsOdd) {
+TEST(Time, FormatsWhatIsOdd) {
     CTime const time(2005, 3, 4, 0, 5, 6);
     struct {
         char const* format;
@@ -73,13 +79,9 @@ TEST(TimeFormat, DefinesWhatIsOdd) {
     for (auto const& row : rows)
         EXPECT_EQ(time.Format(row.format), row.text) << (row.format != nullptr ? row.format : "null");
     CString format;
-    CString expected;
-    for (int i = 0; i < 100'000; ++i) {
-        format += "%d-%";
-        expected += i == 0 ? "04-" : "%d-";  // "%%" between them
-    }
-    EXPECT_EQ(time.Format(format).size(), expected.size() + 1);
-    EXPECT_EQ(CTime(most).Format("%Y") + CTime(least).FormatGmt("%Y"), "");
+    for (int i = 0; i < 100'000; ++i)
+        format += "%d-%n";
+    EXPECT_EQ(time.Format(format).size(), 400'000u);
 }
 
 TEST(Time, TakesAndGivesItsForms) {
@@ -89,12 +91,10 @@ TEST(Time, TakesAndGivesItsForms) {
     EXPECT_EQ(CTime(2024, 7, 1, 12, 0, 0, 0).GetHour(), 13);  // told as standard time
     EXPECT_EQ(CTime(1969, 12, 31, 20, 29, 59).GetTime(), -1);
     for (CTime const none : {CTime(most), CTime(least)}) {
-        std::tm fields;
         SYSTEMTIME system{1, 1, 1, 1, 1, 1, 1, 1};
         FILETIME file{1};
-        EXPECT_EQ(none.GetLocalTm(&fields), nullptr);
         EXPECT_FALSE(none.GetAsSystemTime(system) || none.GetAsFileTime(file));
-        EXPECT_TRUE(system == SYSTEMTIME() && file == FILETIME());
+        EXPECT_TRUE(system == SYSTEMTIME() && file == FILETIME() && none.Format("%Y") == "");
         EXPECT_EQ(none.GetYear() + none.GetMonth() + none.GetDay() + none.GetDayOfWeek() + none.GetHour(), 0);
     }
     EXPECT_EQ(CTime(std::numeric_limits<int>::min(), 1, 1, 0, 0, 0).GetTime(), 0);  // carries to no year
@@ -105,34 +105,33 @@ TEST(Time, TakesAndGivesItsForms) {
         CTime const time(any(random));
         std::tm local;
         time.GetLocalTm(&local);
-        SYSTEMTIME system;
+        SYSTEMTIME system, same;
         FILETIME file;
         ASSERT_TRUE(time.GetAsSystemTime(system) && time.GetAsFileTime(file));
         ASSERT_EQ(CTime(system, local.tm_isdst), time) << time.Format("%c %Z");
         file.ticks += random() % 10'000'000;
         ASSERT_EQ(CTime(file), time);
-        ASSERT_EQ(CTime(time.GetYear(), time.GetMonth(), time.GetDay(), time.GetHour(), time.GetMinute(),
-                        time.GetSecond(), local.tm_isdst),
-                  time);
-        ASSERT_EQ(system.wDayOfWeek + 1, time.GetDayOfWeek());
-        COleDateTime const date(time);
-        SYSTEMTIME same;
-        ASSERT_TRUE(date.GetAsSystemTime(same) && same == system) << time.Format("%c");
+        ASSERT_TRUE(COleDateTime(time).GetAsSystemTime(same) && same == system) << time.Format("%c");
     }
 }
 
 TEST(Time, SumsStopAtTheEnds) {
-    CTimeSpan const large(most);
-    CTimeSpan const small(least);
-    EXPECT_EQ((CTime(1) + large).GetTime(), most);
-    EXPECT_EQ((CTime(-2) - large).GetTime(), least);
-    EXPECT_EQ((CTime(-1) + small).GetTime(), least);
-    EXPECT_EQ((CTime(0) - small).GetTime(), most);
-    EXPECT_EQ((CTime(most) - CTime(-1)), large);
-    EXPECT_EQ(CTimeSpan(std::numeric_limits<long>::max(), 0, 0, 0), large);
-    EXPECT_EQ(CTimeSpan(106751991167300, 15, 30, 8), large);
-    EXPECT_EQ(CTimeSpan(1, -1, 61, -60), CTimeSpan(86400));
-    EXPECT_EQ(CTime(100) - CTime(3700), CTimeSpan(0, -1, 0, 0));
+    CTimeSpan const large(most), small(least);
+    std::pair<std::int64_t, std::int64_t> const rows[] = {
+        // clang-format off
+        {(CTime(1) + large).GetTime(), most}, {(CTime(-2) - large).GetTime(), least},
+        {(CTime(-1) + small).GetTime(), least}, {(CTime(0) - small).GetTime(), most},
+        {(CTime(most) - CTime(-1)).GetTimeSpan(), most}, {(CTime(100) - CTime(3700)).GetTimeSpan(), -3600},
+        {CTimeSpan(1, -1, 61, -60).GetTimeSpan(), 86400}, {CTimeSpan(most, 0, 0, 0).GetTimeSpan(), most},
+        {CTimeSpan(least, 2147483647, 0, 0).GetTimeSpan(), least},
+        {CTimeSpan(106751991167300, 15, 30, 8).GetTimeSpan(), most},
+        {CTimeSpan(106751991167301, -24, 0, 0).GetTimeSpan(), 106751991167300 * 86400},
+        {CTimeSpan(-106751991167301, 8, 29, 51).GetTimeSpan(), least},
+        {CTimeSpan(-106751991167301, 8, 29, 53).GetTimeSpan(), least + 1},
+        // clang-format on
+    };
+    for (auto const& [sum, expected] : rows)
+        EXPECT_EQ(sum, expected);
 }
 
 TEST(TimeSpan, Formats) {
@@ -179,19 +178,17 @@ TEST(OleDateTime, CountsDaysInTheFormOfAutomation) {
         EXPECT_EQ(date.Format("%Y-%m-%d %T %w %j%z%Z"), row.text) << row.number;
         EXPECT_EQ(date.GetStatus() == COleDateTime::valid, row.text[0] != 0);
     }
-    EXPECT_EQ(COleDateTime(1899, 12, 29, 6, 0, 0).m_dt, -1.25);
     EXPECT_EQ(COleDateTime(0, 0).Format("%F"), "1979-12-31");
+    COleDateTime forced(1e300);
+    forced.SetStatus(COleDateTime::valid);
     for (COleDateTime const& bad : {COleDateTime(2023, 2, 29, 0, 0, 0), COleDateTime(99, 1, 1, 0, 0, 0),
                                     COleDateTime(2023, 1, 1, 24, 0, 0), COleDateTime(CTime(most)),
-                                    COleDateTime(SYSTEMTIME{2023, 1, 0, 1, 0, 0, 0, 1000})}) {
-        EXPECT_EQ(bad.GetStatus() * 10 + bad.GetYear(), 9);
+                                    COleDateTime(SYSTEMTIME{2023, 1, 0, 1, 0, 0, 0, 1000}), forced}) {
+        EXPECT_EQ(bad.GetYear(), -1);
         EXPECT_EQ((bad + COleDateTimeSpan(1)).GetStatus(), COleDateTime::invalid);
         EXPECT_FALSE(bad < COleDateTime() || bad > COleDateTime() || bad == COleDateTime());
     }
     EXPECT_EQ((COleDateTime(2958465) + COleDateTimeSpan(1)).GetStatus(), COleDateTime::invalid);
-    COleDateTime forced(1e300);
-    forced.SetStatus(COleDateTime::valid);
-    EXPECT_EQ((forced + COleDateTimeSpan(1)).GetStatus() * 10 + forced.GetYear(), 9);
     COleDateTime null;
     null.SetStatus(COleDateTime::null);
     EXPECT_EQ((null - COleDateTime(7.0)).GetStatus(), COleDateTimeSpan::null);

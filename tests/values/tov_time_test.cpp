@@ -181,7 +181,9 @@ TEST(TovTime, TellsTheZoneOfTheSystemEastPositive) {
     EXPECT_EQ(CTovTime::SystemTimezone(1), zone + CTovTime::SystemDaylight());
     EXPECT_EQ(CTovTime::SystemTimezoneMjd(1), (zone + 24 * CTovTime::SystemDaylightMjd()) / 24);
     EXPECT_EQ(CTovTime().Timezone(), zone);
-    EXPECT_NEAR(CTovTime::CurrentTime() - CTovTime::CurrentTimeUTC(0), zone / 24, 2 / 86400.0);
+    for (int const flag : {0, 1})
+        EXPECT_NEAR(CTovTime::CurrentTime() - CTovTime::CurrentTimeUTC(flag),
+                    (zone + flag * CTovTime::SystemDaylight()) / 24, 2 / 86400.0);
 }
 
 constexpr char const* shownTime = "%Y-%m-%d %H:%M:%S";
@@ -242,20 +244,30 @@ TEST(TovTime, CountsDaysInTwoParts) {
 TEST(TovTime, CountsUtcWithTheZoneWestPositive) {
     TimeZone const zone("UTC0");
     CTovTime::SaveSettings(eTimeFormatDashes | eTimeFormatDayFirst | eTimeFormatShortYear);
-    CTovTime time(2020, 2, 29, 23, 30, 0);
+    CTovTime time(2020, 2, 29, 23, 30, 0), last(2030, 1, 18, 23, 0, 0);
     time.Timezone(5.5);
     EXPECT_NEAR(time.MjdUTC(), MjdOfDay(2020, 3, 1) + 5.0 / 24, 1e-11);
-    EXPECT_EQ(time.FormatUTC("%d %H"), "01 05");
-    EXPECT_EQ(time.FormatUTC(eTimeFormatDots | eTimeFormatDayFirst), "01.03.2020 05:00:00");
-    EXPECT_EQ(time.FormatUTC() + "|" + time.FormatUTC(-0.5), "01-03-20 05:00:00|29-02-20 23:00:00");
-    EXPECT_EQ(time.FormatDateUTC() + "|" + time.FormatTimeUTC(), "01-03-20|05:00:00");
-    EXPECT_EQ(time.FormatDateUTC(1.0) + "|" + time.FormatTimeUTC(1.0), "01-03-20|00:30:00");
-    EXPECT_EQ(time.FormatDate() + "|" + time.FormatTime(0x82), "29-02-20|00");
+    std::pair<CString, char const*> const rows[] = {
+        // clang-format off
+        {time.FormatUTC(CString("%d %H")), "01 05"}, {time.FormatUTC(-0.5), "29-02-20 23:00:00"},
+        {time.FormatUTC(eTimeFormatDots | eTimeFormatDayFirst), "01.03.2020 05:00:00"},
+        {time.FormatUTC(), "01-03-20 05:00:00"}, {time.FormatDateUTC(), "01-03-20"},
+        {time.FormatTimeUTC(), "05:00:00"}, {time.FormatDateUTC(1.0), "01-03-20"},
+        {time.FormatTimeUTC(1.0), "00:30:00"}, {time.FormatDate(), "29-02-20"}, {time.FormatTime(0x82), "00"},
+        {time.Format(CTovTime::CurrentTimeFormat()), "29-02-20 23:30:00"},
+        {last.FormatUTC(5.0), "19-01-30 04:00:00"}, {last.FormatUTC(HUGE_VAL), "18-01-30 23:00:00"},
+        {CTovTime(std::int64_t{1} << 62).FormatUTC(), ""},
+        // clang-format on
+    };
+    for (auto const& [text, expected] : rows)
+        EXPECT_EQ(text, expected);
     time.MjdUTC(MjdOfDay(2020, 3, 1) + 6.0 / 24);
     EXPECT_EQ(time.Format(), "01-03-20 00:30:00");
-    EXPECT_EQ(CTovTime(2030, 1, 18, 23, 0, 0).FormatUTC(5.0), "19-01-30 04:00:00") << "beyond the range";
-    EXPECT_EQ(CTovTime(2030, 1, 18, 23, 0, 0).FormatUTC(HUGE_VAL), "18-01-30 23:00:00");
     EXPECT_EQ(CTovTime(std::int64_t{1} << 62).MjdUTC(), 0) << "no local reading";
+    for (int second = 0; second < 86400; ++second) {
+        CTovTime const half(MjdOfDay(2026, 11, 21) + (second + 0.5) / 86400);
+        ASSERT_EQ(half.Format("%T"), half.FormatUTC(0.0, 0).substr(9)) << second;
+    }
 }
 
 TEST(TovTime, ComparesWithAToleranceAndByParts) {
@@ -284,9 +296,10 @@ TEST(TovTime, ComparesWithAToleranceAndByParts) {
     EXPECT_TRUE(late == later && !(late < later) && TovCompare(late, later) == 0);
     later.Timezone(later.Timezone() + 1);
     EXPECT_TRUE(late < later && later == CTime(late) + CTimeSpan(3600));
-    COleDateTime const none(2020, 13, 1, 0, 0, 0);
-    EXPECT_EQ(TovCompare(none, COleDateTime(early)), -1);
-    EXPECT_EQ(TovCompare(none, none), 0);
+    EXPECT_TRUE(TovCompare(CTime(late), later) == -1 && TovCompare(later, CTime(late)) == 1);
+    COleDateTime const none(2020, 13, 1, 0, 0, 0), old(1800, 1, 1, 0, 0, 0);
+    EXPECT_EQ(TovCompare(none, old) + TovCompareDatePart(none, old) + TovCompareTimePart(none, old), -3);
+    EXPECT_EQ(TovCompare(none, none) + TovCompareDatePart(none, none), 0);
 }
 
 TEST(TovTime, CountsGpsWeeksFromTheirEpoch) {
@@ -297,12 +310,14 @@ TEST(TovTime, CountsGpsWeeksFromTheirEpoch) {
     int week = 0;
     double seconds = 0;
     EXPECT_EQ(time.GetGpsTime(week, seconds), 0);
-    EXPECT_EQ(week, -1);
-    EXPECT_EQ(seconds, 604799);
+    EXPECT_EQ(week * 1000000.0 + seconds, -1000000.0 + 604799);
     time.SetGpsTime(2400, 604799.25);
     EXPECT_EQ(time.GetGpsTime(week, seconds), 1);
     EXPECT_EQ(week, 2400);
     EXPECT_NEAR(seconds, 604799.25, 7e-7);
+    time.SetFracSecond(std::nextafter(1.0, 0));
+    EXPECT_EQ(time.GetGpsTime(week, seconds), 1);
+    EXPECT_LT(seconds, 604800);
 }
 
 TEST(TovTime, ReadsFileStamps) {
@@ -331,10 +346,11 @@ TEST(TovTime, PrintsTheFractionOfTheSecond) {
         int round;
         char const* text;
     } const rows[] = {
-        {0, 0, ".000"},         {0.7, 0, ".000"},    {0.25, 4, ".2"},        {0.36, 4, ".4"},
-        {0.96, 4, ".0"},        {0.125, 5, ".12"},   {0.996, 5, ".00"},      {0.0625, 3, ".062"},
-        {0.9996, 3, ".000"},    {0.9996, 6, ".999"}, {0.123, 6, ".123"},     {0.1239996, 6, ".124"},
-        {0.9999996, 6, ".000"}, {0.1236, 9, ".124"}, {0.9996, 0x7F, ".999"}, {0.05, 4 + 0x80, ".0"},
+        {0, 0, ".000"},         {0.7, 0, ".000"},       {0.25, 4, ".2"},        {0.36, 4, ".4"},
+        {0.96, 4, ".0"},        {0.125, 5, ".12"},      {0.996, 5, ".00"},      {0.0625, 3, ".062"},
+        {0.0625, 7, ".062"},    {0.0625, -1, ".062"},   {0.9996, 3, ".000"},    {0.9996, 6, ".999"},
+        {0.123, 6, ".123"},     {0.1239996, 6, ".124"}, {0.9999996, 6, ".000"}, {0.1236, 9, ".124"},
+        {0.9996, 0x7F, ".999"}, {0.05, 4 + 0x80, ".0"},
     };
     for (auto const& row : rows) {
         CTovTime time(2020, 2, 29, 23, 59, 59);
@@ -357,6 +373,10 @@ TEST(TovTimeSpan, HoldsFractionsOfASecond) {
     EXPECT_EQ(week, 1);
     EXPECT_EQ(seconds, 86400 + 3723.5);
     EXPECT_EQ(CTovTimeSpan(week, seconds), span);
+    EXPECT_EQ(CTovTimeSpan(std::int64_t{1} << 62).GetGpsTimeSpan(week, seconds) + week, 0);
+    EXPECT_TRUE(span > CTimeSpan(8, 1, 2, 3) && CTimeSpan(8, 1, 2, 4) > span && span != CTimeSpan(5));
+    span.SetFracSecond(-0.5);
+    EXPECT_EQ(span.GetFracSecond(), 0.5) << "against the sign of the span";
     EXPECT_EQ(CTovTimeSpan(8 + 3723.5 / 86400), span);
     EXPECT_LT(CTovTimeSpan(std::int64_t{8 * 86400 + 3723}), span);
     EXPECT_EQ(span.Format("%D %H:%M:%S") + "|" + span.Format("%H:%M"), "8 1:02:04|193:02");
