@@ -245,10 +245,11 @@ void CTovInputControlContainer::HookAllChildWindowsOfDlgCtrlInternal(HWND parent
 
 void CTovInputControlContainer::DeleteDlgCtrlInternal(HWND control) {
     // Taken out before they are let go of: a hook may be in the middle of a message.
-    auto const rest = std::ranges::stable_partition(
-        m_DlgItems, [control](auto const& item) { return item->Control() != control; });
-    std::vector const gone(rest.begin(), rest.end());
-    m_DlgItems.erase(rest.begin(), rest.end());
+    auto const rest =
+        std::stable_partition(m_DlgItems.begin(), m_DlgItems.end(),
+                              [control](auto const& item) { return item->Control() != control; });
+    std::vector const gone(rest, m_DlgItems.end());
+    m_DlgItems.erase(rest, m_DlgItems.end());
     for (auto const& item : gone)
         item->Leave();
 }
