@@ -12,31 +12,19 @@
 #include <functional>
 #include <limits>
 #include <numbers>
-#include <random>
+#include <string>
+#include <tuple>
 #include <vector>
 
 namespace tov {
 namespace {
 
-using Pixels = std::vector<std::uint32_t>;
+using test::AnyPixel;
+using test::Between;
+using test::keyPixel;
+using test::Pixels;
 
-std::mt19937& Random() {
-    static std::mt19937 random(51);
-    return random;
-}
-
-int Between(int least, int most) {
-    return std::uniform_int_distribution(least, most)(Random());
-}
-
-constexpr std::uint32_t keyPixel = 0x302010;
 constexpr COLORREF keyColor = 0x102030;
-
-// One colour often, so that keys are met.
-std::uint32_t AnyPixel() {
-    return static_cast<std::uint32_t>(Between(0, 255)) << 24 |
-           (Between(0, 2) == 0 ? keyPixel : static_cast<std::uint32_t>(Between(0, 0xFFFFFF)));
-}
 
 CTovDib AnyDib(int most = 24, int mostRows = 24) {
     CTovDib dib;
@@ -46,140 +34,112 @@ CTovDib AnyDib(int most = 24, int mostRows = 24) {
 }
 
 Pixels Of(CTovDib const& dib) {
-    return dib.GetCrBits() == nullptr
-               ? Pixels{}
-               : Pixels(dib.GetCrBits(), dib.GetCrBits() + dib.GetWidth() * dib.GetHeight());
+    return {dib.GetCrBits(), dib.GetCrBits() + dib.GetWidth() * dib.GetHeight()};
 }
 
 // A rectangle with its place in the destination, a second image and what operations take besides.
 struct Call {
-    CTovDib* dib;
     CTovDib const* src;
-    int xs, ys, w, h, x, y;
+    CRect from;
+    CPoint at;
     COLORREF color;
     int amount;
     std::uint32_t Alpha() const { return static_cast<std::uint32_t>(amount) << 24; }
-    CRect From() const { return {xs, ys, xs + w, ys + h}; }
-    CRect To() const { return {x, y, x + w, y + h}; }
+    CRect To(CRect const& size) const { return {at.x, at.y, at.x + size.Width(), at.y + size.Height()}; }
+    CRect To() const { return To(from); }
 };
 
-// What of the source lies under a pixel of the destination.
-enum class Source {
-    kRect,   // the rectangle at (xs, ys)
-    kWhole,  // all of the image, moved to (x, y)
-    kFirst,  // the same, but beginning with its first pixel where that place is in front of the image
-    kColor,  // a colour
-    kPaint,  // a colour with the first amount as alpha
+// What takes part.
+enum class Parts {
+    kRect,      // a rectangle of the source
+    kWhole,     // all of the source, moved to a place
+    kFirst,     // the same, but beginning with its first pixel where that place is in front of the image
+    kColor,     // a colour in a rectangle
+    kPaint,     // the same with the amount as alpha
+    kAllColor,  // a colour in all of the destination
 };
 
 struct Form {
-    Source source;
-    bool wholeDestination;  // without a rectangle
+    Parts parts;
     PixelOperation operation;
-    std::function<int(Call const&)> apply;
+    std::function<int(CTovDib&, Call const&)> apply;
     std::uint32_t taken = 0xFFFFFFFF;
 };
 
-// The forms of a compositing operation, whose whole and ...Rect functions are given.
-template <class Whole, class Rect>
-void AddForms(std::vector<Form>& forms, PixelOperation operation, Whole whole, Rect rect) {
-    using enum Source;
-    auto const add = [&](Source source, bool wholeDestination, auto const& apply) {
-        forms.push_back({source, wholeDestination, operation, apply});
-    };
-    add(kWhole, false, [=](Call const& c) { return whole(c, c.src, c.x, c.y); });
-    add(kWhole, false, [=](Call const& c) { return whole(c, c.src, CPoint(c.x, c.y)); });
-    add(kColor, true, [=](Call const& c) { return whole(c, c.color); });
-    add(kRect, false, [=](Call const& c) { return rect(c, c.src, c.xs, c.ys, c.w, c.h, c.x, c.y); });
-    add(kRect, false, [=](Call const& c) { return rect(c, c.src, c.From(), CPoint(c.x, c.y)); });
-    add(kColor, false, [=](Call const& c) { return rect(c, c.color, c.x, c.y, c.w, c.h); });
-    add(kColor, false, [=](Call const& c) { return rect(c, c.color, c.To()); });
-}
+struct Mode {
+    PixelOperation operation;
+    int (CTovDib::*whole)(CTovDib const*, CPoint const&);
+    int (CTovDib::*rect)(CTovDib const*, CRect const&, CPoint const&);
+    int (CTovDib::*allColor)(COLORREF);
+    int (CTovDib::*color)(COLORREF, CRect const&);
+};
 
 std::vector<Form> AllForms() {
-    using enum Source;
+    using enum Parts;
     using enum PixelOperation;
     using C = Call const&;
+    using D = CTovDib;
     std::vector<Form> forms{
-        {kFirst, false, kStore, [](C c) { return c.dib->CopyFromDib(c.src, c.x, c.y); }},
-        {kRect, false, kStore, [](C c) { return c.dib->CopyFromDibRect(c.src, c.From(), CPoint(c.x, c.y)); }},
-        {kFirst, false, kUnlessKey,
-         [](C c) { return c.dib->CopyFromDibTransparent(c.src, c.x, c.y, keyColor); }},
-        {kRect, false, kUnlessKey,
-         [](C c) { return c.dib->CopyFromDibTransparentRect(c.src, c.From(), CPoint(c.x, c.y), keyColor); }},
-        {kFirst, false, kAlpha, [](C c) { return c.dib->CopyFromDibAlpha(c.src, CPoint(c.x, c.y)); }},
-        {kRect, false, kAlpha,
-         [](C c) { return c.dib->CopyFromDibAlphaRect(c.src, c.xs, c.ys, c.w, c.h, c.x, c.y); }},
-        {kColor, true, kStore, [](C c) { return c.dib->Fill(c.color); }},
-        {kPaint, false, kStore, [](C c) { return c.dib->FillRect(c.color, c.To(), c.amount); }},
-        {kColor, false, kBlend, [](C c) { return c.dib->FillBlendRect(c.color, c.To(), c.amount); }},
-        {kColor, true, kBlend50, [](C c) { return c.dib->FillBlend50(c.color); }},
-        {kColor, true, kEverySecond, [](C c) { return c.dib->FillStippled(c.color); }},
-        {kPaint, false, kEverySecond,
-         [](C c) { return c.dib->FillStippledRect(c.color | c.Alpha(), c.x, c.y, c.w, c.h); }},
-        {kPaint, false, kTakeAlpha, [](C c) { return c.dib->FillAlphaRect(c.To(), c.amount); }},
-        {kColor, true, kExchange, [](C c) { return c.dib->ExchangeColor(keyColor, c.color); }, 0xFFFFFF},
-        {kPaint, false, kExchange,
-         [](C c) { return c.dib->ExchangeColorRect(c.x, c.y, c.w, c.h, keyColor, c.color, c.amount); }},
-        {kColor, false, kGrey, [](C c) { return c.dib->GreyScaleRect(c.To()); }},
-        {kColor, true, kGreyUnlessKey, [](C c) { return c.dib->GreyScaleTransparent(keyColor); }},
+        {kFirst, kStore, [](D& d, C c) { return d.CopyFromDib(c.src, c.at); }},
+        {kRect, kStore, [](D& d, C c) { return d.CopyFromDibRect(c.src, c.from, c.at); }},
+        {kFirst, kUnlessKey, [](D& d, C c) { return d.CopyFromDibTransparent(c.src, c.at, keyColor); }},
+        {kRect, kUnlessKey,
+         [](D& d, C c) { return d.CopyFromDibTransparentRect(c.src, c.from, c.at, keyColor); }},
+        {kFirst, kAlpha, [](D& d, C c) { return d.CopyFromDibAlpha(c.src, c.at); }},
+        {kRect, kAlpha, [](D& d, C c) { return d.CopyFromDibAlphaRect(c.src, c.from, c.at); }},
+        {kAllColor, kStore, [](D& d, C c) { return d.Fill(c.color); }},
+        {kPaint, kStore, [](D& d, C c) { return d.FillRect(c.color, c.To(), c.amount); }},
+        {kAllColor, kEverySecond, [](D& d, C c) { return d.FillStippled(c.color); }},
+        {kPaint, kEverySecond, [](D& d, C c) { return d.FillStippledRect(c.color | c.Alpha(), c.To()); }},
+        {kPaint, kTakeAlpha, [](D& d, C c) { return d.FillAlphaRect(c.To(), c.amount); }},
+        {kAllColor, kExchange, [](D& d, C c) { return d.ExchangeColor(keyColor, c.color); }, 0xFFFFFF},
+        {kPaint, kExchange,
+         [](D& d, C c) { return d.ExchangeColorRect(c.To(), keyColor, c.color, c.amount); }},
+        {kColor, kGrey, [](D& d, C c) { return d.GreyScaleRect(c.To()); }},
+        {kAllColor, kGreyUnlessKey, [](D& d, C) { return d.GreyScaleTransparent(keyColor); }},
+        {kWhole, kBlend, [](D& d, C c) { return d.Blend(c.src, c.at, c.amount); }},
+        {kRect, kBlend, [](D& d, C c) { return d.BlendRect(c.src, c.from, c.at, c.amount); }},
+        {kAllColor, kBlend, [](D& d, C c) { return d.FillBlend(c.color, c.amount); }},
+        {kColor, kBlend, [](D& d, C c) { return d.FillBlendRect(c.color, c.To(), c.amount); }},
     };
-    AddForms(
-        forms, kBlend, [](C c, auto... where) { return c.dib->Blend(where..., c.amount); },
-        [](C c, auto... where) { return c.dib->BlendRect(where..., c.amount); });
-    AddForms(
-        forms, kBlend50, [](C c, auto... where) { return c.dib->Blend50(where...); },
-        [](C c, auto... where) { return c.dib->Blend50Rect(where...); });
-    AddForms(
-        forms, kDarken, [](C c, auto... where) { return c.dib->Darken(where...); },
-        [](C c, auto... where) { return c.dib->DarkenRect(where...); });
-    AddForms(
-        forms, kLighten, [](C c, auto... where) { return c.dib->Lighten(where...); },
-        [](C c, auto... where) { return c.dib->LightenRect(where...); });
-    AddForms(
-        forms, kScreen, [](C c, auto... where) { return c.dib->Screen(where...); },
-        [](C c, auto... where) { return c.dib->ScreenRect(where...); });
-    AddForms(
-        forms, kAdd, [](C c, auto... where) { return c.dib->Add(where...); },
-        [](C c, auto... where) { return c.dib->AddRect(where...); });
-    AddForms(
-        forms, kDifference, [](C c, auto... where) { return c.dib->Difference(where...); },
-        [](C c, auto... where) { return c.dib->DifferenceRect(where...); });
-    AddForms(
-        forms, kMultiply, [](C c, auto... where) { return c.dib->Multiply(where...); },
-        [](C c, auto... where) { return c.dib->MultiplyRect(where...); });
+    for (Mode const& mode : {
+             Mode{kBlend50, &D::Blend50, &D::Blend50Rect, &D::FillBlend50, &D::FillBlend50Rect},
+             Mode{kDarken, &D::Darken, &D::DarkenRect, &D::Darken, &D::DarkenRect},
+             Mode{kLighten, &D::Lighten, &D::LightenRect, &D::Lighten, &D::LightenRect},
+             Mode{kScreen, &D::Screen, &D::ScreenRect, &D::Screen, &D::ScreenRect},
+             Mode{kAdd, &D::Add, &D::AddRect, &D::Add, &D::AddRect},
+             Mode{kDifference, &D::Difference, &D::DifferenceRect, &D::Difference, &D::DifferenceRect},
+             Mode{kMultiply, &D::Multiply, &D::MultiplyRect, &D::Multiply, &D::MultiplyRect},
+         }) {
+        auto const [operation, whole, rect, allColor, color] = mode;
+        forms.push_back({kWhole, operation, [=](D& d, C c) { return (d.*whole)(c.src, c.at); }});
+        forms.push_back({kRect, operation, [=](D& d, C c) { return (d.*rect)(c.src, c.from, c.at); }});
+        forms.push_back({kAllColor, operation, [=](D& d, C c) { return (d.*allColor)(c.color); }});
+        forms.push_back({kColor, operation, [=](D& d, C c) { return (d.*color)(c.color, c.To()); }});
+    }
     return forms;
 }
 
 // What becomes of an image; 1 when a pixel of it takes part. The source is the one before the call.
-int Follow(Form const& form, Call const& call, Pixels& made, Pixels const& src) {
-    CTovDib const& dib = *call.dib;
-    bool const ofSource = form.source == Source::kWhole || form.source == Source::kFirst;
-    int const x = form.wholeDestination ? 0 : call.x;
-    int const y = form.wholeDestination ? 0 : call.y;
-    int const w = form.wholeDestination ? dib.GetWidth() : ofSource ? call.src->GetWidth() : call.w;
-    int const h = form.wholeDestination ? dib.GetHeight() : ofSource ? call.src->GetHeight() : call.h;
+int Follow(Form const& form, Call const& call, CTovDib const& dib, Pixels& made, Pixels const& src) {
+    using enum Parts;
+    bool const isWhole = form.parts == kWhole || form.parts == kFirst;
+    CRect const from = isWhole ? CRect{0, 0, call.src->GetWidth(), call.src->GetHeight()} : call.from;
+    CRect const all{0, 0, dib.GetWidth(), dib.GetHeight()};
+    CRect const to = form.parts == kAllColor ? all : call.To(from);
     int any = 0;
-    for (int row = 0; row < h; ++row) {
-        for (int column = 0; column < w; ++column) {
-            if (!dib.IsValidX(x + column) || !dib.IsValidY(y + row)) continue;
-            int xs = column;
-            int ys = row;
-            if (form.source == Source::kRect) {
-                xs += call.xs;
-                ys += call.ys;
-            } else if (form.source == Source::kFirst) {
-                xs += std::min(x, 0);
-                ys += std::min(y, 0);
-            }
-            std::uint32_t s = TovSwapRedAndBlue(call.color);
-            if (form.source == Source::kPaint) s |= call.Alpha();
-            if (form.source < Source::kColor) {
+    for (int y = std::max(to.top, 0); y < std::min(to.bottom, all.bottom); ++y) {
+        for (int x = std::max(to.left, 0); x < std::min(to.right, all.right); ++x) {
+            int const column = x - to.left, row = y - to.top;
+            std::uint32_t s = TovSwapRedAndBlue(call.color) | (form.parts == kPaint ? call.Alpha() : 0);
+            if (form.parts < kColor) {
+                int const xs = form.parts == kFirst ? std::min(x, column) : from.left + column;
+                int const ys = form.parts == kFirst ? std::min(y, row) : from.top + row;
                 if (!call.src->IsValidX(xs) || !call.src->IsValidY(ys)) continue;
                 s = src[static_cast<std::size_t>(ys * call.src->GetWidth() + xs)];
             }
             any = 1;
-            std::uint32_t& d = made[static_cast<std::size_t>((y + row) * dib.GetWidth() + x + column)];
+            std::uint32_t& d = made[static_cast<std::size_t>(y * dib.GetWidth() + x)];
             // The stipple begins with the second pixel of the first row.
             d = test::PixelOf(
                 form.operation, d, s,
@@ -200,23 +160,18 @@ TEST(DibTest, WorksAsOnePixelAfterTheOther) {
             CTovDib const shared = dib;
             CTovDib const other = AnyDib();
             auto const place = [] { return Between(-9, 26); };
+            int const xs = place(), ys = along ? 0 : place();
             int const width = along ? dib.GetWidth() : Between(-2, 30);
-            int const row = along ? 0 : place();
-            Call const call{&dib,
-                            round % 3 == 0   ? &dib
+            Call const call{round % 3 == 0   ? &dib
                             : round % 3 == 1 ? &shared
                                              : &other,
-                            place(),
-                            along ? 0 : place(),
-                            width,
-                            Between(-2, 30),
-                            place(),
-                            row,
+                            {xs, ys, xs + width, ys + Between(-2, 30)},
+                            {place(), along ? 0 : place()},
                             TovRgb(7, 200, 99),
                             Between(0, 255)};
             Pixels made = Of(dib);
-            int const any = Follow(forms[i], call, made, Of(*call.src));
-            ASSERT_EQ(forms[i].apply(call), any) << "form " << i << ", round " << round;
+            int const any = Follow(forms[i], call, dib, made, Of(*call.src));
+            ASSERT_EQ(forms[i].apply(dib, call), any) << "form " << i << ", round " << round;
             ASSERT_EQ(Of(dib), made) << "form " << i << ", round " << round;
         }
     }
@@ -244,10 +199,21 @@ TEST(DibTest, KeepsThePlainNumbers) {
     EXPECT_EQ(made(0x12000080, [&] { d.Screen(TovRgb(0, 10, 128)); }), 0x12010BC0U);
     EXPECT_EQ(made(0x120A64FF, [&] { d.Difference(TovRgb(200, 200, 0)); }), 0x12BE64FFU);
     EXPECT_EQ(made(0x120A64FF, [&] { d.Darken(TovRgb(9, 200, 0)); }), 0x12096400U);
+    EXPECT_EQ(made(0x120A64FF, [&] { d.DarkenRect(TovRgb(9, 200, 0), {0, 0, 1, 1}); }), 0x12096400U);
+    EXPECT_EQ(made(0x12000000, [&] { d.Lighten(&s, {0, 0}); }), 0x12FFFFFFU);
+    EXPECT_EQ(made(0x12000000, [&] { d.BlendRect(&s, {0, 0, 1, 1}, {0, 0}, 255); }), 0x12FEFEFEU);
+    EXPECT_EQ(made(0x12FFFFFF, [&] { d.FillBlendRect(0, {0, 0, 1, 1}, 255); }), 0x12000000U);
     EXPECT_EQ(made(0x120A64FF, [&] { d.Lighten(TovRgb(9, 200, 0)); }), 0x120AC8FFU);
     EXPECT_EQ(made(0x120A64FF, [&] { d.Add(TovRgb(9, 200, 1)); }), 0x1213FFFFU);
     EXPECT_EQ(made(0xFF030303, [&] { d.Blend50(TovRgb(0, 0, 5)); }), 0x00010103U);
     EXPECT_EQ(made(0xFF0000FF, [&] { d.GreyScale(); }), 0xFF1C1C1CU);
+    EXPECT_EQ(made(0x12C86432, [&] { d.GreyScale(); }), 0x127C7C7CU);
+    EXPECT_EQ(made(0x12010101, [&] { d.GreyScale(); }), 0x12000000U);  // doubles fall short of 1
+    EXPECT_EQ(made(0x12C86432, [&] { d.GreyScaleTransparent(0x3264C8); }), 0x12C86432U);
+    EXPECT_EQ(made(0x12C86432, [&] { d.GreyScaleTransparent(0xC86432); }), 0x127C7C7CU);
+    EXPECT_EQ(made(0x12345678, [&] { d.FillAlpha(0xAB); }), 0xAB345678U);
+    EXPECT_EQ(made(0x12345678, [&] { d.CopyFromDibTransparent(&s, 0, 0, 0xFFFFFF); }), 0x12345678U);
+    EXPECT_EQ(made(0x12345678, [&] { d.CopyFromDibTransparent(&s, 0, 0, 0xFFFFFE); }), 0x80FFFFFFU);
     EXPECT_EQ(made(0x77332211, [&] { d.ExchangeColor(0x112233, 0x030201); }), 0x77010203U);
     EXPECT_EQ(made(0, [&] { d.Fill(0x7F332211, 300); }), 0xFF112233U);
     d.Create(2, 2);
@@ -256,30 +222,26 @@ TEST(DibTest, KeepsThePlainNumbers) {
 }
 
 TEST(DibTest, FillsGradientsBySumsOfSteps) {
-    for (int round = 0; round < 500; ++round) {
-        CTovDib dib = AnyDib(round % 50 == 0 ? 700 : 30);
-        int x = Between(-5, 20);
-        int y = Between(-5, 20);
-        int w = Between(-1, 40);
-        int h = Between(-1, 40);
-        int const a1 = Between(0, 255);
-        int const a2 = Between(0, 255);
-        bool const horizontal = round % 2 == 0;
-        Pixels expected = Of(dib);
-        int const result = dib.FillAlphaGradientRect(x, y, w, h, a1, a2, horizontal);
-        ASSERT_EQ(result, dib.ClipXYWH(x, y, w, h));
-        float const step = horizontal ? static_cast<float>(a2 - a1) / static_cast<float>(w)
-                                      : static_cast<float>(a1 - a2) / static_cast<float>(h);
-        auto value = static_cast<float>(horizontal ? a1 : a2);
-        for (int row = y; result && row < y + h; ++row) {
-            for (int column = x; column < x + w; ++column) {
-                auto& pixel = expected[static_cast<std::size_t>(row * dib.GetWidth() + column)];
-                pixel = (pixel & 0xFFFFFF) | static_cast<std::uint32_t>(value) << 24;
-                if (horizontal) value += step;
-            }
-            value = horizontal ? static_cast<float>(a1) : value + step;
-        }
-        ASSERT_EQ(Of(dib), expected) << "round " << round;
+    auto const made = [](int width, int height, CRect const& where, int a1, int a2, int horizontal) {
+        CTovDib dib;
+        dib.Create(width, height);
+        dib.Fill(0x030201, 9);
+        dib.FillAlphaGradientRect(where, a1, a2, horizontal);
+        std::string alphas;
+        for (std::uint32_t const pixel : Of(dib))
+            alphas += std::to_string(pixel >> 24) + ((pixel & 0xFFFFFF) == 0x010203 ? " " : "!");
+        return alphas;
+    };
+    EXPECT_EQ(made(4, 2, {0, 0, 4, 2}, 0, 255, 1), "0 63 127 191 0 63 127 191 ");
+    EXPECT_EQ(made(2, 3, {0, 0, 2, 3}, 0, 255, 0), "255 255 170 170 85 85 ");
+    EXPECT_EQ(made(3, 3, {1, -7, 99, 2}, 255, -1, 1), "9 255 127 9 255 127 9 9 9 ");
+    // Ten times seven tenths fall short of seven.
+    EXPECT_EQ(made(20, 1, {0, 0, 20, 1}, 0, 14, 1), "0 0 1 2 2 3 4 4 5 6 6 7 8 9 9 10 11 11 12 13 ");
+    // The sums of such a row pass 256 and -1.
+    for (auto const& [from, to] : {std::pair{0, 255}, {255, 0}}) {
+        CTovDib dib;
+        ASSERT_TRUE(dib.Create(422515, 1) && dib.FillAlphaGradient(from, to, 1));
+        EXPECT_EQ(dib.GetCrBits()[422514] >> 24, static_cast<std::uint32_t>(to));
     }
 }
 
@@ -298,32 +260,27 @@ TEST(DibTest, CutsRectanglesAndLines) {
           Case{10, 0, 5, 5, 0, {10, 0, 0, 5}}, Case{least, least, least, least, 0, {0, 0, least, least}},
           Case{most, most, most, most, 0, {most, most, 10 - most, 6 - most}},
           Case{3, 3, 0, 2, 0, {3, 3, 0, 2}}}) {
-        // No operation reaches out of the image.
-        CTovDib const before = AnyDib();
-        EXPECT_EQ(dib.BlendRect(&before, c.x, c.y, c.w, c.h, c.y, c.x, 9),
-                  dib.CopyFromDibAlphaRect(&before, c.x, c.y, c.w, c.h, c.y, c.x));
-        dib.FillRect(3, c.x, c.y, c.w, c.h);
-        dib.FillStippledRect(3, c.x, c.y, c.w, c.h);
+        EXPECT_EQ(dib.AddRect(&dib, c.x, c.y, c.w, c.h, c.x, c.y), c.result);
+        EXPECT_EQ(dib.FillStippledRect(3, c.x, c.y, c.w, c.h), c.result);
         EXPECT_EQ(dib.ClipXYWH(c.x, c.y, c.w, c.h), c.result);
         EXPECT_EQ((CRect{c.x, c.y, c.w, c.h}), c.left);
     }
-    auto const line = [&dib](int x1, int y, int x2) {
-        int const result = dib.ClipX1YX2(x1, y, x2);
-        return std::vector{result, x1, x2};
-    };
-    EXPECT_EQ(line(-4, 5, 10), (std::vector{1, 0, 10}));  // the width itself stays
-    EXPECT_EQ(line(2, 0, 11), (std::vector{1, 2, 9}));
-    EXPECT_EQ(line(2, 6, 5), (std::vector{0, 2, 5}));
-    EXPECT_EQ(line(9, 0, 12), (std::vector{0, 9, 9}));
-    int y1 = -1;
-    int y2 = 7;
-    EXPECT_TRUE(dib.ClipXY1Y2(9, y1, y2));
-    EXPECT_EQ(y2, 5);
-    int x = 12;
+    // Sides that are farther apart than an int tells.
+    EXPECT_EQ((CRect{least, most, most, least}.Width()), most);
+    EXPECT_EQ((CRect{least, most, most, least}.Height()), least);
+    EXPECT_FALSE(dib.FillRect(1, {least, 0, most, 5}) || dib.AddRect(&dib, {0, least, 5, most}, {0, 0}));
+    EXPECT_TRUE(dib.AddRect(7, {-9, -9, most, most}));
+    for (auto const& [x1, y, x2, result, left, right] :
+         {std::tuple(-4, 5, 10, 1, 0, 10),  // the width itself stays
+          std::tuple(2, 0, 11, 1, 2, 9), std::tuple(2, 6, 5, 0, 2, 5), std::tuple(9, 0, 12, 0, 9, 9)}) {
+        int from = x1, to = x2;
+        EXPECT_TRUE(dib.ClipX1YX2(from, y, to) == result && from == left && to == right) << x1;
+    }
+    int y1 = -1, y2 = 7, x = 12, none = 12;
+    EXPECT_TRUE(dib.ClipXY1Y2(9, y1, y2) && y1 == 0 && y2 == 5);
     dib.ClipX(x);
-    EXPECT_EQ(x, 9);
-    CTovDib().ClipX(x);
-    EXPECT_EQ(x, 0);
+    CTovDib().ClipX(none);
+    EXPECT_TRUE(x == 9 && none == 0);
 }
 
 TEST(DibTest, IsMadeSharedAndGivenUp) {
@@ -359,25 +316,25 @@ TEST(DibTest, IsMadeSharedAndGivenUp) {
 
 TEST(DibTest, TurnsRowsOverBetweenDirections) {
     CBitmap bitmap;
-    ASSERT_TRUE(bitmap.CreateBitmap(7, 4));
+    ASSERT_TRUE(bitmap.CreateBitmap(1, 3));
     HBITMAP const block = bitmap;
-    std::generate_n(block->GetBits(), block->GetCount(), AnyPixel);
-    Pixels const before(block->GetBits(), block->GetBits() + block->GetCount());
+    Pixels const before{1, 2, 3};
+    std::ranges::copy(before, block->GetBits());
     for (int const topDown : {0, 1}) {
         CTovDib dib;
         ASSERT_TRUE(dib.Create(nullptr, &bitmap, topDown));
         CTovDib const copy = dib;
-        std::fill_n(block->GetBits(), block->GetCount(), 0U);
+        std::fill_n(block->GetBits(), 3, 0U);
         ASSERT_TRUE(dib.CopyToBitmap(nullptr, &bitmap));
-        EXPECT_EQ(Pixels(block->GetBits(), block->GetBits() + block->GetCount()), before);
+        EXPECT_EQ(Pixels(block->GetBits(), block->GetBits() + 3), before);
         for (int const now : {topDown, 1 - topDown, topDown}) {
             EXPECT_EQ(dib.IsTopDown(), now);
-            EXPECT_EQ(dib.GetBitmapInfo()->bmiHeader.biSizeImage, now ? -112 : 112);
-            EXPECT_TRUE(std::equal(dib.GetCrBits(), dib.GetCrBits() + 7, block->GetRow(now ? 0 : 3)));
+            EXPECT_EQ(dib.GetBitmapInfo()->bmiHeader.biSizeImage, now ? -12 : 12);
+            EXPECT_EQ(Of(dib), now ? before : (Pixels{3, 2, 1}));
             ASSERT_TRUE(dib.Invert(nullptr));
         }
         EXPECT_EQ(copy.IsTopDown(), topDown);
-        dib.Create(4, 7);
+        dib.Create(3, 1);
         EXPECT_FALSE(dib.CopyToBitmap(nullptr, &bitmap) || dib.CopyFromBitmap(nullptr, &bitmap) ||
                      dib.CopyFromBitmap(nullptr, nullptr) ||
                      dib.Create(nullptr, static_cast<CBitmap*>(nullptr), 1) ||
@@ -385,43 +342,35 @@ TEST(DibTest, TurnsRowsOverBetweenDirections) {
     }
 }
 
-TEST(DibTest, RotatesAsOnePixelAfterTheOther) {
-    for (int round = 0; round < 300; ++round) {
-        CTovDib const from = AnyDib();
-        CTovDib to = AnyDib();
-        if (round % 5 == 0) to.Create(&from);
-        auto const real = [] { return static_cast<float>(Between(-3000, 3000)) / 100; };
-        float const angle = round % 7 == 0 ? 0 : real();
-        float const scale = round % 7 == 0 ? 1 : real() + 40;
-        CTovPoint<float> const dst{real(), real()};
-        CTovPoint<float> const src{round % 7 == 0 ? dst : CTovPoint<float>{real(), real()}};
-        float const sn = std::sin(-angle) / scale;
-        float const cs = std::cos(-angle) / scale;
-        PixelWalk const walk{src.x - (sn * dst.y + cs * dst.x),
-                             src.y - (cs * dst.y - sn * dst.x),
-                             cs,
-                             -sn,
-                             from.GetWidth(),
-                             from.GetHeight()};
-        int const fill = round % 2;
-        PixelStretch const how{
-            .compose = round % 3 != 0,
-            .operation = round % 3 == 1 ? PixelOperation::kAlpha : PixelOperation::kUnlessKey,
-            .arguments = {.key = keyPixel},
-            .fill = fill != 0,
-            .outside = 0x563412};
-        Pixels const made = test::WalkOneByOne(*to.GetBitmap(), *from.GetBitmap(), walk, how);
-        // An image is its own source as a copy would be.
-        CTovDib const& source = round % 5 == 0 ? to : from;
-        ASSERT_TRUE(
-            round % 3 == 0
-                ? to.CopyFromDibStretch(&source, angle, scale, dst.x, dst.y, src.x, src.y, fill, 0x123456)
-            : round % 3 == 1 ? to.CopyFromDibStretchAlpha(&source, angle, scale, dst.x, dst.y, src.x, src.y,
-                                                          fill, 0x123456)
-                             : to.CopyFromDibStretchTransparent(&source, angle, scale, dst.x, dst.y, src.x,
-                                                                src.y, keyColor, fill, 0x123456));
-        ASSERT_EQ(Of(to), made) << round;
-    }
+// Every position of the walk is held against plain steps where the loops are tested.
+TEST(DibTest, RotatesAsTold) {
+    float const quarter = std::numbers::pi_v<float> / 2;
+    CTovDib src, dib;
+    auto const made = [&](auto const& copy) {
+        src.Create(2, -2);
+        std::ranges::copy(Pixels{0x80000010, 0x80000020, 0x80302010, 0x80000040}, src.GetCrBits());
+        dib.Create(2, -2);
+        dib.Fill(0, 0x11);
+        EXPECT_TRUE(copy());
+        return Of(dib);
+    };
+    EXPECT_EQ(made([&] { return dib.CopyFromDibStretch(&src, quarter, 1, 0.5F, 0.5F, 1, 1, 0, 0); }),
+              (Pixels{0x80000020, 0x80000040, 0x80000010, 0x80302010}));
+    EXPECT_EQ(made([&] { return dib.CopyFromDibStretch(&src, 0, 2, 0, 0, 0.5F, 1.5F, 1, 0x332211); }),
+              (Pixels{0x80302010, 0x80000040, 0x112233, 0x112233}));
+    EXPECT_EQ(made([&] { return dib.CopyFromDibStretchAlpha(&src, quarter, 1, 0.5F, 0.5F, 1, 1, 0, 0); }),
+              (Pixels{0x11000010, 0x11000020, 0x11000008, 0x11181008}));
+    EXPECT_EQ(made([&] {
+                  return dib.CopyFromDibStretchTransparent(&src, 0, 1, 0, 0, -0.5F, 0.5F, keyColor, 1,
+                                                           0x332211);
+              }),
+              (Pixels{0x112233, 0x80000010, 0x112233, 0x11000000}));
+    // An image is its own source as a copy would be.
+    EXPECT_EQ(made([&] {
+                  dib = src;
+                  return dib.CopyFromDibStretch(&src, quarter, 1, 0.5F, 0.5F, 1, 1, 0, 0);
+              }),
+              (Pixels{0x80000020, 0x80000040, 0x80000010, 0x80302010}));
 }
 
 TEST(DibTest, RotatesRoundTheCentres) {

@@ -12,28 +12,34 @@
 #include <limits>
 #include <random>
 #include <string>
-#include <vector>
 
 namespace tov {
 namespace {
 
 using enum PixelOperation;
+using test::AnyPixel;
+using test::Between;
+using test::keyPixel;
 using test::PixelOf;
-using Pixels = std::vector<std::uint32_t>;
+using test::Pixels;
+using test::Random;
 
 std::string Told(PixelOperation operation, PixelLoops const& loops) {
     return "operation " + std::to_string(static_cast<int>(operation)) + ", rows " +
            std::to_string(loops.rows);
 }
 
-// All pairs of a byte of the destination and one of the source, in each of the three places.
+// All pairs of a byte of the destination and one of the source, in each of the three places: what a place
+// holds runs through all bytes in an order of its own.
 TEST(PixelLoopsTest, ComposesEveryPairOfBytesByEveryAmount) {
     Pixels first(65536 + 5);
     Pixels s(first.size());
     Pixels expected(first.size());
     for (std::uint32_t i = 0; i < s.size(); ++i) {
-        first[i] = (i & 0xFF) * 0x4D0501 ^ i << 24;
-        s[i] = (i >> 8 & 0xFF) * 0x5B0301;
+        std::uint32_t const x = i & 0xFF;
+        std::uint32_t const y = i >> 8 & 0xFF;
+        first[i] = x | (x ^ 0x55) << 8 | (x * 5 & 0xFF) << 16 | i << 24;
+        s[i] = y | (y ^ 0xAA) << 8 | (y * 7 & 0xFF) << 16;
     }
     for (std::uint32_t amount = 0; amount < 256; ++amount) {
         for (std::uint32_t& pixel : s)
@@ -66,15 +72,11 @@ TEST(PixelLoopsTest, MakesEveryColorGreyAsDoublesDo) {
 }
 
 TEST(PixelLoopsTest, ComposesRowsOfEveryWidthAtEveryAlignment) {
-    std::mt19937 random(6);
     constexpr std::size_t room = 128;
     alignas(64) std::uint32_t first[room];
     alignas(64) std::uint32_t d[room];
     alignas(64) std::uint32_t s[room];
-    PixelArguments const arguments{.amount = 201, .key = 0x030201, .taken = 0xFFFFFFFF};
-    auto const pixel = [&] {
-        return random() % 4 == 0 ? arguments.key : static_cast<std::uint32_t>(random());
-    };
+    PixelArguments const arguments{.amount = 201, .key = keyPixel, .taken = 0xFFFFFFFF};
     for (PixelLoops const& loops : AllPixelLoops()) {
         for (std::size_t o = 0; o < pixelOperations; ++o) {
             auto const operation = static_cast<PixelOperation>(o);
@@ -83,10 +85,10 @@ TEST(PixelLoopsTest, ComposesRowsOfEveryWidthAtEveryAlignment) {
                     bool const moves = shift % 2 == 0;
                     std::size_t const at = shift / 2 + 16;
                     for (std::size_t i = 0; i < room; ++i) {
-                        first[i] = d[i] = pixel();
-                        s[i] = pixel();
+                        first[i] = d[i] = AnyPixel();
+                        s[i] = AnyPixel();
                     }
-                    std::uint32_t const* const from = s + random() % 32;
+                    std::uint32_t const* const from = s + Between(0, 31);
                     (moves ? loops.Moving(operation) : loops.Still(operation))(d + at, from, width,
                                                                                arguments);
                     for (std::size_t i = 0; i < room; ++i) {
@@ -103,21 +105,16 @@ TEST(PixelLoopsTest, ComposesRowsOfEveryWidthAtEveryAlignment) {
 }
 
 TEST(PixelLoopsTest, WalksAsOneByOneInSinglePrecision) {
-    std::mt19937 random(7);
-    auto const size = [&random](int most) {
-        return 1 + static_cast<int>(random() % static_cast<unsigned>(most));
-    };
-    auto const real = [&random](float low, float high) {
-        return std::uniform_real_distribution(low, high)(random);
+    auto const real = [](float low, float high) {
+        return std::uniform_real_distribution(low, high)(Random());
     };
     float const odd[] = {0.0F,         -0.0F, 1e-40F, 1e30F, -1e30F, std::numeric_limits<float>::infinity(),
                          std::nanf("")};
     for (int round = 0; round < 600; ++round) {
-        HBITMAP const from = CTovPixels::Create(size(300), size(300));
-        HBITMAP const to = CTovPixels::Create(size(400), -size(70));
+        HBITMAP const from = CTovPixels::Create(Between(1, 300), Between(1, 300));
+        HBITMAP const to = CTovPixels::Create(Between(1, 400), Between(-70, -1));
         for (CTovPixels* pixels : {from.get(), to.get()})
-            std::generate_n(pixels->GetBits(), pixels->GetCount(),
-                            [&random] { return static_cast<std::uint32_t>(random() & 0xFF0F0103); });
+            std::generate_n(pixels->GetBits(), pixels->GetCount(), AnyPixel);
         auto const width = static_cast<float>(from->GetWidth());
         auto const height = static_cast<float>(from->GetHeight());
         float const angle = real(-3.2F, 3.2F);
@@ -126,10 +123,10 @@ TEST(PixelLoopsTest, WalksAsOneByOneInSinglePrecision) {
                        std::sin(angle) / scale, from->GetWidth(),          from->GetHeight()};
         // Whole steps meet the edges exactly.
         if (round % 3 == 0) walk = {0, height - 3, 1, round % 2 == 0 ? 0.0F : -1.0F, walk.width, walk.height};
-        if (round % 10 == 0) (round % 20 == 0 ? walk.u : walk.du) = odd[random() % std::size(odd)];
+        if (round % 10 == 0) (round % 20 == 0 ? walk.u : walk.du) = odd[Between(0, std::size(odd) - 1)];
         PixelStretch const how{.compose = round % 4 != 0,
                                .operation = round % 4 == 1 ? kAlpha : kUnlessKey,
-                               .arguments = {.key = 0x0F0103},
+                               .arguments = {.key = keyPixel},
                                .fill = round % 5 != 0,
                                .outside = 0x123456};
         Pixels const expected = test::WalkOneByOne(*to, *from, walk, how);

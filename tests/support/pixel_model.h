@@ -1,4 +1,4 @@
-// Operations one pixel after the other.
+// Operations one pixel after the other, and what tests of pixels draw by lot.
 #pragma once
 
 #include "imaging/pixel_rows.h"
@@ -6,10 +6,30 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <random>
 #include <utility>
 #include <vector>
 
 namespace tov::test {
+
+using Pixels = std::vector<std::uint32_t>;
+
+inline std::mt19937& Random() {
+    static std::mt19937 random(51);
+    return random;
+}
+
+inline int Between(int least, int most) {
+    return std::uniform_int_distribution(least, most)(Random());
+}
+
+constexpr std::uint32_t keyPixel = 0x302010;
+
+// One colour often, so that keys are met.
+inline std::uint32_t AnyPixel() {
+    return static_cast<std::uint32_t>(Between(0, 255)) << 24 |
+           (Between(0, 2) == 0 ? keyPixel : static_cast<std::uint32_t>(Between(0, 0xFFFFFF)));
+}
 
 // The pixel that an operation makes, by the plain formulas; `place` counts the pixels of a row.
 inline std::uint32_t PixelOf(PixelOperation operation, std::uint32_t d, std::uint32_t s,
@@ -24,9 +44,9 @@ inline std::uint32_t PixelOf(PixelOperation operation, std::uint32_t d, std::uin
 }
 
 // A rotating copy: one row after the other, one pixel after the other.
-inline std::vector<std::uint32_t> WalkOneByOne(CTovPixels const& to, CTovPixels const& from,
-                                               PixelWalk const& first, PixelStretch const& how) {
-    std::vector<std::uint32_t> made(to.GetBits(), to.GetBits() + to.GetCount());
+inline Pixels WalkOneByOne(CTovPixels const& to, CTovPixels const& from, PixelWalk const& first,
+                           PixelStretch const& how) {
+    Pixels made(to.GetBits(), to.GetBits() + to.GetCount());
     float rowU = first.u;
     float rowV = first.v;
     auto pixel = made.begin();
