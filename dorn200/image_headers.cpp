@@ -114,6 +114,23 @@ bool HasAllGifPixels(std::FILE* file) {
     return true;
 }
 
+// Two bytes stand for at most 255 pixels.
+bool MayHaveAllBmpPixels(std::FILE* file) {
+    std::array<unsigned char, 34> head{};
+    if (std::fseek(file, 0, SEEK_END) != 0) return false;
+    auto const all = static_cast<std::uint64_t>(std::ftell(file));
+    if (std::fseek(file, 0, SEEK_SET) != 0) return false;
+    if (!ReadExactly(file, head)) return true;
+    auto const number = [&](std::size_t at) {
+        return std::uint32_t{LittleEndian(&head[at]) | LittleEndian(&head[at + 2]) << 16};
+    };
+    constexpr std::uint32_t leastHead = 40, rle8 = 1, rle4 = 2;
+    std::uint32_t const begin = number(10), height = number(22), compression = number(30);
+    if (number(14) < leastHead || (compression != rle8 && compression != rle4)) return true;
+    std::uint64_t const rows = std::min(height, ~height + 1);  // a sign tells their direction
+    return begin <= all && (all - begin) / 2 * 255 >= rows * number(18);
+}
+
 // The size marker of the code stream (ISO/IEC 15444-1, A.5.1), which follows the start marker at once; in a
 // JP2 file the stream is the content of a box. FreeImage would make do with any part of the stream, so its
 // end marker must be there too.

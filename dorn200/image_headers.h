@@ -18,6 +18,10 @@ bool TellGif(std::FILE* file, ImageFacts& facts);
 // Whether the first picture has as many pixels as its head tells. FreeImage leaves out what is missing.
 bool HasAllGifPixels(std::FILE* file);
 
+// Whether the packed pixels of a bitmap file can be as many as its head tells. FreeImage leaves out what is
+// missing. True for files that are not packed.
+bool MayHaveAllBmpPixels(std::FILE* file);
+
 // JPEG 2000, the stream alone or boxed in a JP2 file. False also where the stream has no end.
 bool TellJpeg2000(std::FILE* file, bool isBoxed, ImageFacts& facts);
 

@@ -79,11 +79,14 @@ long DLL_CALLCONV ImageSource::Position(fi_handle handle) {
 }
 
 // The readers of JPEG and TIFF files fill up with grey or black what their pixels do not reach to, and only
-// say so.
+// say so; of a JPEG file only the first thing that they notice. Bytes between the picture and the mark of its
+// end are padding that cameras write; at other places they are what a decoder could make nothing of.
 void ImageSource::Hear(FREE_IMAGE_FORMAT, char const* message) {
     std::string_view const text = message;
-    for (std::string_view const word : {"remature end"sv, "bad Huffman code"sv, "may be incomplete"sv}) {
-        if (hearing != nullptr && text.find(word) != text.npos) hearing->m_ranOut = true;
+    if (hearing == nullptr || text.find("extraneous bytes before marker 0xd9") != text.npos) return;
+    for (std::string_view const word :
+         {"Corrupt JPEG data"sv, "Premature end"sv, "Inconsistent progression"sv, "may be incomplete"sv}) {
+        if (text.find(word) != text.npos) hearing->m_ranOut = true;
     }
 }
 
@@ -101,6 +104,7 @@ FreeImagePtr ImageSource::Decode(int flags) {
 
 FreeImagePtr ImageSource::Load() {
     if (m_format == FIF_GIF && !HasAllGifPixels(m_file.get())) return nullptr;
+    if (m_format == FIF_BMP && !MayHaveAllBmpPixels(m_file.get())) return nullptr;
     auto image = Decode(0);
     return m_ranOut || image == nullptr || !FreeImage_HasPixels(image.get()) ? nullptr : std::move(image);
 }

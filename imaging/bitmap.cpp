@@ -3,15 +3,11 @@
 
 #include "imaging/bitmap_readers.h"
 #include "imaging/image_module.h"
-#include "vesk/file.h"
+#include "vesk/file_pieces.h"
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <new>
 #include <span>
 #include <string>
-#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -24,26 +20,23 @@ bool IsRegularFile(char const* path) {
     return path != nullptr && *path != '\0' && std::filesystem::is_regular_file(path, failure);
 }
 
-// By one of our own readers, where the file begins as its files do.
-HBITMAP ReadWithReader(char const* path, std::string_view signature, HBITMAP (*read)(std::string_view)) try {
-    constexpr std::uintmax_t mostBytes = std::uintmax_t{1} << 31;  // more than any picture of theirs takes
-    std::string bytes(signature.size(), '\0');
-    std::ifstream(path, std::ios::binary).read(bytes.data(), std::ssize(bytes));
-    std::error_code failure;
-    if (bytes != signature || std::filesystem::file_size(path, failure) > mostBytes || failure)
-        return nullptr;
-    if (ReadWholeFile(path, bytes)) return nullptr;
-    return read(bytes);
-} catch (std::bad_alloc const&) {
-    return nullptr;
+// The first bytes; all that there are of a shorter file.
+std::string FirstBytes(char const* path, std::size_t count) {
+    std::string bytes(count, '\0');
+    FilePieces file;
+    std::size_t got = 0;
+    if (file.Open(path) || file.Read(bytes.data(), count, got)) return {};
+    bytes.resize(got);
+    return bytes;
 }
 
 HBITMAP ReadImageFile(char const* path) {
     if (!IsRegularFile(path)) return nullptr;
-    HBITMAP bitmap = ReadWithReader(path, bmpSignature, ReadBmp);
-    if (bitmap == nullptr) bitmap = ReadWithModule(path);
-    if (bitmap == nullptr) bitmap = ReadWithReader(path, pngSignature, ReadPng);
-    return bitmap;
+    std::string const head = FirstBytes(path, pngSignature.size());
+    HBITMAP picture;
+    if (head.starts_with(bmpSignature)) picture = ReadApart(path, BmpExtent, ReadBmp);
+    if (picture != nullptr || ReadWithModule(path, picture)) return picture;
+    return head == pngSignature ? ReadApart(path, PngExtent, ReadPng) : nullptr;
 }
 
 }  // namespace

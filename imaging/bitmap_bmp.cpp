@@ -48,15 +48,22 @@ class BmpMask {
 
 class BmpReader {
  public:
-    explicit BmpReader(std::string_view bytes) : m_bytes(bytes) {}
+    // The bytes may be the head of a file alone, whose size is told.
+    BmpReader(std::string_view bytes, std::uint64_t fileSize) : m_bytes(bytes), m_fileSize(fileSize) {}
+
+    std::uint64_t Extent() {
+        if (!ReadHeader() || !MayHaveAllPixels()) return 0;
+        auto const width = static_cast<std::uint64_t>(m_width), height = static_cast<std::uint64_t>(m_height);
+        // At the worst a move of four bytes and a run of two for every pixel, and two for the end of a row.
+        std::uint64_t const most = IsPacked() ? (width * 6 + 2) * height + 2 : m_stride * height;
+        return std::min(m_fileSize, m_pixels + most);
+    }
 
     HBITMAP Read() {
-        if (!ReadHeader()) return nullptr;
-        bool const isPacked = m_compression == rle8 || m_compression == rle4;
-        if (!isPacked && !HasAllRows()) return nullptr;
+        if (!ReadHeader() || !MayHaveAllPixels()) return nullptr;
         m_bitmap = CTovPixels::Create(static_cast<int>(m_width), -static_cast<int>(m_height));
         if (m_bitmap == nullptr) return nullptr;
-        if (isPacked) {
+        if (IsPacked()) {
             if (!Unpack()) return nullptr;
         } else {
             for (std::int64_t y = 0; y < m_height; ++y)
@@ -104,7 +111,7 @@ class BmpReader {
         ReadPalette(palette + behind, isOld ? 3 : 4, isOld ? 0 : m_bytes.Number(46, 4));
         m_pixels = m_bytes.Number(10, 4);
         m_stride = (static_cast<std::size_t>(m_width) * m_bits + 31) / 32 * 4;
-        return m_pixels >= palette && m_pixels < m_bytes.Size();
+        return m_pixels >= palette && m_pixels < m_fileSize;
     }
 
     void ReadPalette(std::size_t at, std::size_t each, std::uint32_t count) {
@@ -115,10 +122,16 @@ class BmpReader {
             m_palette[i] = opaquePixel | m_bytes.Number(at + i * each, 3);
     }
 
-    // The padding of the last row may be left out.
-    bool HasAllRows() const {
-        std::size_t const last = (static_cast<std::size_t>(m_width) * m_bits + 7) / 8;
-        return m_bytes.Size() - m_pixels >= m_stride * static_cast<std::size_t>(m_height - 1) + last;
+    bool IsPacked() const { return m_compression == rle8 || m_compression == rle4; }
+
+    bool MayHaveAllPixels() const {
+        auto const width = static_cast<std::uint64_t>(m_width), height = static_cast<std::uint64_t>(m_height);
+        std::uint64_t const stored = m_fileSize - m_pixels;
+        // Two bytes stand for at most 255 pixels. Moves could leave out more, which nobody does who has a
+        // picture to tell.
+        if (IsPacked()) return stored / 2 * 255 >= width * height;
+        // The padding of the last row may be left out.
+        return stored >= m_stride * (height - 1) + (width * m_bits + 7) / 8;
     }
 
     std::uint32_t* Row(std::int64_t stored) {
@@ -190,6 +203,7 @@ class BmpReader {
     }
 
     BmpBytes m_bytes;
+    std::uint64_t m_fileSize;
     std::int64_t m_width = 0;
     std::int64_t m_height = 0;
     bool m_isTopDown = false;
@@ -205,7 +219,11 @@ class BmpReader {
 }  // namespace
 
 HBITMAP ReadBmp(std::string_view bytes) {
-    return bytes.starts_with(bmpSignature) ? BmpReader(bytes).Read() : nullptr;
+    return bytes.starts_with(bmpSignature) ? BmpReader(bytes, bytes.size()).Read() : nullptr;
+}
+
+std::uint64_t BmpExtent(std::string_view head, std::uint64_t fileSize) {
+    return head.starts_with(bmpSignature) ? BmpReader(head, fileSize).Extent() : 0;
 }
 
 }  // namespace tov

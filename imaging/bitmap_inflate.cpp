@@ -31,6 +31,9 @@ class DeflateBits {
     }
     bool IsOver() const { return m_isOver; }
 
+    // How many bytes were begun.
+    std::size_t Taken() const { return m_next - m_held / 8; }
+
     // The next whole bytes; empty where there are not so many.
     std::span<unsigned char const> Bytes(std::size_t count) {
         std::size_t const held = m_held / 8;
@@ -100,14 +103,14 @@ class Inflater {
     Inflater(std::span<unsigned char const> packed, std::span<unsigned char> output)
         : m_bits(packed), m_output(output) {}
 
-    bool Run() {
+    std::size_t Run() {
         for (bool isLast = false; !isLast;) {
             isLast = m_bits.Take(1) != 0;
             unsigned const kind = m_bits.Take(2);
             bool const good = kind == 0 ? Copy() : kind == 1 ? UseFixed() : kind == 2 && UseOwn();
-            if (!good || m_bits.IsOver()) return false;
+            if (!good || m_bits.IsOver()) return 0;
         }
-        return m_done == m_output.size();
+        return m_done == m_output.size() ? m_bits.Taken() : 0;
     }
 
  private:
@@ -200,7 +203,7 @@ class Inflater {
 
 }  // namespace
 
-bool Inflate(std::span<unsigned char const> packed, std::span<unsigned char> output) {
+std::size_t Inflate(std::span<unsigned char const> packed, std::span<unsigned char> output) {
     return Inflater(packed, output).Run();
 }
 

@@ -26,8 +26,14 @@ HBITMAP ReadBmp(std::string_view bytes);
 // Portable Network Graphics (ISO/IEC 15948) of every kind; one picture with all checks of sums.
 HBITMAP ReadPng(std::string_view bytes);
 
-// Unpacks a stream of RFC 1951 (deflate). True when the output was filled to the last byte and the stream
-// ended there.
-bool Inflate(std::span<unsigned char const> packed, std::span<unsigned char> output);
+// How many bytes at the beginning of a file belong to its picture, at most; 0 where it can have none. Judged
+// by the first bytes of the file, of which bitmapHeadSize are enough, and by the size of the whole.
+inline constexpr std::size_t bitmapHeadSize = 14 + 256;
+std::uint64_t BmpExtent(std::string_view head, std::uint64_t fileSize);
+std::uint64_t PngExtent(std::string_view head, std::uint64_t fileSize);
+
+// Unpacks a stream of RFC 1951 (deflate). Answers its length when the output was filled to the last byte and
+// the stream ended there; else 0.
+std::size_t Inflate(std::span<unsigned char const> packed, std::span<unsigned char> output);
 
 }  // namespace tov

@@ -6,10 +6,13 @@
 #include "imaging/bitmap_readers.h"
 #include "vesk/apart.h"
 #include "vesk/file.h"
+#include "vesk/file_pieces.h"
 #include "vesk/immortal.h"
 #include "vesk/module.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -34,6 +37,26 @@ bool LoadImageModule(PassingModule& module) {
     return module.Load(beside.c_str()) || module.Load(imageModuleName);
 }
 
+void WritePicture(ApartPipe& pipe, int width, int height, std::uint32_t const* pixels) {
+    auto const count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    if (pipe.Write(&width, sizeof width) && pipe.Write(&height, sizeof height))
+        pipe.Write(pixels, count * sizeof *pixels);
+}
+
+// What the work writes in its copy of this process. The copy may have been led astray, so nothing that it
+// says is believed.
+HBITMAP PictureFromCopy(std::function<void(ApartPipe&)> const& work) {
+    HBITMAP bitmap;
+    bool const isWhole = VeskRunApart(readingLimits, work, [&](ApartPipe& pipe) {
+        int width = 0, height = 0;
+        if (!pipe.Read(&width, sizeof width) || !pipe.Read(&height, sizeof height)) return false;
+        if (!IsBitmapSize(width, height)) return false;
+        bitmap = CTovPixels::Create(width, -height);
+        return bitmap != nullptr && pipe.Read(bitmap->GetBits(), bitmap->GetCount() * sizeof(std::uint32_t));
+    });
+    return isWhole ? bitmap : nullptr;
+}
+
 struct FreeImageRelease {
     DornUnloadCall* unload;
     void operator()(void* image) const { unload(image); }
@@ -45,32 +68,39 @@ void TovSetImageModule(char const* path) {
     *ImageModulePath() = path != nullptr ? path : "";
 }
 
-HBITMAP ReadWithModule(char const* path) {
+bool ReadWithModule(char const* path, HBITMAP& picture) {
     PassingModule module;
-    if (!LoadImageModule(module)) return nullptr;
+    if (!LoadImageModule(module)) return false;
+    picture = nullptr;
     auto* const create = module.Find<DornCreateBitmapFromFileCall>("DornCreateBitmapFromFile");
-    if (create == nullptr) return nullptr;
-    HBITMAP bitmap;
-    bool const isWhole = VeskRunApart(
-        readingLimits,
-        [&](ApartPipe& pipe) {
+    if (create != nullptr) {
+        picture = PictureFromCopy([&](ApartPipe& pipe) {
             DornBitmap const* const made = create(nullptr, path, 0);
-            if (made == nullptr) return;
-            auto const count = static_cast<std::size_t>(made->width) * static_cast<std::size_t>(made->height);
-            if (pipe.Write(&made->width, sizeof made->width) &&
-                pipe.Write(&made->height, sizeof made->height))
-                pipe.Write(made->pixels, count * sizeof *made->pixels);
-        },
-        [&](ApartPipe& pipe) {
-            int width = 0, height = 0;
-            if (!pipe.Read(&width, sizeof width) || !pipe.Read(&height, sizeof height)) return false;
-            // The copy may have been led astray, so nothing that it says is believed.
-            if (!IsBitmapSize(width, height)) return false;
-            bitmap = CTovPixels::Create(width, -height);
-            return bitmap != nullptr &&
-                   pipe.Read(bitmap->GetBits(), bitmap->GetCount() * sizeof(std::uint32_t));
+            if (made != nullptr) WritePicture(pipe, made->width, made->height, made->pixels);
         });
-    return isWhole ? bitmap : nullptr;
+    }
+    return true;
+}
+
+HBITMAP ReadApart(char const* path, std::uint64_t (*extent)(std::string_view, std::uint64_t),
+                  HBITMAP (*read)(std::string_view)) {
+    return PictureFromCopy([&](ApartPipe& pipe) {
+        FilePieces file;
+        if (file.Open(path)) return;
+        std::string bytes(bitmapHeadSize, '\0');
+        std::size_t got = 0;
+        if (file.Read(bytes.data(), bytes.size(), got)) return;
+        bytes.resize(got);
+        constexpr std::uint64_t mostBytes = std::uint64_t{1} << 31;  // more than any picture takes
+        std::uint64_t const whole = extent(bytes, file.Size());
+        if (whole == 0 || whole > mostBytes) return;
+        bytes.resize(std::max<std::size_t>(got, whole));
+        std::size_t more = 0;
+        if (file.Read(bytes.data() + got, bytes.size() - got, more)) return;
+        bytes.resize(got + more);
+        HBITMAP const made = read(bytes);
+        if (made != nullptr) WritePicture(pipe, made->GetWidth(), made->GetHeight(), made->GetBits());
+    });
 }
 
 bool TellWithModule(char const* path, ImageFileFacts& facts) {
@@ -86,7 +116,11 @@ bool TellWithModule(char const* path, ImageFileFacts& facts) {
             if (tell(path, &found.width, &found.height, &found.bitsPerPixel))
                 pipe.Write(&found, sizeof found);
         },
-        [&](ApartPipe& pipe) { return pipe.Read(&told, sizeof told); });
+        [&](ApartPipe& pipe) {
+            constexpr int mostBits = 128;  // four samples of 32
+            return pipe.Read(&told, sizeof told) && told.width > 0 && told.height > 0 &&
+                   told.bitsPerPixel > 0 && told.bitsPerPixel <= mostBits;
+        });
     if (isTold) facts = told;
     return isTold;
 }
