@@ -7,10 +7,11 @@
 #include "util/file_facts.h"
 #include "vesk/directory.h"
 #include "vesk/error_codes.h"
+#include "vesk/file_pieces.h"
 #include "vesk/process.h"
 
+#include <exception>
 #include <filesystem>
-#include <new>
 #include <string_view>
 #include <vector>
 
@@ -78,7 +79,9 @@ unsigned long CheckAttachment(CString const& path, std::string& absolute) {
     if (auto const failure = FactsOfPath(systemPath.c_str(), true, facts))
         return PathErrorCode(failure, systemPath);
     if (facts.kind != EntryKind::kFile) return TOV_ERROR_ACCESS_DENIED;
-    std::error_code failure;
+    FilePieces file;
+    std::error_code failure = file.Open(systemPath.c_str());
+    if (failure) return PathErrorCode(failure, systemPath);
     absolute = std::filesystem::absolute(systemPath, failure).string();
     return VeskErrorCode(failure.value());
 }
@@ -94,6 +97,8 @@ unsigned long CodeOfExit(int exitCode) {
             return TOV_ERROR_NOT_FOUND;
         case 3:
             return TOV_ERROR_MODULE_NOT_LOADED;
+        case 5:
+            return TOV_ERROR_ACCESS_DENIED;
         default:
             return TOV_ERROR_IO;
     }
@@ -105,8 +110,11 @@ unsigned long HandToClient(MailAddresses const* to, MailAddresses const* cc, Mai
     if (!uri.AddAddresses("", to) || !uri.AddAddresses("cc", cc) || !uri.AddAddresses("bcc", bcc))
         return TOV_ERROR_INVALID_PARAMETER;
     uri.AddText("subject", HeaderText(TextOrEmpty(subject)));
-    uri.AddText("body", WithLineEnds(TextOrEmpty(text)));
-    std::vector<std::string> arguments{uri.Text()};
+    CString body;
+    AppendWithLineEnds(body, TextOrEmpty(text));
+    uri.AddText("body", body);
+    // Otherwise the program takes paths for texts in the charset of its locale.
+    std::vector<std::string> arguments{"--utf8", uri.Text()};
     if (attachments != nullptr) {
         for (CString const& path : *attachments) {
             std::string absolute;
@@ -130,7 +138,7 @@ int TovSendMailByClient(MailAddresses const* to, MailAddresses const* cc, MailAd
     FileReport const report(error, message);
     try {
         return report.Result(HandToClient(to, cc, bcc, subject, text, attachments));
-    } catch (std::bad_alloc const&) {
+    } catch (std::exception const&) {  // no memory, or a text longer than any
         return report.Result(TOV_ERROR_NOT_ENOUGH_MEMORY);
     }
 }

@@ -1,7 +1,7 @@
 #include <tov310/mail_message.h>
 
 #include <tov310/text.h>
-#include <tov310/tov_time.h>
+#include <tov310/time_types.h>
 
 #include "mail/mail_text.h"
 #include "vesk/immortal.h"
@@ -33,7 +33,7 @@ CString Trimmed(std::string_view text) {
 
 // The present time as the family's programs write it.
 CString MailDate() {
-    return CTovTime().FormatGmt("%a, %d %b %y %H:%M:%S GMT");
+    return CTime::GetCurrentTime().FormatGmt("%a, %d %b %y %H:%M:%S GMT");
 }
 
 CString QuotedAddressLine(std::string_view name, CTovMailMessage::MAIL_ADDRESS const& address) {

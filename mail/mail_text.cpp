@@ -119,6 +119,17 @@ bool IsUtf8Text(std::string_view text) {
     return true;
 }
 
+CString CharsetFor(std::string_view declared, std::string_view text) {
+    CString name(declared);
+    std::ranges::transform(name, name.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? c + 32 : c; });
+    // They switch between sets of characters with bytes of ASCII.
+    bool const switches = name.starts_with("iso-2022-") || name == "utf-7" || name == "hz-gb-2312";
+    return IsUtf8Text(text) &&
+                   !(switches && std::ranges::all_of(text, [](char c) { return (c & 0x80) == 0; }))
+               ? "utf-8"
+               : CString(declared);
+}
+
 CString UnstructuredLine(std::string_view name, std::string_view text) {
     CString const clean = HeaderText(text);
     CString line(name);
@@ -183,6 +194,45 @@ CString Parameter(std::string_view name, std::string_view text) {
         rest.remove_prefix(length);
     }
     return line;
+}
+
+CString FieldText(std::string_view text) {
+    CString clean = HeaderText(text);
+    bool isQuoted = false;
+    for (std::size_t i = 0; i < clean.size(); ++i) {
+        if (!IsPrintableAscii(clean[i])) clean[i] = '?';
+        if (clean[i] == '"') isQuoted = !isQuoted;
+        if (clean[i] == '\\' && isQuoted && ++i == clean.size()) clean += ' ';
+    }
+    if (isQuoted) clean += '"';
+    return clean;
+}
+
+CString FoldedLines(std::string_view header) {
+    CString lines;
+    AppendWithLineEnds(lines, header);
+    if (!lines.empty() && !lines.ends_with("\r\n")) lines += "\r\n";
+    CString folded;
+    for (std::size_t begin = 0, end = 0; begin < lines.size(); begin = end + 2) {
+        end = lines.find("\r\n", begin);
+        // Words and gaps that are too long for a line are cut.
+        CString line;
+        std::size_t word = 0, gap = 0;
+        for (char const c : std::string_view(lines).substr(begin, end - begin)) {
+            gap = c == ' ' ? gap + 1 : 0;
+            if (gap > mostQuoted) continue;
+            word = c == ' ' ? 0 : word + 1;
+            if (word == mostInOneLine - mostQuoted) {
+                line += ' ';
+                word = 1;
+            }
+            line += c;
+        }
+        line.resize(line.find_last_not_of(' ') + 1);
+        FoldPlain(line, 0, folded);
+        folded += "\r\n";
+    }
+    return folded;
 }
 
 CString StrictMailDate() {

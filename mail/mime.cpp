@@ -41,33 +41,31 @@ CTovMailMessageMimePartText::~CTovMailMessageMimePartText() = default;
 
 CString CTovMailMessageMimePartText::Body() const {
     if (!StrictEncoding()) return m_text;
+    TransferEncoding const encoding = EncodingFor(m_contentTransferEncoding, m_text);
     CString body;
-    switch (EncodingFor(m_contentTransferEncoding, m_text)) {
-        case TransferEncoding::kQuotedPrintable:
-            AppendQuotedPrintable(body, m_text);
-            break;
-        case TransferEncoding::kBase64:
-            AppendBase64(body, m_text);
-            break;
-        case TransferEncoding::kAsItStands:
-            body = m_text;
-    }
+    MakeRoom(body, EncodedLength(m_text, encoding));
+    AppendEncoded(body, m_text, encoding);
     return body;
 }
 
 CString CTovMailMessageMimePartText::Header() const {
-    CString charset = m_charset;
-    CString encoding = m_contentTransferEncoding;
     if (StrictEncoding()) {
-        if (IsUtf8Text(m_text)) charset = "utf-8";
-        encoding = EncodingName(EncodingFor(encoding, m_text), encoding);
+        TransferEncoding const encoding = EncodingFor(m_contentTransferEncoding, m_text);
+        CString charset = FieldText(CharsetFor(m_charset, m_text));
+        std::erase(charset, '"');
+        return FoldedLines(CString("Content-type: ")
+                               .append(FieldText(m_contentType))
+                               .append("; charset=\"")
+                               .append(charset)
+                               .append("\"\r\nContent-transfer-encoding: ")
+                               .append(EncodingName(encoding, m_contentTransferEncoding)));
     }
     return CString("Content-type: ")
         .append(HeaderText(m_contentType))
         .append("; charset=\"")
-        .append(HeaderText(charset))
+        .append(HeaderText(m_charset))
         .append("\"\r\nContent-transfer-encoding: ")
-        .append(HeaderText(encoding))
+        .append(HeaderText(m_contentTransferEncoding))
         .append("\r\n");
 }
 
@@ -128,17 +126,19 @@ CString CTovMailMessageMimePartBinary::Header() const {
     CString drive, directory, name, extension;
     TovSplitPath(m_path.c_str(), drive, directory, name, extension);
     name += extension;
-    CString header = "Content-type: ";
-    header += HeaderText(m_contentType);
     if (StrictEncoding()) {
-        return header.append(Parameter("name", name))
-            .append("\r\nContent-Disposition: ")
-            .append(HeaderText(m_contentDisposition))
-            .append(Parameter("filename", name))
-            .append("\r\nContent-transfer-encoding: base64\r\n");
+        return FoldedLines(CString("Content-type: ")
+                               .append(FieldText(m_contentType))
+                               .append(Parameter("name", name))
+                               .append("\r\nContent-Disposition: ")
+                               .append(FieldText(m_contentDisposition))
+                               .append(Parameter("filename", name))
+                               .append("\r\nContent-transfer-encoding: base64"));
     }
     name = HeaderText(name);
-    return header.append("; name=\"")
+    return CString("Content-type: ")
+        .append(HeaderText(m_contentType))
+        .append("; name=\"")
         .append(name)
         .append("\"\r\nContent-Disposition: ")
         .append(HeaderText(m_contentDisposition))

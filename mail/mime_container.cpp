@@ -4,7 +4,6 @@
 #include "mail/mail_text.h"
 #include "mail/mime_defaults.h"
 #include "mail/transfer_encoding.h"
-#include "vesk/memory.h"
 
 #include <algorithm>
 #include <charconv>
@@ -19,18 +18,42 @@ namespace {
 using Parts = std::vector<std::unique_ptr<CTovMailMessageMimePart>>;
 using BinaryPart = CTovMailMessageMimePartBinary;
 
-// The part where it is exactly a file of ours, for which a host has written no body of its own.
-BinaryPart const* AsPlainFile(CTovMailMessageMimePart const& part) {
-    return typeid(part) == typeid(BinaryPart) ? static_cast<BinaryPart const*>(&part) : nullptr;
+using TextPart = CTovMailMessageMimePartText;
+
+// The part where it is exactly one of ours, for which a host has written no body of its own.
+template <class Kind>
+Kind const* AsOwn(CTovMailMessageMimePart const& part) {
+    return typeid(part) == typeid(Kind) ? static_cast<Kind const*>(&part) : nullptr;
 }
 
-// Files are encoded in place behind what is there already.
-void AppendPartBody(CString& text, CTovMailMessageMimePart const& part) {
-    if (BinaryPart const* const file = AsPlainFile(part)) {
-        AppendBase64File(text, file->Path().c_str(), part.StrictEncoding() != 0);
-    } else {
-        text += part.Body();
+bool IsOwn(CTovMailMessageMimePart const& part) {
+    return AsOwn<BinaryPart>(part) != nullptr || AsOwn<TextPart>(part) != nullptr;
+}
+
+TransferEncoding EncodingOf(TextPart const& part) {
+    return part.StrictEncoding() ? EncodingFor(part.ContentTransferEncoding(), part.Text())
+                                 : TransferEncoding::kAsItStands;
+}
+
+// At most how many bytes the body of one of ours takes; 0 for others.
+std::size_t OwnLength(CTovMailMessageMimePart const& part) {
+    if (BinaryPart const* const file = AsOwn<BinaryPart>(part)) return Base64FileLength(file->Path().c_str());
+    if (TextPart const* const text = AsOwn<TextPart>(part))
+        return EncodedLength(text->Text(), EncodingOf(*text));
+    return 0;
+}
+
+// The body of one of ours, encoded in place behind what is there already.
+void AppendOwnBody(CString& out, CTovMailMessageMimePart const& part) {
+    if (BinaryPart const* const file = AsOwn<BinaryPart>(part)) {
+        AppendBase64File(out, file->Path().c_str(), part.StrictEncoding() != 0);
+    } else if (TextPart const* const text = AsOwn<TextPart>(part)) {
+        AppendEncoded(out, text->Text(), EncodingOf(*text));
     }
+}
+
+CString HeaderOf(CTovMailMessageMimePart const& part) {
+    return part.StrictEncoding() ? FoldedLines(part.Header()) : part.Header();
 }
 
 // Only characters that RFC 2046 allows, and few enough that something can be added.
@@ -48,10 +71,10 @@ CString AllowedBoundary(std::string_view text) {
 
 // A boundary that stands in none of the texts: the given one, or one with a number that does not follow it in
 // any of them.
-CString FreeBoundary(CString boundary, std::vector<CString> const& texts) {
+CString FreeBoundary(CString boundary, std::vector<std::string_view> const& texts) {
     bool isFree = true;
     std::set<unsigned long> numbers;
-    for (CString const& text : texts) {
+    for (std::string_view const text : texts) {
         for (std::size_t at = text.find(boundary); at != text.npos; at = text.find(boundary, at + 1)) {
             isFree = false;
             unsigned long number = 0;
@@ -74,15 +97,40 @@ CString FreeBoundary(CString boundary, std::vector<CString> const& texts) {
 CTovMailMessageMimeContainer::CTovMailMessageMimeContainer() : m_boundary(BoundaryDefault()) {}
 CTovMailMessageMimeContainer::~CTovMailMessageMimeContainer() = default;
 
-CString CTovMailMessageMimeContainer::StrictBoundary() const {
-    // Base64 has neither "-" nor "_", so that the long texts need not be looked at.
-    std::vector<CString> texts{m_preMime};
-    for (auto const& part : m_parts) {
-        texts.push_back(part->Header());
-        if (AsPlainFile(*part) == nullptr) texts.push_back(part->Body());
+// The texts of the parts; those of our own have no body here.
+struct CTovMailMessageMimeContainer::Pieces {
+    explicit Pieces(Parts const& parts) {
+        for (auto const& part : parts) {
+            headers.push_back(HeaderOf(*part));
+            bodies.push_back(IsOwn(*part) ? CString() : part->Body());
+        }
     }
+    std::vector<CString> headers, bodies;
+};
+
+CString CTovMailMessageMimeContainer::StrictBoundary(Pieces const& pieces) const {
     // The two hyphens are part of what is looked for.
-    return FreeBoundary("--" + AllowedBoundary(m_boundary), texts).substr(2);
+    CString const wanted = "--" + AllowedBoundary(m_boundary);
+    std::vector<std::string_view> texts{m_preMime};
+    texts.insert(texts.end(), pieces.headers.begin(), pieces.headers.end());
+    texts.insert(texts.end(), pieces.bodies.begin(), pieces.bodies.end());
+    std::vector<CString> encoded;
+    encoded.reserve(m_parts.size());
+    for (auto const& part : m_parts) {
+        // Base64 has no "-", so that the long texts need not be looked at. Quoted-printable keeps what has no
+        // "=", and makes no more of it.
+        TextPart const* const text = AsOwn<TextPart>(*part);
+        if (text == nullptr || EncodingOf(*text) == TransferEncoding::kBase64) continue;
+        bool const mayArise = wanted.find('=') != CString::npos;
+        texts.push_back(mayArise ? encoded.emplace_back(text->Body()) : text->Text());
+    }
+    // Header and body are written one after the other, perhaps by parts that never say the same twice.
+    auto const isFree = [this](std::string_view text) {
+        return text.find("--" + m_strictBoundary) == text.npos;
+    };
+    if (m_strictBoundary.empty() || !std::ranges::all_of(texts, isFree))
+        m_strictBoundary = FreeBoundary(wanted, texts).substr(2);
+    return m_strictBoundary;
 }
 
 CString CTovMailMessageMimeContainer::Header() const {
@@ -90,47 +138,51 @@ CString CTovMailMessageMimeContainer::Header() const {
     if (m_parts.empty() && !m_strict) return header;
     header += "MIME-Version: 1.0\r\n";
     if (m_parts.empty()) {
-        CString const body = WithLineEnds(CTovMailMessage::Body());
         header += "Content-type: text/plain; charset=\"";
-        header += IsUtf8Text(body) ? "utf-8" : HeaderText(CTovMailMessageMimePartText::CharsetDefault());
+        header += FieldText(CharsetFor(TextPart::CharsetDefault(), m_body));
         header += "\"\r\nContent-transfer-encoding: ";
-        header += IsSevenBitLines(body) ? "7bit\r\n" : "quoted-printable\r\n";
+        header += IsSevenBitLines(m_body, LineEnds::kAny) ? "7bit\r\n" : "quoted-printable\r\n";
         return header;
     }
-    if (m_parts.size() == 1) return header += m_parts.front()->Header();
+    if (m_parts.size() == 1) return header += HeaderOf(*m_parts.front());
     header += "Content-Type: multipart/mixed;\r\n\tboundary=";
-    if (m_strict) return header.append("\"").append(StrictBoundary()).append("\"\r\n");
+    if (m_strict) return header.append("\"").append(StrictBoundary(Pieces(m_parts))).append("\"\r\n");
     return header.append(HeaderText(m_boundary)).append("\r\n");
 }
 
 CString CTovMailMessageMimeContainer::Body() const {
+    constexpr std::size_t spare = 64;  // for what sending adds
     CString body;
     if (m_parts.empty()) {
-        body = CTovMailMessage::Body();
-        if (!m_strict) return body;
-        CString const lines = WithLineEnds(body);
-        if (IsSevenBitLines(lines)) return lines;
-        body.clear();
-        AppendQuotedPrintable(body, lines);
+        if (!m_strict) return CTovMailMessage::Body();
+        if (IsSevenBitLines(m_body, LineEnds::kAny)) {
+            AppendWithLineEnds(body, m_body);
+        } else {
+            MakeRoom(body, EncodedLength(m_body, TransferEncoding::kQuotedPrintable));
+            AppendQuotedPrintable(body, m_body, LineEnds::kAny);
+        }
         return body;
     }
     if (m_parts.size() == 1) {
-        AppendPartBody(body, *m_parts.front());
+        CTovMailMessageMimePart const& part = *m_parts.front();
+        if (!IsOwn(part)) return part.Body();
+        MakeRoom(body, OwnLength(part) + spare);
+        AppendOwnBody(body, part);
         return body;
     }
-    CString const delimiter = "\r\n--" + (m_strict ? StrictBoundary() : HeaderText(m_boundary));
-    std::size_t length = m_preMime.size() + m_postMime.size() + delimiter.size() + 64;
-    for (auto const& part : m_parts) {
-        constexpr std::size_t header = 1024;
-        BinaryPart const* const file = AsPlainFile(*part);
-        length += delimiter.size() + header + (file != nullptr ? Base64FileLength(file->Path().c_str()) : 0);
-    }
-    body.reserve(length);
-    VeskExpectWrites(body.data(), body.capacity());
+    Pieces pieces(m_parts);
+    CString const delimiter = "\r\n--" + (m_strict ? StrictBoundary(pieces) : HeaderText(m_boundary));
+    std::size_t length = m_preMime.size() + m_postMime.size() + delimiter.size() + spare;
+    for (std::size_t i = 0; i < m_parts.size(); ++i)
+        length += delimiter.size() + pieces.headers[i].size() + pieces.bodies[i].size() +
+                  OwnLength(*m_parts[i]) + 4;
+    MakeRoom(body, length);  // without it, a file that is too large is left out below
     body += m_preMime;
-    for (auto const& part : m_parts) {
-        body.append(delimiter).append("\r\n").append(part->Header()).append("\r\n");
-        AppendPartBody(body, *part);
+    for (std::size_t i = 0; i < m_parts.size(); ++i) {
+        body.append(delimiter).append("\r\n").append(pieces.headers[i]).append("\r\n");
+        CString const text = std::move(pieces.bodies[i]);
+        body += text;
+        AppendOwnBody(body, *m_parts[i]);
     }
     body.append(delimiter).append("--\r\n").append(m_postMime);
     return body;  // by name, for there is no second one
@@ -149,6 +201,7 @@ CString const& CTovMailMessageMimeContainer::Boundary() const {
 }
 void CTovMailMessageMimeContainer::Boundary(char const* boundary) {
     m_boundary = TextOrEmpty(boundary);
+    m_strictBoundary.clear();
 }
 CString const& CTovMailMessageMimeContainer::PreMime() const {
     return m_preMime;

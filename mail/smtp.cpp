@@ -48,6 +48,19 @@ unsigned int ReplyCode(std::string_view reply) {
     return code;
 }
 
+// Sets a value for the length of a block.
+class Kept {
+ public:
+    Kept(int& value, int inside) : m_value(value), m_before(std::exchange(value, inside)) {}
+    Kept(Kept const&) = delete;
+    Kept& operator=(Kept const&) = delete;
+    ~Kept() { m_value = m_before; }
+
+ private:
+    int& m_value;
+    int m_before;
+};
+
 }  // namespace
 
 CTovSmtp::RESPONSE_CODE const CTovSmtp::s_ResponseTable[4] = {
@@ -129,28 +142,33 @@ int CTovSmtp::TransmitMailMessage(CTovMailMessage* message) {
          {CTovMailMessage::eRecipientTo, CTovMailMessage::eRecipientCc, CTovMailMessage::eRecipientBcc}) {
         CString address, name;
         for (unsigned int i = 0; message->Recipient(address, name, i, type); ++i) {
-            CString const before = m_lastError;
             Send("RCPT TO: <" + HeaderText(address) + ">\r\n");
+            // Whom the server does not know is no failure.
+            Kept const anyCode(m_isAnyCodeGood, 1);
             GetResponse(GENERIC_SUCCESS);
             if (!m_connected) return 0;
-            m_lastError = before;  // whom the server does not know is no failure
         }
     }
+    // What fails while the mail is composed must not leave the server waiting for its end.
+    Kept const strict(m_strict, message->StrictEncoding());
+    CString header = message->Header();
+    PrepareHeader(header);
+    m_strict ? StuffStrictly(header, true) : DoubleLoneDots(header);
+    header += "\r\n";
+    CString body = message->Body();
+    PrepareBody(body);
     Send("DATA\r\n");
     if (!GetResponse(DATA_SUCCESS)) return 0;
-
-    m_strict = message->StrictEncoding();
-    CString text = message->Header();
-    PrepareHeader(text);
-    m_strict ? StuffStrictly(text, true) : DoubleLoneDots(text);
-    Send(text += "\r\n");
-    text = message->Body();
-    PrepareBody(text);
-    Send(text);
-    // Strictly, the line end of the last line is not doubled.
-    bool const isAtLine = m_strict && (text.empty() || text.ends_with("\r\n"));
-    Send(isAtLine ? ".\r\n" : "\r\n.\r\n");
-    m_strict = 0;
+    try {
+        Send(header);
+        Send(body);
+        // Strictly, the line end of the last line is not doubled.
+        bool const isAtLine = m_strict && (body.empty() || body.ends_with("\r\n"));
+        Send(isAtLine ? ".\r\n" : "\r\n.\r\n");
+    } catch (...) {
+        Close();
+        throw;
+    }
     return GetResponse(GENERIC_SUCCESS);
 }
 
@@ -158,7 +176,10 @@ void CTovSmtp::PrepareHeader(CString&) {}
 
 void CTovSmtp::PrepareBody(CString& body) {
     bool const isEnded = body.ends_with("\r\n") || (m_strict && body.empty());
-    if (!isEnded) body += "\r\n";
+    if (!isEnded) {
+        MakeRoom(body, 2);
+        body += "\r\n";
+    }
     m_strict ? StuffStrictly(body, false) : DoubleLoneDots(body);
 }
 
@@ -172,9 +193,10 @@ int CTovSmtp::GetResponse(unsigned int row) {
     std::error_code failure = m_socket->Receive(buffer, sizeof buffer, got, m_timeOut);
     m_lastCode = ReplyCode({buffer, got});
     bool const isExpected = m_lastCode == expected.nResponse;
+    bool const isGood = isExpected || (m_isAnyCodeGood && got != 0);
     // A server that agrees before it has got all has not got it.
-    if (isExpected) failure = m_socket->SendError();
-    if (!failure && isExpected) return 1;
+    if (isGood) failure = m_socket->SendError();
+    if (isGood && !failure) return isExpected;
     failure ? SetError(SmtpErrorText(failure), 0) : SetError(expected.nTextId, m_lastCode);
     // Nothing more can come over a lost connection.
     if (failure || got == 0 || m_socket->SendError()) Close();

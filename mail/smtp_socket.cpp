@@ -1,5 +1,7 @@
 #include "mail/smtp_socket.h"
 
+#include "vesk/net_socket.h"
+
 #include <asio/buffer.hpp>
 #include <asio/error.hpp>
 
@@ -15,10 +17,19 @@ constexpr unsigned int otherSocketError = 26175;
 
 CTovSmtp::CSmtpSocket::CSmtpSocket() : m_socket(m_context) {
     // Whether there can be one at all; each address opens its own kind.
-    std::error_code failure;
-    m_socket.open(asio::ip::tcp::v4(), failure);
-    if (failure == asio::error::address_family_not_supported) m_socket.open(asio::ip::tcp::v6(), failure);
+    std::error_code failure = Open(asio::ip::tcp::v4());
+    if (failure == asio::error::address_family_not_supported) failure = Open(asio::ip::tcp::v6());
     if (failure) throw std::system_error(failure);
+}
+
+std::error_code CTovSmtp::CSmtpSocket::Open(asio::ip::tcp const& kind) {
+    std::error_code failure;
+    m_socket.close(failure);
+    int const number = OpenNetSocket(kind == asio::ip::tcp::v6(), failure);
+    if (failure) return failure;
+    m_socket.assign(kind, number, failure);
+    if (failure) CloseNetSocket(number);
+    return failure;
 }
 
 // Waits are asynchronous operations that are run to their end, since only those can be given up.
@@ -56,8 +67,8 @@ std::error_code CTovSmtp::CSmtpSocket::Connect(CString const& server, unsigned i
     if (failure) return failure;
     failure = asio::error::host_not_found;
     for (auto const& address : addresses) {
-        std::error_code ignored;
-        m_socket.close(ignored);
+        failure = Open(address.endpoint().protocol());
+        if (failure) continue;
         failure = Wait(timeOut, [&](auto end) { m_socket.async_connect(address.endpoint(), end); });
         if (!failure) break;
     }

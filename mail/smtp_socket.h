@@ -31,6 +31,8 @@ class CTovSmtp::CSmtpSocket {
     std::error_code Receive(char* buffer, std::size_t size, std::size_t& got, unsigned int timeOut);
 
  private:
+    std::error_code Open(asio::ip::tcp const& kind);
+
     template <class Begin>
     std::error_code Wait(unsigned int timeOut, Begin begin);
 

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <new>
+#include <span>
 
 namespace tov {
 namespace {
@@ -51,17 +53,72 @@ void AppendLines(CString& out, std::string_view bytes) {
     if (whole != bytes.size()) out.append(EncodedBase64(bytes.substr(whole))).append("\r\n");
 }
 
+// How many bytes at a place are a line end; 0 for none.
+std::size_t LineEndAt(std::string_view text, std::size_t i, LineEnds ends) {
+    if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') return 2;
+    return ends == LineEnds::kAny && IsLineEnd(text[i]) ? 1 : 0;
+}
+
+bool MayStandInQuotedPrintable(char c) {
+    return c > ' ' && c <= '~' && c != '=';
+}
+
+std::size_t CodeLength(std::uint64_t bytes) {
+    return static_cast<std::size_t>((bytes / bytesInLine + 1) * (codedLineLength + 2) + 8);
+}
+
+enum class FileState { kWhole, kChanged, kUnreadable };
+
+FileState AppendFileState(CString& out, std::string const& path, std::span<char> buffer, bool strict) {
+    FilePieces file;
+    if (file.Open(path.c_str())) return FileState::kUnreadable;
+    if (!MakeRoom(out, CodeLength(file.Size()))) return FileState::kUnreadable;
+    std::uint64_t left = file.Size();
+    for (bool isLast = false; !isLast;) {
+        std::size_t got = 0;
+        auto const wanted = static_cast<std::size_t>(std::min<std::uint64_t>(buffer.size(), left));
+        if (file.Read(buffer.data(), wanted, got)) return FileState::kUnreadable;
+        left -= got;
+        // Whole pieces end with their lines, so that each begins a line and its length is a multiple of 4.
+        isLast = left == 0 || got < wanted;
+        std::string_view const bytes(buffer.data(), got);
+        if (isLast && !strict) {
+            out += TovEncodeBase64(BytesOf(bytes), bytes.size(), codedLineLength);
+        } else {
+            AppendLines(out, bytes);
+        }
+    }
+    // Some files of the system have contents without a length.
+    std::size_t more = 0;
+    if (file.Read(buffer.data(), 1, more)) return FileState::kUnreadable;
+    return left == 0 && more == 0 && file.IsAsItWas() ? FileState::kWhole : FileState::kChanged;
+}
+
 }  // namespace
 
-bool IsSevenBitLines(std::string_view text) {
+bool MakeRoom(CString& text, std::size_t more) noexcept {
+    if (text.capacity() - text.size() >= more) return true;
+    if (more > text.max_size() - text.size()) return false;
+    try {
+        CString roomy;
+        roomy.reserve(text.size() + more);
+        VeskExpectWrites(roomy.data(), roomy.capacity());
+        roomy += text;
+        text.swap(roomy);
+    } catch (std::bad_alloc const&) {
+        return false;
+    }
+    return true;
+}
+
+bool IsSevenBitLines(std::string_view text, LineEnds ends) {
     std::size_t begin = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
         auto const byte = static_cast<unsigned char>(text[i]);
-        if (byte == 0 || byte > 127 || byte == '\n') return false;
-        if (byte == '\r') {
-            if (i + 1 == text.size() || text[i + 1] != '\n') return false;
-            begin = ++i + 1;
-        } else if (i - begin >= mostInLine) {
+        if (std::size_t const end = LineEndAt(text, i, ends)) {
+            i += end - 1;
+            begin = i + 1;
+        } else if (byte == 0 || byte > 127 || IsLineEnd(text[i]) || i - begin >= mostInLine) {
             return false;
         }
     }
@@ -75,7 +132,7 @@ TransferEncoding EncodingFor(std::string_view declared, std::string_view text) {
     return TransferEncoding::kAsItStands;
 }
 
-void AppendQuotedPrintable(CString& out, std::string_view text) {
+void AppendQuotedPrintable(CString& out, std::string_view text, LineEnds ends) {
     constexpr char hex[] = "0123456789ABCDEF";
     constexpr std::size_t mostEncoded = 75;  // and the "=" of a soft line end
     std::size_t column = 0;
@@ -90,11 +147,11 @@ void AppendQuotedPrintable(CString& out, std::string_view text) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         char const c = text[i];
         bool const isBeforeEnd = i + 1 == text.size() || IsLineEnd(text[i + 1]);
-        if (c == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
+        if (std::size_t const end = LineEndAt(text, i, ends)) {
             out += "\r\n";
             column = 0;
-            ++i;
-        } else if ((c > ' ' && c <= '~' && c != '=') || ((c == ' ' || c == '\t') && !isBeforeEnd)) {
+            i += end - 1;
+        } else if (MayStandInQuotedPrintable(c) || ((c == ' ' || c == '\t') && !isBeforeEnd)) {
             put({&c, 1});
         } else {
             auto const byte = static_cast<unsigned char>(c);
@@ -107,6 +164,35 @@ void AppendQuotedPrintable(CString& out, std::string_view text) {
         }
     }
     if (column != 0) out += "=\r\n";
+}
+
+void AppendEncoded(CString& out, std::string_view text, TransferEncoding encoding) {
+    switch (encoding) {
+        case TransferEncoding::kQuotedPrintable:
+            return AppendQuotedPrintable(out, text);
+        case TransferEncoding::kBase64:
+            return AppendBase64(out, text);
+        case TransferEncoding::kAsItStands:
+            out += text;
+    }
+}
+
+std::size_t EncodedLength(std::string_view text, TransferEncoding encoding) {
+    if (encoding == TransferEncoding::kAsItStands) return text.size();
+    if (encoding == TransferEncoding::kBase64) return CodeLength(text.size());
+    // Soft line ends stand behind every 73rd character at most, and behind line feeds.
+    std::size_t encoded = 0, lineFeeds = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (LineEndAt(text, i, LineEnds::kCrLf) != 0) {
+            ++i;
+            continue;
+        }
+        bool const isBeforeEnd = i + 1 == text.size() || IsLineEnd(text[i + 1]);
+        encoded += !MayStandInQuotedPrintable(text[i]) && (text[i] != ' ' || isBeforeEnd);
+        lineFeeds += text[i] == '\n';
+    }
+    std::size_t const length = text.size() + 2 * encoded;
+    return length + (length / 73 + lineFeeds + 2) * 3;
 }
 
 CString EncodedBase64(std::string_view bytes) {
@@ -125,57 +211,38 @@ void AppendBase64(CString& out, std::string_view bytes) {
 
 std::size_t Base64FileLength(char const* path) {
     FilePieces file;
-    if (file.Open(SystemPath(path).c_str())) return 0;
-    return (file.Size() / bytesInLine + 1) * (codedLineLength + 2) + 8;
+    return file.Open(SystemPath(path).c_str()) ? 0 : CodeLength(file.Size());
 }
 
 void AppendBase64File(CString& out, char const* path, bool strict) {
-    constexpr std::size_t pieceSize = bytesInLine * linesInPiece;
-    auto const buffer = std::make_unique_for_overwrite<char[]>(pieceSize);
-    std::string const systemPath = SystemPath(path);
     std::size_t const begin = out.size();
-    constexpr int mostTries = 8;
-    for (int i = 0; i < mostTries; ++i) {
-        FilePieces file;
-        if (file.Open(systemPath.c_str())) return;
-        std::size_t const length = (file.Size() / bytesInLine + 1) * (codedLineLength + 2) + 8;
-        if (out.capacity() - out.size() < length) out.reserve(out.size() + length);
-        VeskExpectWrites(out.data() + out.size(), out.capacity() - out.size());
-        std::error_code failure;
-        std::uint64_t left = file.Size();
-        for (bool isLast = false; !isLast && !failure;) {
-            std::size_t got = 0;
-            auto const wanted = static_cast<std::size_t>(std::min<std::uint64_t>(pieceSize, left));
-            failure = file.Read(buffer.get(), wanted, got);
-            left -= got;
-            // Whole pieces end with their lines, so that each begins a line and its length is a multiple
-            // of 4.
-            isLast = left == 0 || got < wanted;
-            std::string_view const bytes(buffer.get(), got);
-            if (isLast && !strict) {
-                out += TovEncodeBase64(BytesOf(bytes), bytes.size(), codedLineLength);
-            } else {
-                AppendLines(out, bytes);
-            }
+    try {
+        constexpr std::size_t pieceSize = bytesInLine * linesInPiece;
+        auto const buffer = std::make_unique_for_overwrite<char[]>(pieceSize);
+        std::string const systemPath = SystemPath(path);
+        constexpr int mostTries = 8;
+        for (int i = 0; i < mostTries; ++i) {
+            FileState const state = AppendFileState(out, systemPath, {buffer.get(), pieceSize}, strict);
+            if (state == FileState::kWhole) return;
+            out.resize(begin);
+            if (state == FileState::kUnreadable) return;
         }
-        if (!failure && left == 0 && file.IsAsItWas()) return;
+    } catch (std::bad_alloc const&) {
         out.resize(begin);
-        if (failure) return;
     }
 }
 
-CString WithLineEnds(std::string_view text) {
-    CString lines;
-    lines.reserve(text.size() + text.size() / 16);
+void AppendWithLineEnds(CString& out, std::string_view text) {
+    auto const ends = static_cast<std::size_t>(std::ranges::count_if(text, IsLineEnd));
+    MakeRoom(out, text.size() + ends);
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (!IsLineEnd(text[i])) {
-            lines += text[i];
-            continue;
+        if (std::size_t const end = LineEndAt(text, i, LineEnds::kAny)) {
+            out += "\r\n";
+            i += end - 1;
+        } else {
+            out += text[i];
         }
-        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') ++i;
-        lines += "\r\n";
     }
-    return lines;
 }
 
 void DoubleLoneDots(CString& text) {

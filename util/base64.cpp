@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdint>
 #include <new>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -108,6 +109,8 @@ CString TovEncodeBase64(CString const& path) try {
     return TovEncodeBase64(reinterpret_cast<unsigned char const*>(bytes.data()), bytes.size(),
                            mailLineLength);
 } catch (std::bad_alloc const&) {
+    return {};
+} catch (std::length_error const&) {  // longer than any text
     return {};
 }
 

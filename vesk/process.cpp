@@ -4,6 +4,7 @@
 #include "vesk/volume.h"
 
 #include <poll.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -49,9 +50,11 @@ void WriteReport(int descriptor, int number) {
         report = kept;
     }
     ::close_range(kept + 1, ~0U, 0);
-    int const nothing = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+    // The number may be one of the three already, where the caller has closed them.
+    int const nothing = ::open("/dev/null", O_RDWR);
     for (int standard = 0; standard <= STDERR_FILENO; ++standard)
         ::dup2(nothing, standard);
+    if (nothing > STDERR_FILENO) ::close(nothing);
     ::signal(SIGCHLD, SIG_DFL);  // else ends would be lost
     ::signal(SIGPIPE, SIG_IGN);  // the caller may have lost its patience
     int start[2];
@@ -83,7 +86,9 @@ std::string FindProgram(std::string const& name) {
         if (path.starts_with('/')) {
             path += '/';
             path += name;
-            if (MayRun(path.c_str())) return path;
+            struct stat facts {};
+            bool const isFile = ::stat(path.c_str(), &facts) == 0 && S_ISREG(facts.st_mode);
+            if (isFile && MayRun(path.c_str())) return path;
         }
         if (end == folders.npos) return {};
         folders.remove_prefix(end + 1);

@@ -86,9 +86,6 @@ class TOV_CORE_API CTovMailMessage {
     virtual CString Body() const;
     virtual void Body(char const* body);
 
-    // Whether the mail is written for readers of today (mime.h); here 0. CTovSmtp asks it, too.
-    virtual int StrictEncoding() const;
-
     // What each new message takes over; "TovMail" at first. One for the process, without a lock.
     static CString const& MailerNameDefault();
     static void MailerNameDefault(char const* name);
@@ -105,7 +102,13 @@ class TOV_CORE_API CTovMailMessage {
     // check, for classes that check less.
     virtual int TransformMailAdress(MAIL_ADDRESS& address) const;
 
+ public:
+    // Whether the mail is written for readers of today (mime.h); here 0. CTovSmtp asks it, too.
+    virtual int StrictEncoding() const;
+
  private:
+    friend class CTovMailMessageMimeContainer;  // writes the text without a copy
+
     using Recipients = std::vector<MAIL_ADDRESS>;
     Recipients* List(eRecipientTypes type);
 

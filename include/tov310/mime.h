@@ -16,10 +16,12 @@
 //   - header text that is not plain ASCII in encoded words (RFC 2047), file names as in RFC 2231
 //   - a date with English names, four digits of the year and "+0000"; To and Cc alike
 //   - texts in utf-8 (those that are not UTF-8 in the charset of their part), in quoted-printable or Base64
-//   where
-//     the header of the part says so or where they cannot be sent otherwise; files in Base64 with ordinary
-//     padding
+//     where the header of the part says so or where they cannot be sent otherwise; files in Base64 with
+//     ordinary padding
 //   - a quoted boundary that stands in no part
+//   - headers of parts, those of a host's parts too, in folded lines; what is not ASCII in a type or a
+//   charset
+//     becomes "?"
 //   - what is encoded comes back to the byte; a text that is not has CR LF as line ends
 //
 // In both, a line end in what the header is made of is a blank there (mail_message.h).
@@ -87,9 +89,9 @@ class TOV_CORE_API CTovMailMessageMimePartText : public CTovMailMessageMimePart 
     CString m_contentTransferEncoding;
 };
 
-// A file, which is read whenever the body is asked for. One that cannot be read, or changes while it is read
-// and does so again and again, gives an empty body under its header. The file's name, without the folder,
-// goes into the header.
+// A file, which is read whenever the body is asked for. One that cannot be read, has no room in memory, or
+// changes while it is read and does so again and again, gives an empty body under its header. The file's
+// name, without the folder, goes into the header.
 class TOV_CORE_API CTovMailMessageMimePartBinary : public CTovMailMessageMimePart {
  public:
     explicit CTovMailMessageMimePartBinary(CString path);
@@ -123,6 +125,8 @@ class TOV_CORE_API CTovMailMessageMimePartBinary : public CTovMailMessageMimePar
     CString m_contentTransferEncoding;
 };
 
+// Parts of the library itself are written into the text of the mail without a copy; each other part is asked
+// once for its body by Body, and once by the strict Header.
 class TOV_CORE_API CTovMailMessageMimeContainer : public CTovMailMessage {
  public:
     CTovMailMessageMimeContainer();
@@ -157,13 +161,15 @@ class TOV_CORE_API CTovMailMessageMimeContainer : public CTovMailMessage {
     void StrictEncoding(int strict);
 
  private:
-    CString StrictBoundary() const;
+    struct Pieces;
+    CString StrictBoundary(Pieces const& pieces) const;
 
     std::vector<std::unique_ptr<CTovMailMessageMimePart>> m_parts;
     CString m_boundary;
     CString m_preMime;
     CString m_postMime;
     int m_strict = 0;
+    mutable CString m_strictBoundary;  // the last one that was written, for header and body alike
 };
 
 }  // namespace tov

@@ -22,7 +22,7 @@ class TOV_CORE_API CTovSmtp : public CObject {
     TOV_DYNCREATE(CTovSmtp, CObject)
  public:
     CTovSmtp();
-    explicit CTovSmtp(CString server, unsigned int port = 25);
+    explicit CTovSmtp(CString server, unsigned int port = 25);  // a port that is none counts as 25
     CTovSmtp(CTovSmtp const&) = delete;
     CTovSmtp& operator=(CTovSmtp const&) = delete;
     ~CTovSmtp() override;  // disconnects
@@ -37,11 +37,12 @@ class TOV_CORE_API CTovSmtp : public CObject {
     // Sends a mail. Answers 1 when the server has taken it, else 0. A recipient that the server refuses is
     // left out, and nothing tells so. After a refusal of anything else the connection stays, but the server
     // is still in the middle of the mail: disconnect. When the connection is lost it is closed here, too, and
-    // Connect makes another one.
+    // Connect makes another one. What the composing of the mail throws (no memory, a host's part) comes
+    // through; nothing of the text was sent then.
     //
-    // Every line of the header and the text that is a lone dot gets a second one, which ends with CR, LF or
-    // both; in a mail that is written strictly (mime.h) every line with a dot in front, and each line end
-    // becomes CR LF and no line is longer than 998 bytes.
+    // A line of the header or the text that is a lone dot gets a second dot; lines end with CR, LF or both.
+    // In a mail that is written strictly (mime.h) every line that begins with a dot gets one, each line end
+    // becomes CR LF, and no line is longer than 998 bytes.
     virtual int SendMailMessage(CTovMailMessage* message);
 
     // Name or address of the server. Both setters answer 1, or 0 and change nothing while there is a
@@ -57,8 +58,11 @@ class TOV_CORE_API CTovSmtp : public CObject {
     // the text is in the language of the resource module. "OK" before the first; a success leaves it.
     virtual CString GetLastError() const;
 
-    // How many milliseconds each address, each reply and each 64 KiB on their way out may take; 0, as at
-    // first, is no limit. Looking up the name has the limits of the system.
+    // How many milliseconds each address of the server, each reply, and each piece of the mail may take, of
+    // which the system takes as many bytes as it has room for, at most 64 KiB; 0, as at first, is no limit.
+    // What takes longer fails and closes the connection: with "Unable to connect to server.", "Server didn't
+    // respond.", and after the greeting "Virtual circuit was aborted due to timeout or other failure."
+    // Looking up the name has the limits of the system.
     void TimeOut(unsigned int milliseconds) { m_timeOut = milliseconds; }
     unsigned int TimeOut() const { return m_timeOut; }
 
@@ -79,12 +83,14 @@ class TOV_CORE_API CTovSmtp : public CObject {
     // mail that is written strictly.
     virtual void PrepareBody(CString& body);
 
-    // SendMailMessage without the wait cursor; 0 without an error for null.
+    // SendMailMessage without the wait cursor; 0 without an error for null. The mail is composed and prepared
+    // when the recipients have been told, before DATA is sent.
     virtual int TransmitMailMessage(CTovMailMessage* message);
 
     // Waits for one block of at most 1024 bytes and compares its first three characters with the code of the
     // row. Answers 1, or sets the error and answers 0. Less than three characters, or none that are a number,
-    // count as 0, as does a connection that the server has closed.
+    // count as 0, as does a connection that the server has closed. After a recipient another code sets no
+    // error.
     virtual int GetResponse(unsigned int row);
 
     // Makes GetLastError from the id of a text.
@@ -105,6 +111,7 @@ class TOV_CORE_API CTovSmtp : public CObject {
     unsigned int m_timeOut = 0;
     unsigned int m_lastCode = 0;  // of the last reply
     int m_strict = 0;             // of the mail that is being sent
+    int m_isAnyCodeGood = 0;      // as for a recipient
 };
 
 }  // namespace tov
