@@ -45,11 +45,6 @@ constexpr MapiText logonTexts[] = {
     {MAPI_E_INSUFFICIENT_MEMORY, 26140},
     {MAPI_E_TOO_MANY_SESSIONS, 26149},
 };
-// Ending a session can also fail because there is none.
-constexpr MapiText logoffTexts[] = {
-    {MAPI_E_USER_ABORT, 26148},        {MAPI_E_LOGIN_FAILURE, 26142},   {MAPI_E_INSUFFICIENT_MEMORY, 26140},
-    {MAPI_E_TOO_MANY_SESSIONS, 26149}, {MAPI_E_INVALID_SESSION, 26150},
-};
 
 void MapiTextOf(unsigned long code, std::span<MapiText const> texts, CString& text) {
     auto const row = std::ranges::find(texts, code, &MapiText::code);
@@ -150,7 +145,7 @@ void CTovMapiSendMail::GetMAPILogonErrorString(unsigned long code, CString& text
     MapiTextOf(code, logonTexts, text);
 }
 void CTovMapiSendMail::GetMAPILogoffErrorString(unsigned long code, CString& text) {
-    MapiTextOf(code, logoffTexts, text);
+    MapiTextOf(code, logonTexts, text);
 }
 
 CTovMapiSendMail::NoticeHandler CTovMapiSendMail::SetNoticeHandler(NoticeHandler handler) {

@@ -77,9 +77,7 @@ void Address(Letter const& letter, tov::CTovMailMessage& mail) {
     }
 }
 
-// The places as a table of text; empty where there is none.
 std::string TextOf(std::vector<Place> const& places) {
-    if (places.empty()) return "";
     Table table({{"Place"}, {"Latitude", Table::Align::kNumber}, {"Longitude", Table::Align::kNumber}});
     for (Place place : places) {
         tov::CString latitude, longitude;

@@ -1,7 +1,8 @@
 // Handing a mail to the mail program of the desktop, which shows it to the user and sends it.
 //
 // TovSendMailByClient does that on this platform. CTovMapiSendMail is the way by Simple MAPI, an interface
-// that mail programs of one other platform offer; its records and codes have the published layout and values.
+// that mail programs of one other platform offer. Its codes have the published values, and its records the
+// published members in their order; "unsigned long" is as wide as the compiler makes it.
 #pragma once
 
 #include <tov310/export.h>
@@ -18,8 +19,10 @@ namespace tov {
 //
 // Answers 1 when the mail was handed over, else 0 and the pair of system_error.h: 126 where the desktop has
 // no xdg-email or no mail program, 2, 3 or 5 for an attachment that cannot be attached, 87 for an address
-// that is empty, another code when the program failed. The mail program may go on running; the call waits for
-// at most two seconds, as long as handing over takes.
+// that is empty, another code when the program failed. Subject and text travel in one argument of the
+// program, for which the system has 128 KiB, and most characters but letters take three bytes there: a longer
+// mail fails with 0x20000007 and is better attached as a file. The mail program may go on running; the call
+// waits for at most two seconds, as long as handing over takes.
 TOV_CORE_API int TovSendMailByClient(std::vector<TovMailHelper::MAIL_ADDRESS> const* to,
                                      std::vector<TovMailHelper::MAIL_ADDRESS> const* cc,
                                      std::vector<TovMailHelper::MAIL_ADDRESS> const* bcc, char const* subject,
@@ -89,8 +92,9 @@ struct MapiMessage {
 };
 
 // Sends mails by Simple MAPI. Where there is no such thing, as on this platform, nothing is sent: every call
-// says that it failed. A derived class may set the entry points of one that it knows. To be used on the
-// user-interface thread; the dialogs of the mail program run inside the call.
+// says that it failed. A derived class that knows one sets m_module and all three entry points; without each
+// of them InitializeMapiLib and Send fail. To be used on the user-interface thread; the dialogs of the mail
+// program run inside the call.
 class TOV_CORE_API CTovMapiSendMail {
  public:
     using MAIL_ADDRESS = TovMailHelper::MAIL_ADDRESS;
@@ -129,8 +133,10 @@ class TOV_CORE_API CTovMapiSendMail {
                              char const* subject, char const* text, std::vector<CString> const* attachments,
                              unsigned long flags);
 
-    // The same, with the main window of the application where the flags allow dialogs. Once no mail system
-    // could be found the object stays silent and answers MAPI_E_FAILURE.
+    // The same, with the main window of the application (application.h) where the flags allow dialogs. That
+    // window is the owner and nothing else: whoever sets entry points keeps the user from it while a dialog
+    // is up and gives the focus back, as only the toolkit can. Once no mail system could be found the object
+    // stays silent and answers MAPI_E_FAILURE.
     unsigned long Send(std::vector<MAIL_ADDRESS> const* to, std::vector<MAIL_ADDRESS> const* cc,
                        std::vector<MAIL_ADDRESS> const* bcc, char const* subject, char const* text,
                        std::vector<CString> const* attachments, unsigned long flags);
@@ -141,7 +147,8 @@ class TOV_CORE_API CTovMapiSendMail {
     static void GetMAPILogonErrorString(unsigned long code, CString& text);
     static void GetMAPILogoffErrorString(unsigned long code, CString& text);
 
-    // Who shows the notices to the user; null, as at first, for nobody. Answers the one before.
+    // Who shows the notices to the user, in texts of the host's own; null, as at first, for nobody. Answers
+    // the one before.
     using NoticeHandler = void (*)(unsigned int id);
     static NoticeHandler SetNoticeHandler(NoticeHandler handler);
 
