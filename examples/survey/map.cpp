@@ -67,6 +67,14 @@ std::array<double, 4> ReadExtent(std::string_view option, std::string_view text)
     }
     if (!(sides[0] < sides[2] && sides[1] < sides[3]))
         throw UsageError(std::string(option) + ": west is less than east, and south less than north");
+    auto const& [west, south, east, north] = sides;
+    if (west < -360 || east > 360 || east - west > 360 || south < -90 || north > 90)
+        throw UsageError(std::string(option) +
+                         ": longitudes are from -360 to 360 degrees and no more than 360 apart, latitudes "
+                         "from -90 to 90");
+    // A tenth of a metre; less would need more digits than the labels have.
+    if (east - west < 1e-6 || north - south < 1e-6)
+        throw UsageError(std::string(option) + ": at least 0.000001 degrees from edge to edge");
     return sides;
 }
 
@@ -111,8 +119,8 @@ MapExtent ExtentOf(MapOptions const& options, tov::CTovDib const& image) {
 }  // namespace
 
 std::string MapHelp() {
-    return R"(Draws IMAGE on a map sheet with a graticule, a scale and a north arrow. IMAGE is a PNG,
-JPEG, TIFF, BMP, GIF, JPEG 2000, WebP or PNM file.
+    return R"(Draws IMAGE on a map sheet with a graticule and a scale, and with a north arrow where its
+extent is told. IMAGE is a PNG, JPEG, TIFF, BMP, GIF, JPEG 2000, WebP or PNM file.
 
   --out FILE             the file to write; its name tells the kind: png, jpg, tif, bmp,
                          gif, webp, jp2
@@ -120,7 +128,8 @@ JPEG, TIFF, BMP, GIF, JPEG 2000, WebP or PNM file.
   --unit UNIT            unit of the angle, as for places; otherwise degrees
   --blend PERCENT        how much of the image covers the paper, 0 to 100, which it is
                          otherwise
-  --extent W,S,E,N       degrees at the edges of the image; without, it is measured in pixels
+  --extent W,S,E,N       degrees at the edges of the image, with a scale in metres for the middle
+                         latitude; without, it is measured in pixels
 )";
 }
 
@@ -147,7 +156,12 @@ int RunMap(Arguments& arguments, CommonOptions& common) {
         return kUnreadable;
     }
     if (!tov::CTovBitmap::SaveBitmap(sheet.GetBitmap(), options.format, options.out.c_str())) {
-        Complain() << Shown(options.out) << ": the image cannot be written\n";
+        // Some kinds of images can be read without the module, but none can be written, nor its size told.
+        bool const hasModule =
+            tov::CTovBitmap::GetImageSize(options.image.c_str(), nullptr, nullptr, nullptr);
+        Complain() << Shown(options.out)
+                   << (hasModule ? ": the image cannot be written\n"
+                                 : ": the image cannot be written, since the module Dorn200 is missing\n");
         return kUnreadable;
     }
     std::cout << Shown(options.out) << ": " << sheet.GetWidth() << " x " << sheet.GetHeight() << " pixels\n";

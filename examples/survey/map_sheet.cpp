@@ -7,7 +7,10 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <limits>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace survey {
 namespace {
@@ -34,7 +37,8 @@ constexpr Glyph glyphs[] = {
     {'8', {14, 17, 17, 14, 17, 17, 14}}, {'9', {14, 17, 17, 15, 1, 2, 12}},
     {'-', {0, 0, 0, 14, 0, 0, 0}},       {'.', {0, 0, 0, 0, 0, 12, 12}},
     {'o', {12, 18, 18, 12, 0, 0, 0}},    {'p', {0, 0, 30, 17, 30, 16, 16}},
-    {'x', {0, 0, 17, 10, 4, 10, 17}},    {'N', {17, 25, 21, 19, 17, 17, 17}},
+    {'x', {0, 0, 17, 10, 4, 10, 17}},    {'k', {16, 16, 18, 20, 24, 20, 18}},
+    {'m', {0, 0, 26, 21, 21, 21, 21}},
 };
 
 // The sign of degrees is a small "o".
@@ -46,6 +50,20 @@ struct Place {
     double x = 0;
     double y = 0;
 };
+
+double DistanceToStroke(Place p, Place from, Place to) {
+    double const x = to.x - from.x, y = to.y - from.y;
+    double const along = std::clamp(((p.x - from.x) * x + (p.y - from.y) * y) / (x * x + y * y), 0.0, 1.0);
+    return std::hypot(p.x - from.x - along * x, p.y - from.y - along * y);
+}
+
+// Metres from one meridian to that a degree farther east: on the ellipsoid of WGS 84 (NIMA TR8350.2), whose
+// parallel of latitude has the radius a cos(latitude) / sqrt(1 - e2 sin(latitude)^2).
+double MetresOfDegree(double latitude) {
+    constexpr double a = 6378137, f = 1 / 298.257223563, e2 = f * (2 - f);
+    double const radian = std::acos(-1.0) / 180, s = std::sin(latitude * radian);
+    return radian * a * std::cos(latitude * radian) / std::sqrt(1 - e2 * s * s);
+}
 
 // Between the image, from its left top corner, and the sheet.
 class Turn {
@@ -96,6 +114,14 @@ struct LineFamily {
     }
 };
 
+// What stands where a line meets the neat line.
+struct SheetLabel {
+    std::string text;
+    int at;      // from the left or the top of the map
+    bool atTop;  // or at the bottom; otherwise at one of the sides
+    int side;    // 0: top or left
+};
+
 class SheetPainter {
  public:
     SheetPainter(CTovDib& sheet, CTovDib& image, MapExtent const& extent, MapStyle const& style)
@@ -108,25 +134,31 @@ class SheetPainter {
         // What surrounds a large picture is seen from farther away.
         m_zoom = static_cast<int>(std::clamp(std::round(std::sqrt(wide * high) / 800), 1.0, 8.0));
         double const room = 56.0 * m_zoom;  // on both sides together
-        int const border = 46 * m_zoom, foot = 80 * m_zoom;
         double const mapWide = std::max(320.0, std::ceil(wide) + room);
         double const mapHigh = std::max(200.0, std::ceil(high) + room);
         if (!(mapWide < 1e6 && mapHigh < 1e6)) return false;
-        m_map = {border, border, border + static_cast<int>(mapWide), border + static_cast<int>(mapHigh)};
-        if (!m_sheet.Create(m_map.right + border, -(m_map.bottom + foot))) return false;
+        m_map = {0, 0, static_cast<int>(mapWide), static_cast<int>(mapHigh)};
         double const least = 70.0 * m_zoom;
         m_families[0] = {m_extent.west, m_extent.perColumn, RoundStep(std::abs(m_extent.perColumn), least),
                          true};
         m_families[1] = {m_extent.north, m_extent.perRow, RoundStep(std::abs(m_extent.perRow), least), false};
+        auto const turned = [&] {
+            return Turn(m_style.angle, {width * 0.5, height * 0.5},
+                        {m_map.left + mapWide / 2, m_map.top + mapHigh / 2});
+        };
+        PlaceLabels(turned());
+        int const border = 46 * m_zoom, sides = std::max(border, RoomOfLabels()), foot = 80 * m_zoom;
+        m_map = {sides, border, sides + m_map.right, border + m_map.bottom};
+        if (!m_sheet.Create(m_map.right + sides, -(m_map.bottom + foot))) return false;
+        Turn const turn = turned();
 
         DrawPaper();
-        Turn const turn(m_style.angle, {width * 0.5, height * 0.5},
-                        {border + mapWide / 2, border + mapHigh / 2});
         DrawImage();
         DrawGraticule(turn);
-        DrawLabels(turn);
+        for (SheetLabel const& label : m_labels)
+            DrawLabel(label);
         DrawScale();
-        DrawArrow();
+        if (m_extent.isInDegrees) DrawArrow();
         return true;
     }
 
@@ -164,29 +196,32 @@ class SheetPainter {
                                         half(m_image.GetWidth()), half(m_image.GetHeight()), 0, 0);
     }
 
-    // Dark over the paper, light over the image, with a line round it.
+    // Over the image, which may be as light as ice or as dark as the sea, a dark line in a light one.
     void DrawGraticule(Turn const& turn) {
         double const width = m_image.GetWidth(), height = m_image.GetHeight();
         for (int y = m_map.top; y < m_map.bottom; ++y) {
             for (int x = m_map.left; x < m_map.right; ++x) {
                 Place const p = turn.ToImage({x + 0.5, y + 0.5});
                 double const inside = std::min({p.x, p.y, width - p.x, height - p.y});
-                double const strength = inside > 0 ? 0.4 : 0.6;
-                COLORREF const color = inside > 0 ? paper : line;
-                for (LineFamily const& family : m_families)
-                    Blend(x, y, color, strength * (0.5 + m_zoom * 0.5 - family.Distance(p)));
+                double const one = m_families[0].Distance(p), other = m_families[1].Distance(p);
+                double const half = 0.5 + m_zoom * 0.5;
+                if (inside > 0) Blend(x, y, paper, 0.55 * (half + m_zoom - std::min(one, other)));
+                for (double const distance : {one, other})
+                    Blend(x, y, line, (inside > 0 ? 0.9 : 0.6) * (half - distance));
                 Blend(x, y, ink, 0.2 + m_zoom - std::abs(inside));
             }
         }
     }
 
-    // Where lines meet the neat line: those that run up at the top and the bottom, the others at the sides.
-    void DrawLabels(Turn const& turn) {
+    // Where lines meet the neat line, while the map stands at 0: those that run up at the top and the bottom,
+    // the others at the sides.
+    void PlaceLabels(Turn const& turn) {
         bool const isUpright = std::abs(turn.Cos()) >= std::abs(turn.Sin());
         for (LineFamily const& family : m_families) {
             bool const atTop = family.isColumn == isUpright;
             int const from = atTop ? m_map.left : m_map.top, to = atTop ? m_map.right : m_map.bottom;
             for (int const side : {0, 1}) {
+                int free = std::numeric_limits<int>::min();
                 auto const valueAt = [&](int at) {
                     double const across =
                         side == 0 ? (atTop ? m_map.top : m_map.left) : (atTop ? m_map.bottom : m_map.right);
@@ -196,10 +231,28 @@ class SheetPainter {
                 for (int at = from; at < to; ++at) {
                     double const low = valueAt(at) / family.step, high = valueAt(at + 1) / family.step;
                     double const value = std::floor(std::max(low, high));
-                    if (value > std::min(low, high)) DrawLabel(LabelOf(family, value), at, atTop, side);
+                    if (value <= std::min(low, high)) continue;
+                    std::string const text = LabelOf(family, value);
+                    // Long ones side by side would run into each other.
+                    int const half = atTop ? TextWidth(text) / 2 : glyphHeight * m_zoom / 2;
+                    if (text.empty() || at - half < free) continue;
+                    free = at + half + glyphWidth * m_zoom;
+                    m_labels.push_back({text, at, atTop, side});
                 }
             }
         }
+    }
+
+    // From the sides of the map to those of the sheet.
+    int RoomOfLabels() const {
+        int room = 0;
+        for (SheetLabel const& label : m_labels) {
+            int const width = TextWidth(label.text);
+            int const out =
+                label.atTop ? width / 2 - std::min(label.at, m_map.right - label.at) : GapOfLabels() + width;
+            room = std::max(room, out + GapOfLabels());
+        }
+        return room;
     }
 
     // Longitudes begin anew behind 180 degrees, and latitudes end at 90.
@@ -210,11 +263,18 @@ class SheetPainter {
         return Label(family.isColumn ? std::remainder(value, 360) : value, family.step, unitOfDegrees);
     }
 
-    void DrawLabel(std::string const& text, int at, bool atTop, int side) {
-        int const width = TextWidth(text), height = glyphHeight * m_zoom, gap = 8 * m_zoom;
-        int const x = atTop ? at - width / 2 : side == 0 ? m_map.left - gap - width : m_map.right + gap;
-        int const y = !atTop ? at - height / 2 : side == 0 ? m_map.top - gap - height : m_map.bottom + gap;
-        DrawText(text, x, y);
+    // Clear of the frame and its shadow.
+    int GapOfLabels() const { return 8 * m_zoom + 3; }
+
+    void DrawLabel(SheetLabel const& label) {
+        int const width = TextWidth(label.text), height = glyphHeight * m_zoom, gap = GapOfLabels();
+        bool const isFirst = label.side == 0;
+        if (label.atTop)
+            DrawText(label.text, m_map.left + label.at - width / 2,
+                     isFirst ? m_map.top - gap - height : m_map.bottom + gap);
+        else
+            DrawText(label.text, isFirst ? m_map.left - gap - width : m_map.right + gap,
+                     m_map.top + label.at - height / 2);
     }
 
     int TextWidth(std::string_view text) const {
@@ -234,9 +294,11 @@ class SheetPainter {
         }
     }
 
-    // Along the columns of the image.
+    // Along the columns of the image: on a map along the parallel through its middle.
     void DrawScale() {
-        double const perPixel = std::abs(m_extent.perColumn);
+        double const middle = m_extent.north + m_extent.perRow * m_image.GetHeight() / 2;
+        double const perPixel =
+            std::abs(m_extent.perColumn) * (m_extent.isInDegrees ? MetresOfDegree(middle) : 1);
         double const length = RoundStep(perPixel, std::max(80.0 * m_zoom, m_map.Width() / 8.0));
         int const left = m_map.left, top = m_map.bottom + 36 * m_zoom, half = 3 * m_zoom;
         int const width = static_cast<int>(std::lround(length / perPixel));
@@ -247,25 +309,33 @@ class SheetPainter {
             m_sheet.FillRect(ink, from, top + i % 2 * half, to - from, half);
         }
         DrawText("0", left - 2 * m_zoom, top + 12 * m_zoom);
-        std::string const text = Label(length, length, m_extent.isInDegrees ? unitOfDegrees : unitOfPixels);
+        double const inUnit = m_extent.isInDegrees && length >= 1000 ? length / 1000 : length;
+        std::string const text = Label(inUnit, inUnit,
+                                       !m_extent.isInDegrees ? unitOfPixels
+                                       : inUnit < length     ? " km"
+                                                             : " m");
         DrawText(text, left + width - TextWidth(text) / 2, top + 12 * m_zoom);
     }
 
-    // Up in the image, which is north where the image is a map.
+    // Up in the image, with its letter at the tip.
     void DrawArrow() {
-        int const reach = 22 * m_zoom, x0 = m_map.right - reach, y0 = m_map.bottom + 44 * m_zoom;
+        int const reach = 26 * m_zoom, x0 = m_map.right - reach, y0 = m_map.bottom + 50 * m_zoom;
         Turn const turn(m_style.angle, {}, {x0 + 0.5, y0 + 0.5});
+        constexpr Place letter[] = {{-2.5, -17}, {-2.5, -24}, {2.5, -17}, {2.5, -24}};
         for (int y = y0 - reach; y <= y0 + reach; ++y) {
             for (int x = x0 - reach; x <= x0 + reach; ++x) {
                 Place p = turn.ToImage({x + 0.5, y + 0.5});
                 p = {p.x / m_zoom, p.y / m_zoom};
-                double const half = (p.y + 18) / 3.2;  // as wide as the arrow is here
-                double const notch = 14 - std::abs(p.x) * 0.7;
-                double const inside = std::min({half - std::abs(p.x), notch - p.y, p.y + 18}) * m_zoom;
+                double const half = (p.y + 14) / 3;  // as wide as the arrow is here
+                double const notch = 12 - std::abs(p.x) * 0.7;
+                double const inside = std::min({half - std::abs(p.x), notch - p.y, p.y + 14}) * m_zoom;
                 Blend(x, y, p.x < 0 || inside < m_zoom ? ink : paper, inside + 0.5);
+                double stroke = reach;
+                for (int i = 0; i < 3; ++i)
+                    stroke = std::min(stroke, DistanceToStroke(p, letter[i], letter[i + 1]));
+                Blend(x, y, ink, (0.7 - stroke) * m_zoom + 0.5);
             }
         }
-        DrawText("N", x0 - 40 * m_zoom, y0 - 3 * m_zoom);
     }
 
     CTovDib& m_sheet;
@@ -274,6 +344,7 @@ class SheetPainter {
     MapStyle const& m_style;
     int m_zoom = 1;
     std::array<LineFamily, 2> m_families;
+    std::vector<SheetLabel> m_labels;
     CRect m_map;  // within the neat line
 };
 

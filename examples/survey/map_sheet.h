@@ -1,4 +1,5 @@
-// A map sheet in pixels: paper, neat line, graticule, labels, scale and north arrow round an image.
+// A map sheet in pixels: paper, neat line, graticule, labels and scale round an image, and a north arrow
+// where it is a map.
 #pragma once
 
 #include <tov310/dib.h>
@@ -11,7 +12,7 @@ struct MapExtent {
     double north = 0;
     double perColumn = 1;  // from one pixel to the next, to the right and downwards
     double perRow = 1;
-    bool isInDegrees = false;
+    bool isInDegrees = false;  // longitude and latitude; otherwise pixels
 };
 
 struct MapStyle {

@@ -56,17 +56,32 @@ TEST_F(SurveyMap, TurnsTheImageRoundTheCentreAndBlendsIt) {
     struct Row {
         std::string arguments;
         double angle, share;
+        bool isMap = false;
     };
     double const pi = std::acos(-1.0);
     for (Row const& row : {Row{"", 0, 1},
                            {"--rotate 90", pi / 2, 1},
                            {"--rotate -50 --unit grad --blend 60", -pi / 4, 0.6},
                            {"--rotate 7.5 --unit rev", pi, 1},
-                           {"--rotate 1 --unit=rad --extent -10,40,25.5,60 --blend 0", 1, 0}}) {
+                           {"--rotate 1 --unit=rad --extent -10,40,25.5,60 --blend 0", 1, 0, true},
+                           // Labels that are longer than the border is wide elsewhere.
+                           {"--rotate 30 --extent 11.51234,48.10001,11.53,48.11", pi / 6, 1, true}}) {
         EXPECT_THAT(Run("--out sheet.png sides.bmp " + row.arguments),
                     testing::ContainsRegex("^sheet.png: .* pixels\n0$"));
         tov::CTovDib sheet;
         ASSERT_TRUE(sheet.Create(nullptr, m_folder.File("sheet.png").c_str(), 1));
+        auto const isInked = [&sheet](int left, int top, int right, int bottom) {
+            bool any = false;
+            for (int y = top; y < bottom; ++y) {
+                for (int x = left; x < right; ++x)
+                    any |= (sheet.GetCrBits()[y * sheet.GetWidth() + x] & 255) < 200;
+            }
+            return any;
+        };
+        int const columns = sheet.GetWidth(), lines = sheet.GetHeight();
+        EXPECT_FALSE(isInked(0, 0, 4, lines) || isInked(columns - 4, 0, columns, lines)) << row.arguments;
+        // The arrow at the foot.
+        EXPECT_EQ(isInked(columns * 3 / 4, lines - 58, columns, lines), row.isMap) << row.arguments;
         // Half way to each side, a little beside the middle, where no line of the graticule passes.
         double const c = std::cos(row.angle), s = std::sin(row.angle);
         for (auto const& [side, x, y] : {std::tuple(0xFF0000, 0.3, 0.04),
@@ -75,10 +90,10 @@ TEST_F(SurveyMap, TurnsTheImageRoundTheCentreAndBlendsIt) {
                                          {0xFFFF00, 0.04, -0.3}}) {
             double const right = x * width, down = y * height;
             // The map is as far from the left and right of the sheet, and lies 34 higher than its middle.
-            double const column = sheet.GetWidth() / 2.0 + c * right + s * down;
-            double const line = sheet.GetHeight() / 2.0 - 17 - s * right + c * down;
+            double const column = columns / 2.0 + c * right + s * down;
+            double const line = lines / 2.0 - 17 - s * right + c * down;
             std::uint32_t const found =
-                sheet.GetCrBits()[static_cast<int>(line) * sheet.GetWidth() + static_cast<int>(column)];
+                sheet.GetCrBits()[static_cast<int>(line) * columns + static_cast<int>(column)];
             for (int shift : {0, 8, 16}) {
                 int const part = static_cast<int>(found >> shift & 255), wanted = side >> shift & 255;
                 // The paper is between 168 and 243.
@@ -100,6 +115,9 @@ TEST_F(SurveyMap, SaysWhatIsWrong) {
           {"fine.bmp --unit ell --out a.png", "no unit is called", '2'},
           {"fine.bmp --extent 1,2,3 --out a.png", "four numbers", '2'},
           {"fine.bmp --extent 3,2,1,4 --out a.png", "west is less", '2'},
+          {"fine.bmp --extent -1e308,2,1e308,4 --out a.png", "from -360 to 360", '2'},
+          {"fine.bmp --extent -1,2,1,90.1 --out a.png", "from -90 to 90", '2'},
+          {"fine.bmp --extent 1,2,1.0000001,4 --out a.png", "at least 0.000001", '2'},
           {"fine.bmp b.bmp --out a.png", "only one image", '2'},
           {"none.bmp --out a.png", "none.bmp: there is no such file", '3'},
           {"broken.png --out a.png", "broken.png: this is no image", '3'},
