@@ -1,8 +1,6 @@
 // An image module that does as the file says, and tells in what it saves how it was called.
 #include "dorn200/dorn200.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -16,10 +14,7 @@ int narrow = 16, wide = 32;  // two images
 
 std::string Order(char const* path) {
     std::ifstream in(path);
-    std::string order{std::istreambuf_iterator<char>(in), {}};
-    if (order == "crash") std::abort();
-    if (order == "scribble") std::ofstream(std::string(path) + ".scribble") << std::string(100, 'x');
-    return order;
+    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 }  // namespace
@@ -38,16 +33,15 @@ DornBitmap* DornCreateBitmapFromFile(void const*, char const* path, int) {
     std::string const order = Order(path);
     if (order == "lie") bitmap = {-5, 1 << 30, pixels};
     if (order == "huge") bitmap = {1 << 15, 1 << 15, pixels};
-    if (order == "short") bitmap = {1 << 13, 1 << 13, pixels};  // the pixels end somewhere
     return order == "none" ? nullptr : &bitmap;
 }
 
 int DornTellFromFile(char const* path, int* width, int* height, int* bitsPerPixel) {
-    bool const isKnown = Order(path) == "fine";
-    *width = 3;
+    std::string const order = Order(path);
+    *width = order == "lie" ? -3 : 3;
     *height = 4;
-    *bitsPerPixel = 5;
-    return isKnown;
+    *bitsPerPixel = order == "huge" ? 500 : 5;
+    return order != "none";
 }
 
 void* DornCreateFromBitmap(void const*, DornBitmap const* bitmap) {

@@ -10,12 +10,13 @@
 #include <tov310/dib.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdlib>
-#include <fstream>
+#include <filesystem>
 #include <random>
 #include <span>
 #include <string>
+#include <thread>
+#include <tuple>
 #include <vector>
 
 namespace tov::test {
@@ -27,18 +28,17 @@ std::span<std::uint32_t> Pixels(HBITMAP const& bitmap) {
     return {bitmap->GetBits(), bitmap->GetCount()};
 }
 
-int Part(std::uint32_t pixel, int shift) {
-    return static_cast<int>(pixel >> shift & 255);
-}
-
 // Patches of colours, few enough for a palette; with alpha bytes of all kinds, or none that matter: 255 in
 // rows that run top-down, 0 in the others.
-HBITMAP Patches(bool hasAlpha, int rows, unsigned width) {
+HBITMAP Patches(bool hasAlpha, int rows, unsigned width, bool isGrey = false) {
     int const columns = static_cast<int>(width);
     HBITMAP const made = CTovPixels::Create(columns, -std::abs(rows));
     for (unsigned i = 0; std::uint32_t & pixel : Pixels(made)) {
-        unsigned const patch = i % width / 8 + i / width / 8 * (width / 8);
-        pixel = (patch * 2654435761u & 0xFFFFFF) | (hasAlpha ? patch * 5 % 256 : rows < 0 ? 255u : 0u) << 24;
+        unsigned const patch = i % width / 8 + i / width / 8 * (width / 8), mixed = patch * 2654435761u;
+        pixel = (isGrey ? mixed % 256 * 0x010101 : mixed & 0xFFFFFF) | (hasAlpha   ? patch * 5 % 256
+                                                                        : rows < 0 ? 255u
+                                                                                   : 0u)
+                                                                           << 24;
         ++i;
     }
     HBITMAP const turned = CTovPixels::Create(columns, rows);
@@ -49,15 +49,15 @@ HBITMAP Patches(bool hasAlpha, int rows, unsigned width) {
 struct Kind {
     enmImageFormat format;
     int depth, alphaDepth;  // as files tell them
-    double error;           // the mean of all differences
+    bool isExact;           // as far as it can hold a picture at all
 };
 
 constexpr Kind kinds[] = {
-    {eImageFormatBmp, 24, 32, 0},   {eImageFormatIco, 24, 32, 0},  {eImageFormatPng, 24, 32, 0},
-    {eImageFormatTiff, 24, 32, 0},  {eImageFormatPpm, 24, 24, 1},  {eImageFormatPpmRaw, 24, 24, 1},
-    {eImageFormatJpeg, 24, 24, 9},  {eImageFormatJ2k, 24, 32, 16}, {eImageFormatJp2, 24, 32, 16},
-    {eImageFormatWebp, 24, 32, 14}, {eImageFormatGif, 8, 8, 0},    {eImageFormatPgm, 8, 8, 1},
-    {eImageFormatPgmRaw, 8, 8, 1},  {eImageFormatPbm, 1, 1, 90},   {eImageFormatPbmRaw, 1, 1, 90},
+    {eImageFormatBmp, 24, 32, true},   {eImageFormatIco, 24, 32, true},  {eImageFormatPng, 24, 32, true},
+    {eImageFormatTiff, 24, 32, true},  {eImageFormatPpm, 24, 24, true},  {eImageFormatPpmRaw, 24, 24, true},
+    {eImageFormatJpeg, 24, 24, false}, {eImageFormatJ2k, 24, 32, false}, {eImageFormatJp2, 24, 32, false},
+    {eImageFormatWebp, 24, 32, false}, {eImageFormatGif, 8, 8, true},    {eImageFormatPgm, 8, 8, true},
+    {eImageFormatPgmRaw, 8, 8, true},  {eImageFormatPbm, 1, 1, false},   {eImageFormatPbmRaw, 1, 1, false},
 };
 
 constexpr int height = 64;
@@ -68,7 +68,8 @@ int WidthOf(Kind const& kind) {
 }
 
 HBITMAP PatchesFor(Kind const& kind, bool hasAlpha, int rows = -height) {
-    return Patches(hasAlpha, rows, static_cast<unsigned>(WidthOf(kind)));
+    bool const isGrey = kind.depth <= 8 && kind.format != eImageFormatGif;
+    return Patches(hasAlpha, rows, static_cast<unsigned>(WidthOf(kind)), isGrey);
 }
 
 struct ImageFile : testing::TestWithParam<Kind> {
@@ -82,29 +83,32 @@ struct ImageFile : testing::TestWithParam<Kind> {
     std::string const m_path = m_folder.File("picture \xE5\xAD\x97");
 };
 
-// What a file of a kind can hold of a picture.
-std::uint32_t Held(Kind const& kind, std::uint32_t pixel) {
-    int const alpha = Part(pixel, 24);
-    if (kind.alphaDepth == 32) return pixel;
-    if (kind.format == eImageFormatGif) return alpha < 128 ? 0u : pixel | 0xFF000000;
-    int parts[3];
-    for (int i = 0; i < 3; ++i)
-        parts[i] = (Part(pixel, i * 8) * alpha + 255 * (255 - alpha)) / 255;
-    double const grey = 0.0722 * parts[0] + 0.7152 * parts[1] + 0.2126 * parts[2];
-    for (int i = 0; i < 3 && kind.depth <= 8; ++i)
-        parts[i] = static_cast<int>(grey + 0.5);
-    return 0xFF000000 | static_cast<std::uint32_t>(parts[2] << 16 | parts[1] << 8 | parts[0]);
+// One colour over white; the alpha itself where a file of the kind holds it.
+int Seen(Kind const& kind, std::uint32_t pixel, int shift) {
+    int alpha = static_cast<int>(pixel >> 24);
+    if (kind.format == eImageFormatGif) alpha = alpha < 128 ? 0 : 255;
+    if (shift == 24) return kind.alphaDepth == 32 || kind.format == eImageFormatGif ? alpha : 255;
+    return (static_cast<int>(pixel >> shift & 255) * alpha + 255 * (255 - alpha)) / 255;
 }
 
-double MeanError(Kind const& kind, HBITMAP const& expected, HBITMAP const& found) {
-    double sum = 0;
-    for (std::size_t i = 0; i < expected->GetCount(); ++i) {
-        std::uint32_t const a = Held(kind, Pixels(expected)[i]), b = Pixels(found)[i];
-        // What cannot be seen has no colour.
-        for (int shift = a >> 24 == 0 ? 24 : 0; shift < 32; shift += 8)
-            sum += std::abs(Part(a, shift) - Part(b, shift));
+// The greatest difference of the means in squares; of single pixels where the kind is exact.
+double Difference(Kind const& kind, HBITMAP const& expected, HBITMAP const& found) {
+    int const side = kind.isExact ? 1 : 32;
+    double most = 0;
+    for (int y = 0; y < height; y += side) {
+        for (int x = 0; x < WidthOf(kind); x += side) {
+            for (int shift = 0; shift < 32; shift += 8) {
+                int sum = 0;
+                for (int i = 0; i < side * side; ++i) {
+                    int const column = x + i % side, row = y + i / side;
+                    sum += Seen(kind, expected->GetRow(row)[column], shift) -
+                           Seen(kind, found->GetRow(row)[column], shift);
+                }
+                most = std::max(most, std::abs(sum / double(side * side)));
+            }
+        }
     }
-    return sum / 4 / static_cast<double>(expected->GetCount());
+    return most;
 }
 
 TEST_P(ImageFile, HoldsWhatItsKindCan) {
@@ -124,7 +128,7 @@ TEST_P(ImageFile, HoldsWhatItsKindCan) {
             ASSERT_TRUE(loaded.GetWidth() == WidthOf(kind) && loaded.GetHeight() == height &&
                         loaded.GetXOffset() == WidthOf(kind) * 4);
             EXPECT_TRUE(loaded.GetSafeHandle()->IsTopDown());
-            EXPECT_LE(MeanError(kind, picture, loaded), kind.error);
+            EXPECT_LE(Difference(kind, picture, loaded), kind.isExact ? 1 : 12);
         }
     }
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_folder.path()), {}), 1);
@@ -145,65 +149,111 @@ TEST_P(ImageFile, CutShortIsRefused) {
     }
 }
 
-std::string Number(int value, int bytes, bool isBigEndian) {
-    std::string text;
-    for (int i = 0; i < bytes; ++i)
-        text += static_cast<char>(value >> 8 * (isBigEndian ? bytes - 1 - i : i));
-    return text;
-}
-
-// Puts another size in the place of every pair of numbers that tells the true one.
-std::string Lie(std::string bytes, int width, int wanted) {
-    auto const replace = [&](std::string const& from, std::string const& to) {
-        for (std::size_t at = bytes.find(from); at != bytes.npos; at = bytes.find(from, at + to.size()))
-            bytes = bytes.substr(0, at) + to + bytes.substr(at + from.size());
-    };
-    auto const text = [](int w, int h) { return std::to_string(w) + ' ' + std::to_string(h); };
-    replace(text(width, height), text(wanted, wanted));
-    for (bool const isBig : {false, true}) {
-        for (int const size : {2, 4}) {
-            std::string const w = Number(width, size, isBig), h = Number(height, size, isBig);
-            std::string const more = Number(wanted, size, isBig);
-            replace(w + h, more + more);
-            replace(h + w, more + more);
-        }
-    }
-    // The picture of an icon, with its mask below.
-    replace(Number(width, 4, false) + Number(height * 2, 4, false),
-            Number(wanted, 4, false) + Number(wanted * 2, 4, false));
-    // The entries of a directory: tag, type 3 or 4, one number.
-    for (auto const& [tag, value] : {std::pair(0x100, width), {0x101, height}}) {
-        for (int const type : {3, 4}) {
-            std::string const entry = Number(tag, 2, false) + Number(type, 2, false) + Number(1, 4, false);
-            replace(entry + Number(value, 4, false), entry + Number(wanted, 4, false));
-        }
-    }
+std::string FromHex(std::string_view hex) {
+    std::string bytes;
+    for (std::size_t i = 0; i < hex.size(); i += 2)
+        bytes += static_cast<char>(std::stoi(std::string(hex.substr(i, 2)), nullptr, 16));
     return bytes;
 }
 
-TEST_P(ImageFile, LiesAboutTheSizeCostNothing) {
-    Kind const kind = GetParam();
-    ASSERT_TRUE(CTovBitmap::SaveBitmap(PatchesFor(kind, false), kind.format, m_path.c_str()));
+struct ImageModule : ImageFile {};
+
+// Square pictures that would take gigabytes, of which the files hold nothing.
+constexpr struct {
+    char const* what;
+    std::string_view hex;
+    int width;
+} hugeFiles[] = {
+    {"bmp, 60000 x 60000",
+     "424d4600000000000000360000002800000060ea000060ea00000100180000000000000000000000000000000000000"
+     "000000000000000000000000000000000000000000000",
+     60000},
+    {"png, 60000 x 60000",
+     "89504e470d0a1a0a0000000d494844520000ea600000ea6008020000000fb0e2150000000c49444154789c6360a03d0"
+     "0000064000186643c350000000049454e44ae426082",
+     60000},
+    {"gif, 60000 x 60000", "47494638396160ea60ea8000000000000000002c0000000060ea60ea0002024401003b", 60000},
+    {"tiff, 60000 x 60000",
+     "49492a000a00000000000900000104000100000060ea0000010104000100000060ea000002010300010000000800000"
+     "00301030001000000010000000601030001000000010000001101040001000000080000001501030001000000010000"
+     "00160104000100000060ea000017010400010000000100000000000000",
+     60000},
+    {"jpeg, 60000 x 60000",
+     "ffd8ffdb004300010101010101010101010101010101010101010101010101010101010101010101010101010101010"
+     "10101010101010101010101010101010101010101010101ffc0000b08ea60ea6001011100ffc4001400010000000000"
+     "0000000000000000000000ffc40014100100000000000000000000000000000000ffda0008010100003f0000000000f"
+     "fd9",
+     60000},
+    {"bmp, 16384 x 16384 in an end mark",
+     "424d3c000000000000003a0000002800000000400000004000000100080001000000000000000000000000000000010"
+     "0000000000000000000000001",
+     16384},
+};
+
+// In a process of its own, whose memory and that of its children nobody else has used.
+void ExpectCheapRefusal(std::string const& path, long mostOwn, long mostApart) {
+    pid_t const child = StartChild([&] {
+        rusage before{}, own{}, apart{};
+        ::getrusage(RUSAGE_SELF, &before);
+        bool const isLoaded = CTovBitmap().LoadBitmap(path.c_str());
+        ::getrusage(RUSAGE_SELF, &own);
+        ::getrusage(RUSAGE_CHILDREN, &apart);
+        return !isLoaded && own.ru_maxrss - before.ru_maxrss < mostOwn &&
+               apart.ru_maxrss - before.ru_maxrss < mostApart;
+    });
+    EXPECT_EQ(EndChild(child), 0);
+}
+
+TEST_F(ImageModule, HugePicturesInSmallFilesCostNothing) {
+    constexpr long most = 64 * 1024;  // KiB
+    for (auto const& [what, hex, width] : hugeFiles) {
+        SCOPED_TRACE(what);
+        PutFile(m_path, FromHex(hex));
+        int told = 0;
+        EXPECT_TRUE(CTovBitmap::GetImageSize(m_path.c_str(), &told, nullptr, nullptr));
+        EXPECT_EQ(told, width);
+        ExpectCheapRefusal(m_path, most, most);
+    }
+    // 4096 x 4096 bits in one shade, and only the sum over all of them is wrong.
+    std::string const damaged =
+        FromHex(
+            "89504e470d0a1a0a0000000d4948445200001000000010000100000000dad819ba0000080b49444154"
+            "78daedc13101000000c2a0f54f6d0a3fa0") +
+        std::string(2036, '\0') + FromHex("be0611e0000037b0b8470000000049454e44ae426082");
+    PutFile(m_path, damaged);
+    TovSetImageModule("/nowhere/Dorn200.so");
+    ExpectCheapRefusal(m_path, 16 * 1024, 256 * 1024);
+}
+
+TEST_F(ImageModule, JpegFilesMayBePaddedButNotBroken) {
+    ASSERT_TRUE(CTovBitmap::SaveBitmap(Patches(false, -64, 64), eImageFormatJpeg, m_path.c_str()));
     std::string const whole = GetFile(m_path);
-    for (int const wanted : {1500, 60000}) {
-        std::string const lie = Lie(whole, WidthOf(kind), wanted);
-        ASSERT_FALSE(lie == whole);
-        PutFile(m_path, lie);
-        // In a process of its own, whose memory and that of its children nobody else has used.
-        EXPECT_EQ(EndChild(StartChild([&] {
-                      rusage own{}, children{};
-                      bool const isLoaded = CTovBitmap().LoadBitmap(m_path.c_str());
-                      ::getrusage(RUSAGE_SELF, &own);
-                      ::getrusage(RUSAGE_CHILDREN, &children);
-                      constexpr long most = 1536 * 1024;  // KiB; the larger picture has 10 GiB
-                      return !isLoaded && own.ru_maxrss < most && children.ru_maxrss < most;
-                  })),
-                  0)
-            << wanted;
+    std::size_t const end = whole.size() - 2;
+    for (auto const& [at, inserted, isGood] : {std::tuple(end, "\1\2\3"sv, true),
+                                               {whole.size(), "\1\2\3"sv, true},
+                                               {end / 2, "\xFF\xD3"sv, false},
+                                               {std::size_t{2}, "\1\2\3"sv, false}}) {
+        PutFile(m_path, whole.substr(0, at) + std::string(inserted) + whole.substr(at));
+        EXPECT_EQ(CTovBitmap().LoadBitmap(m_path.c_str()), isGood) << at << " of " << end;
     }
 }
 
-struct ImageModule : ImageFile {};
+TEST_F(ImageModule, SeveralFilesAreReadAtOnce) {
+    std::vector<std::jthread> threads;
+    for (int const size : {8, 16, 24, 32}) {
+        std::string const path = m_path + std::to_string(size);
+        auto const format = size % 16 == 0 ? eImageFormatBmp : eImageFormatPng;
+        ASSERT_TRUE(
+            CTovBitmap::SaveBitmap(Patches(true, -size, static_cast<unsigned>(size)), format, path.c_str()));
+        threads.emplace_back([path, size] {
+            for (int i = 0; i < 20; ++i) {
+                CTovBitmap bitmap;
+                EXPECT_TRUE(bitmap.LoadBitmap(path.c_str()));
+                EXPECT_TRUE(bitmap.GetWidth() == size && bitmap.GetHeight() == size);
+            }
+        });
+    }
+}
 
 std::string Fake() {
     return TOV_TEST_LIBRARY_DIR "/fake_dorn200.so";
@@ -228,29 +278,36 @@ TEST_F(ImageModule, IsAskedInTheToldOrderAndSavesWholeOrNot) {
     EXPECT_TRUE(std::filesystem::is_symlink(link));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_folder.path()), {}), 2);
     CDC device;
-    EXPECT_TRUE(CTovBitmap::SaveBitmap(&device, CTovPixels::Create(1, 1), eImageFormatPng, m_path.c_str()));
-    EXPECT_FALSE(CTovBitmap::SaveBitmap(&device, nullptr, eImageFormatPng, m_path.c_str()));
-    EXPECT_FALSE(CTovBitmap::SaveBitmap(nullptr, CTovPixels::Create(1, 1), eImageFormatPng, m_path.c_str()));
-    for (char const* const path : {"", static_cast<char const*>(nullptr), "/proc/none/x"})
-        EXPECT_FALSE(CTovBitmap::SaveBitmap(Patches(false, 8, 8), eImageFormatPng, path));
+    HBITMAP const picture = CTovPixels::Create(1, 1);
+    struct {
+        HDC dc;
+        HBITMAP bitmap;
+        char const* path;
+        bool isGood;
+    } const rows[] = {{&device, picture, m_path.c_str(), true},
+                      {nullptr, picture, m_path.c_str(), false},
+                      {&device, nullptr, m_path.c_str(), false},
+                      {&device, picture, nullptr, false},
+                      {&device, picture, "", false},
+                      {&device, picture, "/proc/none/x", false}};
+    for (auto const& row : rows)
+        EXPECT_EQ(CTovBitmap::SaveBitmap(row.dc, row.bitmap, eImageFormatPng, row.path), row.isGood)
+            << &row - rows;
 }
 
-TEST_F(ImageModule, MayCrashAndLieWithoutHarm) {
+TEST_F(ImageModule, MayLieWithoutHarm) {
     TovSetImageModule(Fake().c_str());
-    std::signal(SIGABRT, [](int) { std::ofstream("/dev/stdout") << "the handler of the host ran\n"; });
-    for (char const* const order : {"crash", "lie", "huge", "short", "none", "scribble", "fine"}) {
+    for (char const* const order : {"lie", "huge", "none", "fine"}) {
         PutFile(m_path, order);
         bool const isFine = order == "fine"sv;
         CTovBitmap bitmap;
         bitmap.CreateBitmap(1, 1);
         EXPECT_EQ(bitmap.LoadBitmap(m_path.c_str()), isFine) << order;
-        EXPECT_EQ(bitmap.GetWidth(), bitmap.GetSafeHandle() ? 2 : 0) << order;
+        EXPECT_EQ(bitmap.GetWidth(), isFine ? 2 : 0) << order;
         int size[3] = {9, 9, 9};
         EXPECT_EQ(CTovBitmap::GetImageSize(m_path.c_str(), &size[0], &size[1], &size[2]), isFine) << order;
         EXPECT_TRUE(size[0] == 3 * isFine && size[1] == 4 * isFine && size[2] == 5 * isFine) << order;
     }
-    std::signal(SIGABRT, SIG_DFL);
-    EXPECT_FALSE(std::filesystem::file_size(m_path + ".scribble"));
 }
 
 TEST_F(ImageModule, IsNotMissedForBmpAndPng) {
@@ -267,13 +324,14 @@ TEST_F(ImageModule, IsNotMissedForBmpAndPng) {
         EXPECT_FALSE(CTovBitmap::SaveBitmap(Patches(false, 8, 8), format, m_path.c_str()));
         EXPECT_EQ(GetFile(m_path), before);
     }
-    for (std::string const& path : {std::string(), m_folder.path().string(), m_folder.File("none")}) {
+    std::string const folder = m_folder.path().string(), none = m_folder.File("none");
+    for (char const* const path :
+         {"", folder.c_str(), none.c_str(), "/dev/zero", static_cast<char const*>(nullptr)}) {
         CTovBitmap bitmap;
         EXPECT_TRUE(bitmap.CreateBitmap(1, 1));
-        EXPECT_FALSE(bitmap.LoadBitmap(path.c_str()));
+        EXPECT_FALSE(bitmap.LoadBitmap(path));
         EXPECT_FALSE(bitmap.GetSafeHandle());
     }
-    EXPECT_FALSE(CTovBitmap().LoadBitmap(nullptr));
 }
 
 TEST_F(ImageModule, RealPicturesGoThroughAllThatCanBeDone) {

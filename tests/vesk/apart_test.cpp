@@ -2,13 +2,15 @@
 // Work in a process of its own ends within its limits, and nothing of it reaches this one.
 #include "vesk/apart.h"
 
+#include "support/child.h"
 #include "support/files.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
 
+#include <atomic>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -39,6 +41,10 @@ bool Survives(Work const& work, std::uint64_t memory = 0) {
         });
 }
 
+void Demand(bool isSo) {
+    if (!isSo) std::abort();
+}
+
 long OpenFiles() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }
@@ -46,7 +52,7 @@ long OpenFiles() {
 void Allocate(std::size_t size) {
     std::vector<char> block(size, 'x');
     // The block must be seen to be used.
-    if (std::accumulate(block.begin(), block.end(), 0L) == 0) std::abort();
+    Demand(std::accumulate(block.begin(), block.end(), 0L) != 0);
 }
 
 TEST(Apart, EndsAtEveryLimit) {
@@ -71,6 +77,8 @@ TEST(Apart, EndsAtEveryLimit) {
         {"abort", [](ApartPipe&) { std::abort(); }, false},
         {"exception", [](ApartPipe&) { throw std::runtime_error("thrown"); }, false},
         {"file", [&](ApartPipe&) { PutFile(file, "text"); }, false},
+        // Standard input, output and error, the pipe, and the folder itself while it is read.
+        {"open files", [](ApartPipe&) { Demand(OpenFiles() == 5); }, true},
     };
     auto const handler =
         std::signal(SIGABRT, [](int) { ::_exit(::write(STDOUT_FILENO, "handler ran\n", 12) > 0); });
@@ -107,6 +115,47 @@ TEST(Apart, CarriesMoreThanThePipeHoldsAndNoticesThatNobodyReads) {
         return pipe.Read(got.data(), size) && pipe.Read(&one, 1);
     }));
     EXPECT_TRUE(VeskRunApart(limits, work, [&](ApartPipe& pipe) { return pipe.Read(got.data(), 4); }));
+}
+
+TEST(Apart, NeedsNoStandardFilesAndNoChildThatIsLeftToIt) {
+    for (int closed = 1; closed < 8; ++closed) {
+        EXPECT_EQ(EndChild(StartChild([&] {
+                      for (int number = 0; number < 3; ++number) {
+                          if ((closed >> number & 1) != 0) ::close(number);
+                      }
+                      return Survives([](ApartPipe&) {}) &&
+                             Survives([](ApartPipe&) { Demand(OpenFiles() == 5); });
+                  })),
+                  0)
+            << closed;
+    }
+    // A host that waits for whatever child there is.
+    EXPECT_TRUE(VeskRunApart(
+        {0, std::chrono::seconds(9)}, [](ApartPipe&) {},
+        [](ApartPipe&) { return ::waitpid(-1, nullptr, 0) > 0; }));
+}
+
+TEST(Apart, EndsWithItsHost) {
+    void* const shared = ::mmap(nullptr, sizeof(std::atomic<pid_t>), PROT_READ | PROT_WRITE,
+                                MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(shared, MAP_FAILED);
+    auto& copy = *new (shared) std::atomic<pid_t>(0);
+    ::prctl(PR_SET_CHILD_SUBREAPER, 1);  // the copy becomes a child of this process when its own parent dies
+    pid_t const host = StartChild([&] {
+        return Survives([&](ApartPipe&) {
+            copy = ::getpid();
+            std::this_thread::sleep_for(std::chrono::seconds(30));
+        });
+    });
+    while (copy == 0)
+        std::this_thread::yield();
+    auto const start = ApartPipe::Clock::now();
+    ::kill(host, SIGKILL);
+    EndChild(host);
+    EXPECT_TRUE(WIFSIGNALED(EndChild(copy)));
+    EXPECT_LT(ApartPipe::Clock::now() - start, std::chrono::seconds(10));
+    ::prctl(PR_SET_CHILD_SUBREAPER, 0);
+    ::munmap(shared, sizeof(std::atomic<pid_t>));
 }
 
 }  // namespace
