@@ -333,8 +333,7 @@ CString CTovTime::FormatFracSec(int round) const {
                          : flag == CTovTimeHelper::eRoundToHundredth ? 2
                                                                      : 3;
     double fraction = rounded.m_dFracSecond;
-    if (flag == CTovTimeHelper::eRoundToMicrosecond)
-        fraction = std::floor(std::rint(fraction * 1e6) / 1000) / 1000;
+    if (flag == CTovTimeHelper::eRoundToMicrosecond) fraction = std::floor(fraction * 1000) / 1000;
     char text[8];  // like "0.125"
     auto const end =
         std::to_chars(text, text + sizeof text, fraction, std::chars_format::fixed, decimals).ptr;

@@ -83,6 +83,17 @@ TEST(ScanTime, ReadsWhatTheCodesAskFor) {
     }
 }
 
+// A day that was read in another zone is another one.
+TEST(ScanTime, SeesAnotherZoneAtOnce) {
+    for (char const* name : {"UTC0", "AAA-5", "Europe/Berlin", "AAA-5BBB", "UTC0"}) {
+        TimeZone const zone(name);
+        for (int hour : {1, 2}) {
+            CTovTime const time(std::to_string(hour) + ":00 21 11 2026", "%H:%M %d %m %Y");
+            EXPECT_EQ(time, CTime(2026, 11, 21, hour, 0, 0, 0)) << name;
+        }
+    }
+}
+
 struct ScanTimeIn : testing::TestWithParam<char const*> {
     ~ScanTimeIn() override { std::setlocale(LC_TIME, "C"); }
 };

@@ -90,6 +90,11 @@ TEST(Time, TakesAndGivesItsForms) {
     EXPECT_EQ(CTime(2024, 14, 0, 25, -1, 61).Format("%F %T"), "2025-02-01 01:00:01");
     EXPECT_EQ(CTime(2024, 7, 1, 12, 0, 0, 0).GetHour(), 13);  // told as standard time
     EXPECT_EQ(CTime(1969, 12, 31, 20, 29, 59).GetTime(), -1);
+    for (bool const summer : {false, true}) {  // what was asked before makes no difference
+        CTime(2020, summer ? 7 : 1, 1, 12, 0, 0, summer ? 1 : 0);
+        EXPECT_EQ(CTime(2024, 11, 3, 1, 30, 0).Format("%T%z"), "01:30:00-0230");
+        EXPECT_EQ(CTime(2024, 3, 10, 2, 30, 0).Format("%T%z"), "03:30:00-0230");
+    }
     for (CTime const none : {CTime(most), CTime(least)}) {
         SYSTEMTIME system{1, 1, 1, 1, 1, 1, 1, 1};
         FILETIME file{1};
