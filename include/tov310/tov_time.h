@@ -183,7 +183,8 @@ class TOV_CORE_API CTovTime : public CObject, public CTime {
     // A flag "#" and other codes do not count. Behind a field everything is skipped up to the next digit or
     // capital A, P or M (behind %s and %D also "."), where the next one is read. A number must stand there,
     // or at the text's begin behind blanks: a word before the first number, or a capital A, P or M before a
-    // later one, ends the reading of numbers. Names of months and %p skip to where they find a word.
+    // later one, stops all numbers until a name is read. Names of months and %p skip to where they find a
+    // word.
     //
     // A code that finds nothing to read is passed over; the text's end ends the reading. What is not read is
     // 1 January 2000, 00:00:00, so that a text without any field is that moment. Takes local time of the
