@@ -4,24 +4,19 @@
 #include <tov310/smtp.h>
 #include <tov310/wait_cursor.h>
 
-#include <arpa/inet.h>
+#include "support/scripted_server.h"
+#include "vesk/cpu.h"
+
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <netdb.h>
-#include <netinet/in.h>
-#include <poll.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
 #include <sys/time.h>
-#include <unistd.h>
 
-#include <chrono>
-#include <csignal>
+#include <algorithm>
 #include <cstring>
-#include <functional>
-#include <optional>
-#include <random>
-#include <thread>
+#include <new>
 
 namespace {
 int recvFailure = 0;  // of every receive of this process; the server reads otherwise
@@ -32,6 +27,12 @@ extern "C" [[gnu::visibility("default")]] ssize_t recvmsg(int, msghdr*, int) {
 }
 extern "C" [[gnu::visibility("default")]] ssize_t recv(int socket, void* buffer, size_t size, int) {
     return recvFailure != 0 ? (errno = recvFailure, -1) : ::read(socket, buffer, size);
+}
+
+// A machine with a long name.
+extern "C" [[gnu::visibility("default")]] int gethostname(char* name, size_t size) noexcept {
+    std::fill_n(name, size, '\0');
+    return std::fill_n(name, 300, 'h'), 0;
 }
 
 // A name with two addresses, at the first of which nobody listens.
@@ -47,101 +48,9 @@ namespace tov {
 namespace {
 
 using namespace std::chrono_literals;
-
-enum class End { kStay, kClose, kReset };
-
-struct Reply {
-    std::string text;
-    End end = End::kStay;
-    std::chrono::milliseconds pause{0};  // before it
-};
-
-// Says one reply after the other: the first at once, each other one behind a command, or behind the whole
-// text after one that begins with 354. What a reply holds behind a "|" is said 50 ms after the client's
-// answer.
-class ScriptedServer {
- public:
-    explicit ScriptedServer(std::vector<Reply> script, std::size_t mostRead = std::string::npos)
-        : m_script(std::move(script)), m_mostRead(mostRead) {
-        m_listener = ::socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address;
-        auto* const any = reinterpret_cast<sockaddr*>(&address);
-        if (::bind(m_listener, any, size) != 0 || ::listen(m_listener, 1) != 0) std::abort();
-        ::getsockname(m_listener, any, &size);
-        m_port = ntohs(address.sin_port);
-        sigset_t all, before;
-        ::sigfillset(&all);
-        ::pthread_sigmask(SIG_SETMASK, &all, &before);  // signals are for the client
-        m_thread = std::thread([this] { Serve(); });
-        ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    }
-    ~ScriptedServer() { Got(); }
-    unsigned Port() const { return m_port; }
-
-    // What the client has sent; waits for the end.
-    std::string const& Got() {
-        if (m_thread.joinable()) {
-            ::shutdown(m_listener, SHUT_RDWR);
-            m_thread.join();
-            ::close(m_listener);
-        }
-        return m_got;
-    }
-
- private:
-    void Serve() {
-        int const peer = ::accept(m_listener, nullptr, nullptr);
-        if (peer < 0) return;
-        End end = End::kStay;
-        bool isText = false;
-        for (std::size_t i = 0; i < m_script.size() && end == End::kStay; ++i) {
-            Reply const& reply = m_script[i];
-            if (i != 0 && !Read(peer, isText ? "\r\n.\r\n" : "\r\n")) break;
-            std::this_thread::sleep_for(reply.pause);
-            std::size_t const cut = std::min(reply.text.find('|'), reply.text.size());
-            Say(peer, reply.text.substr(0, cut));
-            if (cut != reply.text.size()) {
-                // Not before the client has taken the first piece, however busy the machine is.
-                pollfd answer{peer, POLLIN, 0};
-                ::poll(&answer, 1, 5000);
-                std::this_thread::sleep_for(50ms);
-                Say(peer, reply.text.substr(cut + 1));
-            }
-            isText = reply.text.starts_with("354");
-            end = reply.end;
-        }
-        if (end == End::kStay) Read(peer, "");
-        linger const hard{1, 0};
-        if (end == End::kReset) ::setsockopt(peer, SOL_SOCKET, SO_LINGER, &hard, sizeof hard);
-        ::close(peer);
-    }
-
-    static void Say(int peer, std::string const& text) {
-        ::send(peer, text.data(), text.size(), MSG_NOSIGNAL);
-    }
-
-    // Reads up to the end of a command, or so many bytes of the text.
-    bool Read(int peer, std::string const& end) {
-        std::size_t const begin = m_got.size();
-        for (char c = 0; ::read(peer, &c, 1) == 1;) {
-            m_got += c;
-            if (end.size() > 2 && m_got.size() - begin >= m_mostRead) return true;
-            // In the text the line end before it may be that of the header.
-            if (!end.empty() && m_got.size() - begin >= end.size() - 2 && m_got.ends_with(end)) return true;
-        }
-        return false;
-    }
-
-    std::vector<Reply> m_script;
-    std::size_t m_mostRead;
-    int m_listener;
-    unsigned m_port = 0;
-    std::string m_got;
-    std::thread m_thread;
-};
+using test::End;
+using test::Reply;
+using test::ScriptedServer;
 
 struct Smtp : testing::Test {
     Smtp() {
@@ -158,49 +67,48 @@ struct Smtp : testing::Test {
     CTovMailMessageMimeContainer mail;
 };
 
-// The text of a wrong reply to each step: the greeting, HELO, MAIL, three times RCPT, DATA, the mail, QUIT.
+// The good reply to each step, and the text of a wrong one.
 constexpr char const* wrong = "SMTP server error.";
-constexpr char const* stepTexts[] = {"Server didn't respond.",
-                                     wrong,
-                                     wrong,
-                                     wrong,
-                                     wrong,
-                                     wrong,
-                                     "SMTP server not ready for data.",
-                                     wrong,
-                                     "SMTP server didn't terminate session."};
-constexpr char const* goodReplies[] = {"220 hi\r\n", "250 a\r\n", "250 b\r\n", "250 c\r\n", "250 d\r\n",
-                                       "250 e\r\n",  "354 f\r\n", "250 g\r\n", "221 h\r\n"};
-constexpr std::size_t steps = std::size(goodReplies);
+constexpr struct {
+    char const *good, *error;
+} dialogue[] = {{"220 hi\r\n", "Server didn't respond."},
+                {"250 a\r\n", wrong},
+                {"250 b\r\n", wrong},
+                {"251 c\r\n", ""},
+                {"550 d\r\n", ""},
+                {"250 e\r\n", ""},
+                {"354 f\r\n", "SMTP server not ready for data."},
+                {"250 g\r\n", wrong},
+                {"221 h\r\n", "SMTP server didn't terminate session."}};
+constexpr std::size_t steps = std::size(dialogue);
+
+std::vector<Reply> GoodScript() {
+    std::vector<Reply> script;
+    for (auto const& step : dialogue)
+        script.push_back({step.good});
+    return script;
+}
 
 // Every step with every kind of answer and of end, against what is told of each.
 TEST_F(Smtp, EveryStepAnswersEveryReplyAndEveryLoss) {
-    char host[256];
-    ::gethostname(host, sizeof host);
-    std::string const commands[] = {"HELO " + std::string(host) + "\r\n",
-                                    "MAIL From: <a@x>\r\n",
-                                    "RCPT TO: <b@x>\r\n",
-                                    "RCPT TO: <c@x>\r\n",
-                                    "RCPT TO: <d@x>\r\n",
-                                    "DATA\r\n",
-                                    "",
-                                    "QUIT\r\n"};
-    // clang-format off
-    struct { std::string text; unsigned code; End end; } const answers[] = {
-        {"", 0, End::kClose}, {"", 0, End::kReset}, {"2", 0, End::kClose}, {"25", 0, End::kReset},
-        {"251 x\r\n", 251, End::kStay}, {"550 x\r\n", 550, End::kStay}, {"421 x\r\n", 421, End::kClose},
-        {"abc\r\n", 0, End::kStay}, {"25", 0, End::kStay}, {"  7", 7, End::kStay}, {"2x0", 2, End::kReset},
-        {"-20", 0, End::kStay}, {std::string(2000, '9') + "\r\n", 999, End::kStay}};
-    // clang-format on
+    struct {
+        std::string text;
+        unsigned code;
+        End end;
+    } const answers[] = {{"", 0, End::kClose},
+                         {"25", 0, End::kReset},
+                         {"251 x\r\n", 251, End::kStay},
+                         {"421 x\r\n", 421, End::kClose},
+                         {"-20", 0, End::kStay},
+                         {"  7", 7, End::kStay},
+                         {std::string(2000, '9') + "\r\n", 999, End::kStay}};
     for (std::size_t step = 0; step < steps; ++step) {
         for (auto const& answer : answers) {
             bool const isRecipient = step >= 3 && step <= 5;
             // A block is a reply, so that a long one is two, and what is left of it goes for the next step.
             bool const isLong = answer.text.size() > 1024;
             if (isLong && isRecipient) continue;
-            std::vector<Reply> script;
-            for (std::size_t i = 0; i < steps; ++i)
-                script.push_back({goodReplies[i], End::kStay});
+            auto script = GoodScript();
             script[step] = {answer.text, answer.end};
             ScriptedServer server(script);
             CTovSmtp smtp("127.0.0.1", server.Port());
@@ -210,65 +118,87 @@ TEST_F(Smtp, EveryStepAnswersEveryReplyAndEveryLoss) {
             std::string const first = smtp.GetLastError();
             int const ended = smtp.Disconnect();
             std::string const last = smtp.GetLastError();
-            std::string const why = std::to_string(step) + ' ' + answer.text.substr(0, 9) + '/' +
-                                    std::to_string(static_cast<int>(answer.end)) + ' ' + first + ' ' + last;
+            SCOPED_TRACE(std::to_string(step) + ' ' + answer.text.substr(0, 9) + ' ' + first + ' ' + last);
 
             bool const isLost = answer.end != End::kStay;
             bool const isAccepted = isRecipient && !isLost;
-            EXPECT_TRUE(connected == (step > 1) && sent == (step == 8 || isAccepted) && !smtp.Connected())
-                << why;
+            std::string const error = std::to_string(answer.code) + ':' + dialogue[step].error;
+            EXPECT_TRUE(connected == (step > 1) && sent == (step == 8 || isAccepted) && !smtp.Connected());
             if (!isLost) {
-                EXPECT_EQ(stays, connected) << why;
-                std::string const error = std::to_string(answer.code) + ':' + stepTexts[step];
-                EXPECT_EQ(step == 8 ? last : first, isAccepted ? "OK" : error) << why;
+                EXPECT_EQ(stays, connected);
+                EXPECT_EQ(step == 8 ? last : first, isAccepted ? "OK" : error);
             } else {
                 // A reset may overtake what was said before it. Where that is no failure the next step fails.
-                EXPECT_TRUE(!stays || (answer.text != "" && !isRecipient) || step == 8) << why;
+                EXPECT_TRUE(!stays || (answer.text != "" && !isRecipient) || step == 8);
                 std::string const reset =
-                    step == 0 ? stepTexts[0] : "Virtual circuit was reset by the remote side.";
+                    step == 0 ? dialogue[0].error : "Virtual circuit was reset by the remote side.";
                 EXPECT_THAT(step == 8 ? last : first,
-                            testing::AnyOf(std::to_string(answer.code) + ':' + stepTexts[step], "0:" + reset,
+                            testing::AnyOf(error, "0:" + reset,
                                            isRecipient ? "0:SMTP server not ready for data." : "",
-                                           isRecipient ? "0:SMTP server error." : ""))
-                    << why;
+                                           isRecipient ? "0:SMTP server error." : ""));
             }
-            EXPECT_EQ(ended, !stays || isAccepted || (step == 7 && !isLost && !isLong)) << why;
-            std::string expected;
-            for (std::size_t k = 0; k < std::min(step, std::size_t{6}); ++k)
-                expected += commands[k];
-            EXPECT_THAT(server.Got(), testing::StartsWith(expected)) << why;
+            EXPECT_EQ(ended, !stays || isAccepted || (step == 7 && !isLost && !isLong));
         }
     }
 }
 
 TEST_F(Smtp, TheWholeDialogueIsAsItHasAlwaysBeen) {
-    std::vector<Reply> script;
-    for (std::size_t i = 0; i < steps; ++i)
-        script.push_back({goodReplies[i]});
-    script[4].text = "251 elsewhere\r\n";
-    script[5].text = "550 nobody\r\n";
     struct : CTovSmtp {
-        using CTovSmtp::CTovSmtp;
         void PrepareHeader(CString& header) override {
             wasWaiting = CTovWaitCursor::Active();
             header = "H: " + std::to_string(header.find("Date: ")) + "\r\n.\r\n";
         }
+        void SetError(unsigned id, unsigned) override { ADD_FAILURE() << id; }
         int wasWaiting = 0;
     } smtp;
-    ScriptedServer server(script);
+    ScriptedServer server(GoodScript());
     EXPECT_TRUE(smtp.Server("127.0.0.1") && smtp.Port(server.Port()));
     EXPECT_TRUE(smtp.Connect() && smtp.Connect() && smtp.Connected());
     EXPECT_TRUE(!smtp.Port(587) && smtp.Port() == server.Port() && !smtp.Server("x") &&
                 smtp.Server() == "127.0.0.1");
+    for (int number = 3; number < 100; ++number) {
+        sockaddr_in peer{};
+        socklen_t size = sizeof peer;
+        bool const isOpen = ::getpeername(number, reinterpret_cast<sockaddr*>(&peer), &size) == 0;
+        if (!isOpen || ntohs(peer.sin_port) != server.Port()) continue;
+        EXPECT_EQ(::fcntl(number, F_GETFD), FD_CLOEXEC) << "programs that the host starts inherit it";
+    }
     mail.From({"A", "a@x\r\nRSET"});
-    EXPECT_TRUE(smtp.SendMailMessage(&mail) && smtp.wasWaiting && !CTovWaitCursor::Active())
-        << smtp.GetLastError();
+    EXPECT_TRUE(smtp.SendMailMessage(&mail) && smtp.wasWaiting && !CTovWaitCursor::Active());
     EXPECT_EQ(smtp.SendMailMessage(nullptr), 0);
     EXPECT_TRUE(smtp.Disconnect() && smtp.GetLastError() == "OK" && !smtp.Connected());
-    std::string const got = server.Got();
-    EXPECT_EQ(got.substr(got.find("MAIL")),
-              "MAIL From: <a@x  RSET>\r\nRCPT TO: <b@x>\r\nRCPT TO: <c@x>\r\nRCPT TO: <d@x>\r\nDATA\r\nH: "
-              "0\r\n..\r\n\r\ntext\r\n\r\n.\r\nQUIT\r\n");
+    EXPECT_EQ(server.Got(), "HELO " + std::string(255, 'h') +
+                                "\r\nMAIL From: <a@x  RSET>\r\nRCPT TO: <b@x>\r\nRCPT TO: <c@x>\r\nRCPT TO: "
+                                "<d@x>\r\nDATA\r\nH: 0\r\n..\r\n\r\ntext\r\n\r\n.\r\nQUIT\r\n");
+}
+
+// Whoever composes may throw; the server must not be left waiting for the rest of a text.
+TEST_F(Smtp, WhatCannotBeComposedIsNotBegun) {
+    static char const* culprit;
+    struct Mail : CTovMailMessage {
+        CString Header() const override { return Check("Header"), ""; }
+        CString Body() const override { return Check("Body"), ""; }
+        using CTovMailMessage::Body;
+        void Check(char const* name) const {
+            if (std::strcmp(name, culprit) == 0) throw std::bad_alloc();
+        }
+    } bad;
+    struct Client : CTovSmtp {
+        using CTovSmtp::CTovSmtp;
+        void PrepareHeader(CString&) override { Mail().Check("PrepareHeader"); }
+        void PrepareBody(CString&) override { Mail().Check("PrepareBody"); }
+    };
+    bad.From("a@x");
+    bad.AddRecipient("b@x", CTovMailMessage::eRecipientTo);
+    for (char const* const name : {"Header", "Body", "PrepareHeader", "PrepareBody"}) {
+        culprit = name;
+        ScriptedServer server({{"220"}, {"250"}, {"250"}, {"250"}, {"221"}});
+        Client smtp("127.0.0.1", server.Port());
+        EXPECT_TRUE(smtp.Connect());
+        EXPECT_THROW(smtp.SendMailMessage(&bad), std::bad_alloc) << name;
+        EXPECT_TRUE(smtp.Connected() && smtp.Disconnect()) << name;
+        EXPECT_THAT(server.Got(), testing::EndsWith("<b@x>\r\nQUIT\r\n"));
+    }
 }
 
 // What is sent of a header and a body, for dots and line ends of all kinds and for long lines.
@@ -319,7 +249,6 @@ TEST_F(Smtp, APieceIsAReply) {
         {{{"22|0 hi\r\n"}}, "0:Server didn't respond.", 0},
         {{{"220-a\r\n|220 b\r\n", End::kStay}, {"250"}}, "220:SMTP server error.", 0},
         {{{"220-a\r\n220 b\r\n"}, {"250"}, {"221"}}, "OK", 1},
-        {{{"554 busy\r\n", End::kClose}}, "554:Server didn't respond.", 0},
     };
     for (auto const& row : rows) {
         ScriptedServer server(row.script);
@@ -330,30 +259,19 @@ TEST_F(Smtp, APieceIsAReply) {
     }
 }
 
-// Losses in the middle of the text, in front of a client that has much more to send.
+// Losses in the middle of the text, in front of a client that has much more to send than the system keeps.
 TEST_F(Smtp, ALossInsideTheTextIsAnErrorAndNoSignal) {
-    std::mt19937 random(310);
-    std::string const body(16 << 20, 'x');  // more than the system keeps on its way
-    mail.Body(body.c_str());
-    for (int i = 0; i < 24; ++i) {
-        std::string const words = i % 3 == 0 ? "552 too much\r\n" : i % 3 == 1 ? "250 early\r\n" : "";
-        ScriptedServer server({{"220"},
-                               {"250"},
-                               {"250"},
-                               {"250"},
-                               {"250"},
-                               {"250"},
-                               {"354"},
-                               {words, i % 2 == 0 ? End::kClose : End::kReset}},
-                              random() % 50'000);
+    mail.Body(std::string(16 << 20, 'x').c_str());
+    for (std::size_t i = 0; i < 6; ++i) {
+        auto script = GoodScript();
+        char const* const words[] = {"552 too much\r\n", "250 early\r\n", ""};
+        script[7] = {words[i % 3], i % 2 == 0 ? End::kClose : End::kReset};
+        ScriptedServer server(script, i * 9'999);
         CTovSmtp smtp("127.0.0.1", server.Port());
-        EXPECT_EQ(smtp.Connect(), 1);
-        EXPECT_EQ(smtp.SendMailMessage(&mail), 0);
+        EXPECT_TRUE(smtp.Connect() && !smtp.SendMailMessage(&mail) && !smtp.Connected());
         EXPECT_THAT(smtp.GetLastError(), testing::AnyOf("552:SMTP server error.",
                                                         "0:Virtual circuit was reset by the remote side."));
-        EXPECT_EQ(smtp.Connected(), 0);
-        EXPECT_TRUE(smtp.Disconnect());
-        EXPECT_EQ(smtp.SendMailMessage(&mail), 0);
+        EXPECT_TRUE(smtp.Disconnect() && !smtp.SendMailMessage(&mail));
         EXPECT_EQ(smtp.GetLastError(), "0:Must be connected to SMTP server.");
     }
 }
@@ -365,35 +283,32 @@ TEST_F(Smtp, WaitsEndInTimeAndNotBySignals) {
     ::sigaction(SIGALRM, &action, &before);
     itimerval const often{{0, 3000}, {0, 3000}}, never{};
     ::setitimer(ITIMER_REAL, &often, nullptr);
-    for (std::size_t const silent : {0U, 3U, 7U}) {
-        std::vector<Reply> script;
-        for (std::size_t i = 0; i < steps; ++i)
-            script.push_back({goodReplies[i], End::kStay, i == silent ? 700ms : 20ms});
+    char const* const late = "0:Virtual circuit was aborted due to timeout or other failure.";
+    for (std::size_t const silent : {0U, 7U}) {
         for (unsigned const timeOut : {0U, 250U}) {
+            auto script = GoodScript();
+            script[silent].pause = 700ms;
             ScriptedServer server(script);
             CTovSmtp smtp("127.0.0.1", server.Port());
             smtp.TimeOut(timeOut);
             int const done = smtp.Connect() && smtp.SendMailMessage(&mail) && smtp.Disconnect();
-            EXPECT_EQ(done, timeOut == 0) << silent << smtp.GetLastError();
-            if (timeOut == 0) continue;
-            EXPECT_EQ(smtp.Connected(), 0);
+            EXPECT_TRUE(done == (timeOut == 0) && !smtp.Connected());
             // On a busy machine already the greeting may come too late.
-            char const* const late = "0:Virtual circuit was aborted due to timeout or other failure.";
-            EXPECT_THAT(smtp.GetLastError(),
-                        testing::AnyOf("0:Server didn't respond.", silent == 0 ? "" : late));
+            EXPECT_THAT(smtp.GetLastError(), testing::AnyOf(timeOut == 0 ? "OK" : "0:Server didn't respond.",
+                                                            timeOut == 0 || silent == 0 ? "OK" : late));
         }
     }
     ::setitimer(ITIMER_REAL, &never, nullptr);
     ::sigaction(SIGALRM, &before, nullptr);
     // Who takes nothing at all.
-    ScriptedServer server(
-        {{"220"}, {"250"}, {"250"}, {"250"}, {"250"}, {"250"}, {"354"}, {"250", End::kClose, 1500ms}}, 1);
+    auto script = GoodScript();
+    script[7] = {"250", End::kClose, 1500ms};
+    ScriptedServer server(script, 1);
     CTovSmtp smtp("127.0.0.1", server.Port());
     smtp.TimeOut(500);
     mail.Body(std::string(16 << 20, 'x').c_str());
-    EXPECT_EQ(smtp.Connect(), 1);
-    EXPECT_EQ(smtp.SendMailMessage(&mail), 0);
-    EXPECT_EQ(smtp.GetLastError(), "0:Virtual circuit was aborted due to timeout or other failure.");
+    EXPECT_TRUE(smtp.Connect() && !smtp.SendMailMessage(&mail));
+    EXPECT_EQ(smtp.GetLastError(), late);
 }
 
 TEST_F(Smtp, EveryAddressOfANameIsTried) {
@@ -413,19 +328,18 @@ TEST_F(Smtp, WhatIsWrongBeforeAnythingIsSentIsTold) {
     };
     fails(smtp.Connect(), "0:SMTP server name must not be empty.");
     fails(smtp.SendMailMessage(nullptr), "0:Must be connected to SMTP server.");
-    smtp.Server("127.0.0.7");
-    smtp.Port(9);
-    fails(smtp.Connect(), "0:Unable to connect to server.");
-    smtp.Server(std::string("127.0.0.1\0.example", 18));
-    fails(smtp.Connect(), "0:Unable to connect to server.");
     ScriptedServer server({{"220"}, {"250"}, {"221"}});
-    smtp.Server("127.0.0.1");
     smtp.Port(server.Port());
+    for (std::string const& nobody : {std::string("127.0.0.7"), std::string("127.0.0.1\0.example", 18)}) {
+        smtp.Server(nobody);
+        fails(smtp.Connect(), "0:Unable to connect to server.");
+    }
+    smtp.Server("127.0.0.1");
     int const next = ::dup(0);
     ::close(next);
     rlimit before;
     ::getrlimit(RLIMIT_NOFILE, &before);
-    for (unsigned few = 0; few < 4; ++few) {
+    for (unsigned few = 0; few < 4 && !TOV_SANITIZED; ++few) {  // the sanitizer needs descriptors of its own
         rlimit const limit{static_cast<rlim_t>(next) + few, before.rlim_max};
         ::setrlimit(RLIMIT_NOFILE, &limit);
         int const result = smtp.Connect();
@@ -456,10 +370,9 @@ TEST_F(Smtp, FailuresOfTheSocketHaveTheirTexts) {
         CTovSmtp smtp("127.0.0.1", server.Port());
         EXPECT_TRUE(smtp.Connect());
         recvFailure = number;
-        EXPECT_EQ(smtp.SendMailMessage(&mail), 0);
+        EXPECT_TRUE(!smtp.SendMailMessage(&mail) && !smtp.Connected());
         recvFailure = 0;
         EXPECT_EQ(smtp.GetLastError(), std::string("0:") + text);
-        EXPECT_EQ(smtp.Connected(), 0);
     }
     struct : CTovSmtp {
         using CTovSmtp::GetResponse;
