@@ -90,6 +90,33 @@ void Plain(Pictures& p) {
                                             {.amount = 100, .key = 0x123456, .taken = tov::pixelColor});
 }
 
+// Of coloured pictures in each turn: grey ones would stay as they are.
+void Grey(benchmark::State& state, int size) {
+    CTovDib const coloured = Picture(size, 1);
+    std::vector<CTovDib> own(turn / coloured.GetBitmap()->GetCount());
+    std::vector<CTovDib> others(own.size());
+    auto const work = [](std::vector<CTovDib>& dibs, auto const& once) {
+        for (CTovDib& dib : dibs)
+            once(dib);
+        benchmark::ClobberMemory();
+    };
+    auto const plain = [](CTovDib& dib) {
+        std::uint32_t* const d = dib.GetCrBits();
+        std::size_t const count = dib.GetBitmap()->GetCount();
+        for (std::size_t i = 0; i < count; ++i)
+            d[i] = tov::ComposePixel<PixelOperation::kGrey>(d[i], 0, {});
+    };
+    bench::AgainstPeer(
+        state, turn, [&] { work(own, [](CTovDib& dib) { dib.GreyScale(); }); }, [&] { work(others, plain); },
+        bench::Want::kFaster,
+        [&] {
+            for (std::vector<CTovDib>* dibs : {&own, &others}) {
+                for (CTovDib& dib : *dibs)
+                    dib.Create(&coloured);
+            }
+        });
+}
+
 #ifdef TOV_HAVE_PIXMAN
 struct Release {
     void operator()(pixman_image_t* image) const { pixman_image_unref(image); }
@@ -183,8 +210,12 @@ void PixmanRotation(Pictures& p) {
     Register(
         "FillBlend", "plain", [](Pictures& p) { p.dst.FillBlend(0x123456, 100); },
         Plain<PixelOperation::kBlend>, false);
-    Register(
-        "Grey", "plain", [](Pictures& p) { p.dst.GreyScale(); }, Plain<PixelOperation::kGrey>, false);
+    for (int const size : {large, 64}) {
+        std::string const name = "Grey/plain/" + std::to_string(size);
+        benchmark::RegisterBenchmark(name.c_str(), [size](benchmark::State& state) {
+            Grey(state, size);
+        })->Iterations(41);
+    }
     Register(
         "ExchangeColor", "plain", [](Pictures& p) { p.dst.ExchangeColor(0x563412, 0xFF00FF); },
         Plain<PixelOperation::kExchange>, false);

@@ -14,14 +14,20 @@ enum class Want {
     kWithin,  // the ratio is how many times slower than the peer
 };
 
-// Both functions do the same number of operations. The medians of their turns are compared.
-template <typename Work, typename Peer>
+struct NothingToPrepare {
+    void operator()() const {}
+};
+
+// Both functions do the same number of operations. The medians of their turns are compared. What is to be
+// prepared for each turn is not timed.
+template <typename Work, typename Peer, typename Prepare = NothingToPrepare>
 void AgainstPeer(benchmark::State& state, std::size_t operations, Work const& work, Peer const& peer,
-                 Want want) {
+                 Want want, Prepare const& prepare = {}) {
     using Clock = std::chrono::steady_clock;
     std::vector<double> ours;
     std::vector<double> theirs;
-    auto const time = [](auto const& run) {
+    auto const time = [&prepare](auto const& run) {
+        prepare();
         auto const start = Clock::now();
         run();
         return std::chrono::duration<double>(Clock::now() - start).count();

@@ -154,6 +154,35 @@ TOV_INLINE typename L::Pixels GreyByDoubles(typename L::Pixels pixels) {
 }
 
 #if defined(__x86_64__)
+// The sums of the two words of each pixel, which are not negative.
+template <class L>
+TOV_INLINE typename L::Pixels AddWords(typename L::Words words) {
+    using Pixels = typename L::Pixels;
+    auto const ones = typename L::Words{} + std::uint16_t{1};
+    if constexpr (sizeof words == 32)
+        return reinterpret_cast<Pixels>(
+            _mm256_madd_epi16(reinterpret_cast<__m256i>(words), reinterpret_cast<__m256i>(ones)));
+    else
+        return reinterpret_cast<Pixels>(
+            _mm512_madd_epi16(reinterpret_cast<__m512i>(words), reinterpret_cast<__m512i>(ones)));
+}
+
+// The lowest byte of each pixel in all three places of colour, and 0 as alpha.
+template <class L>
+TOV_INLINE typename L::Pixels SpreadByte(typename L::Pixels pixels) {
+    using Pixels = typename L::Pixels;
+    // The places are counted within 16 bytes; the highest bit stands for none.
+    Pixels places{};
+    for (std::size_t lane = 0; lane < L::count; ++lane)
+        places[lane] = 0x80000000 | static_cast<std::uint32_t>(lane % 4 * 0x040404);
+    if constexpr (sizeof pixels == 32)
+        return reinterpret_cast<Pixels>(
+            _mm256_shuffle_epi8(reinterpret_cast<__m256i>(pixels), reinterpret_cast<__m256i>(places)));
+    else
+        return reinterpret_cast<Pixels>(
+            _mm512_shuffle_epi8(reinterpret_cast<__m512i>(pixels), reinterpret_cast<__m512i>(places)));
+}
+
 // 0 or 1 for each of 256 numbers.
 template <class L>
 TOV_INLINE typename L::Pixels Flags(std::uint32_t const* flags, typename L::Pixels number) {
@@ -176,9 +205,8 @@ template <class L>
 TOV_INLINE typename L::Pixels GreyByHundredths(typename L::Pixels pixels) {
     using Words = typename L::Words;
     using Pixels = typename L::Pixels;
-    auto const sums = reinterpret_cast<Pixels>(
+    Pixels const hundredths = AddWords<L>(
         AddProducts<L>(pixels, reinterpret_cast<Words>(L::All(11 | 59 << 8 | 30 << 16))));
-    Pixels const hundredths = (sums & 0xFFFF) + (sums >> 16);
     // 41944 / 2^22 is a hundredth, nearly enough for all sums up to 25500.
     auto const grey =
         MultiplyHigh<L>(reinterpret_cast<Words>(hundredths), Words{} + std::uint16_t{41944}) >> 6;
@@ -196,13 +224,12 @@ TOV_INLINE typename L::Pixels GreyByHundredths(typename L::Pixels pixels) {
 
 template <class L>
 TOV_INLINE typename L::Pixels GreyPixels(typename L::Pixels pixels) {
-    typename L::Pixels grey;
     if constexpr (widest > 16 && L::count >= 8) {
-        grey = GreyByHundredths<L>(pixels);
+        return SpreadByte<L>(GreyByHundredths<L>(pixels));
     } else {
-        grey = GreyByDoubles<L>(pixels);
+        auto const grey = GreyByDoubles<L>(pixels);
+        return grey | grey << 8 | grey << 16;
     }
-    return grey | grey << 8 | grey << 16;
 }
 
 template <PixelOperation operation, class L>
