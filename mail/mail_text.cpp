@@ -77,7 +77,7 @@ bool FoldPlain(std::string_view text, std::size_t column, CString& folded) {
         std::size_t end = text.find_first_not_of(' ');
         end = std::min(text.find(' ', end), text.size());
         if (end > mostInOneLine) return false;
-        if (column + end > foldColumn && text.front() == ' ') {
+        if (column != 0 && column + end > foldColumn && text.front() == ' ') {
             folded += "\r\n";
             column = 0;
         }
@@ -156,7 +156,7 @@ CString AddressLine(std::string_view name, TovMailHelper::MAIL_ADDRESS const* ad
         line += one;
         column += one.size() + 2;
     }
-    return line += "\r\n";
+    return FoldedLines(line);
 }
 
 CString Parameter(std::string_view name, std::string_view text) {

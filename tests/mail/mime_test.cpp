@@ -2,18 +2,32 @@
 #include <tov310/mime.h>
 
 #include "support/files.h"
+#include "support/limits.h"
 #include "support/temporary_folder.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
-#include <atomic>
+#include <algorithm>
+#include <chrono>
 #include <ctime>
-#include <thread>
+#include <filesystem>
+#include <functional>
+
+namespace {
+std::function<void()> beforeRead;
+}
+extern "C" [[gnu::visibility("default")]] ssize_t read(int file, void* buffer, size_t size) {
+    if (beforeRead) beforeRead();
+    return ::syscall(SYS_read, file, buffer, size);
+}
 
 namespace tov {
 namespace {
 
+namespace fs = std::filesystem;
 using test::GetFile;
 using test::PutFile;
 using Mail = CTovMailMessageMimeContainer;
@@ -113,36 +127,66 @@ TEST(Mime, MailsAreAsInTheGoldenFiles) {
     }
 }
 
+using Setter = std::function<void(char const*)>;
+
+// Everything of a mail with two parts that goes into its header or theirs.
+std::vector<Setter> Setters(Mail& mail, Text& text, File& file) {
+    return {
+        [&](char const* t) {
+            mail.From({t, t});
+        },
+        [&](char const* t) {
+            mail.ReplyTo({t, t});
+        },
+        [&](char const* t) { mail.AddRecipient((std::string(t) + "<" + t + ">").c_str(), to); },
+        [&](char const* t) { mail.AddRecipient((std::string(t) + "<a>").c_str(), cc); },
+        [&](char const* t) { mail.Subject(t); },
+        [&](char const* t) { mail.MailerName(t); },
+        [&](char const* t) { mail.Boundary(t); },
+        [&](char const* t) { text.Charset(t); },
+        [&](char const* t) { text.ContentType(t); },
+        [&](char const* t) { text.ContentTransferEncoding(t); },
+        [&](char const* t) { file.ContentType(t); },
+        [&](char const* t) { file.ContentDisposition(t); },
+        [&](char const* t) { file.ContentTransferEncoding(t); },
+    };
+}
+
+// Whatever is set to whatever: lines of the header begin with a known field, and in the strict way they are
+// ASCII and short.
 TEST(Mime, NothingInAHeaderOpensALine) {
-    std::string const evil = "x\r\nBcc: y\n\rz";
-    std::string const evilWithZero = evil + '\0' + "end";
-    for (int const strict : {0, 1}) {
-        Mail mail;
-        mail.StrictEncoding(strict);
-        mail.From({evilWithZero, evilWithZero});
-        mail.ReplyTo({evilWithZero, evilWithZero});
-        mail.AddRecipient((evil + "<" + evil + ">").c_str(), to);
-        mail.AddRecipient(("a<a\r\nBcc:" + evil.substr(9) + ">").c_str(), cc);
-        mail.Subject(evil.c_str());
-        mail.MailerName(evil.c_str());
-        mail.Boundary(evil.c_str());
-        auto* const text = new Text(".");
-        auto* const file = new File(evilWithZero);
-        text->Charset(evil.c_str());
-        file->ContentDisposition(evil.c_str());
-        text->ContentType(evil.c_str());
-        text->ContentTransferEncoding(evil.c_str());
-        file->ContentType(evil.c_str());
-        file->ContentTransferEncoding(evil.c_str());
-        mail.AddMimePart(text);
-        mail.AddMimePart(file);
-        std::string const header = mail.Header() + text->Header() + file->Header();
-        EXPECT_EQ(header.find('\0'), header.npos);
-        for (std::size_t at = header.find_first_of("\r\n"); at != header.npos;
-             at = header.find_first_of("\r\n", at)) {
-            EXPECT_EQ(header.substr(at, 2), "\r\n") << header;
-            at += 2;
-            EXPECT_NE(header.substr(at, 4), "Bcc:") << header;
+    std::string const evil[] = {"x\r\nBcc: y\n\rz",
+                                std::string(2500, 'w'),
+                                "Bcc:" + std::string(2000, ' ') + "b",
+                                "é\"\\",
+                                std::string(300, '"') + "Bcc: \xff",
+                                "a b " + std::string(70, 'c') + " d\\"};
+    for (std::string const& one : evil) {
+        for (int const strict : {0, 1}) {
+            Mail mail;
+            mail.StrictEncoding(strict);
+            auto* const text = new Text(".");
+            auto* const file = new File(one + '\0' + "end");
+            mail.AddMimePart(text);
+            mail.AddMimePart(file);
+            for (Setter const& set : Setters(mail, *text, *file))
+                set(one.c_str());
+            std::string const parts = text->Header() + file->Header();
+            EXPECT_TRUE(strict == 0 || std::ranges::none_of(parts, [](char c) { return (c & 0x80) != 0; }));
+            std::string const header = mail.Header() + parts;
+            for (std::size_t begin = 0, end = 0; begin < header.size(); begin = end + 2) {
+                end = header.find_first_of(std::string("\r\n\0", 3), begin);
+                ASSERT_EQ(header.compare(end, 2, "\r\n"), 0) << header;
+                std::string const line = header.substr(begin, end - begin);
+                EXPECT_THAT(
+                    line,
+                    testing::ContainsRegex(
+                        "^([ \t]|Date: |From: |Reply-To: |To: |Cc: |X-Mailer: |Subject: |MIME-|Content-)"));
+                if (strict == 0) continue;
+                EXPECT_LE(line.size(), 998u) << line;
+                // Words without a blank cannot be folded; all others are.
+                EXPECT_TRUE(line.size() <= 78 || line.find(' ', line.find(": ") + 2) >= 78) << line;
+            }
         }
     }
 }
@@ -163,15 +207,39 @@ TEST(Mime, NewObjectsTakeOverTheDefaults) {
         {&Mail::BoundaryDefault, &Mail::BoundaryDefault, "_NextPart_CTovMail_1dE8e48F60beBCECoestrsf"},
     };
     for (auto const& row : rows) {
-        EXPECT_STREQ(row.get().c_str(), row.name);
+        EXPECT_EQ(row.get(), row.name);
         row.set("changed-default");
         Mail mail;
         mail.AddMimePart(new Text(""));
         mail.AddMimePart(new File(""));
         row.set(row.name);
-        std::string const written = mail.Header() + mail.Body();
-        EXPECT_THAT(written, testing::HasSubstr("changed-default"));
-        EXPECT_EQ(mail.Header() + mail.Body(), written) << "what was made keeps its own";
+        EXPECT_THAT(mail.Header() + mail.Body(), testing::HasSubstr("changed-default")) << "made before";
+    }
+}
+
+// The charset and the encoding that a strict part names, and its body.
+TEST(Mime, StrictTextsAreToldForWhatTheyAre) {
+    std::string const line(998, 'l');
+    struct {
+        std::string text;
+        char const *charset, *encoding, *told, *body;
+    } const rows[] = {
+        {"a", "iso-8859-1", "7BIT", "charset=\"utf-8\"\r\nContent-transfer-encoding: 7bit\r\n", "a"},
+        {"a", "", "8bit", "\"utf-8\"\r\nContent-transfer-encoding: 8bit\r\n", "a"},
+        {line, "", "binary", ": binary\r\n", line.c_str()},
+        {line + "l", "", "binary", ": quoted-printable\r\n", nullptr},
+        {"\xe4", "iso-8859-15", "base64", "\"iso-8859-15\"\r\nContent-transfer-encoding: base64\r\n",
+         "5A==\r\n"},
+        {"\x1b$B", "ISO-2022-JP", "7bit", "charset=\"ISO-2022-JP\"", "\x1b$B"},
+        {"ä", "ISO-2022-JP", "7bit", "charset=\"utf-8\"", "=C3=A4=\r\n"},
+    };
+    for (auto const& row : rows) {
+        Text part(row.text);
+        part.StrictEncoding(1);
+        part.Charset(row.charset);
+        part.ContentTransferEncoding(row.encoding);
+        EXPECT_THAT(part.Header(), testing::HasSubstr(row.told));
+        EXPECT_TRUE(row.body == nullptr || part.Body() == row.body) << part.Body();
     }
 }
 
@@ -197,6 +265,16 @@ TEST(Mime, PartsOfAHostAreAskedForTheirText) {
     mail.StrictEncoding(1);
     EXPECT_THAT(mail.Header(), testing::EndsWith("boundary=\"B_2_\"\r\n"));
     EXPECT_THAT(mail.Body(), testing::EndsWith("derived\r\n--B_2_--\r\n"));
+
+    // A part that never says the same twice, and knows which boundary there could be.
+    struct Fickle : Own {
+        CString Body() const override { return "--C_" + std::to_string(count += 6) + "_"; }
+        mutable int count = -5;
+    };
+    mail.Boundary("C");
+    mail.AddMimePart(new Fickle);
+    EXPECT_THAT(mail.Header(), testing::EndsWith("boundary=\"C_2_\"\r\n"));
+    EXPECT_THAT(mail.Body(), testing::EndsWith("--C_7_\r\n--C_2_--\r\n")) << "that of the header";
 }
 
 TEST(Mime, FilesOfEveryLengthAreWrittenAsTheirBase64) {
@@ -217,38 +295,45 @@ TEST(Mime, FilesOfEveryLengthAreWrittenAsTheirBase64) {
         unsigned long const count = TovDecodeBase64(reinterpret_cast<unsigned char*>(body.data()));
         EXPECT_TRUE(body.substr(0, count) == bytes) << size;
     }
-    for (std::string const& other : {folder.path().string(), folder.File("pipe"), folder.File("none")}) {
-        ::mkfifo(folder.File("pipe").c_str(), 0600);
-        EXPECT_EQ(File(other).Body(), "") << other;
+    ::mkfifo(folder.File("pipe").c_str(), 0600);
+    PutFile(folder.File("endless"), "x");
+    fs::resize_file(folder.File("endless"), std::uintmax_t{1} << 43);
+    for (std::string const& other : {folder.path().string(), folder.File("pipe"), folder.File("none"),
+                                     folder.File("endless"), std::string("/proc/version")}) {
+        Mail mail;
+        mail.AddMimePart(new Text("text"));
+        mail.AddMimePart(new File(other));
+        EXPECT_THAT(mail.Body(), testing::HasSubstr("Base64\r\n\r\n\r\n--")) << other;
+        EXPECT_EQ(File(other).Body() + TovEncodeBase64(other), "") << other;
     }
+    fs::permissions(path, fs::perms::none);
+    test::WithoutRights({folder.path()}, [&] { EXPECT_EQ(File(path).Body(), ""); });
     EXPECT_EQ(File(nullptr).Body() + Text(nullptr).Body(), "");
 }
 
-// Half of the file is of one letter and half of the other only while somebody writes.
+// Somebody writes before each of the first pieces that are read.
 TEST(Mime, AFileThatChangesIsWrittenInOneStateOrNotAtAll) {
     test::TemporaryFolder const folder;
     std::string const path = folder.File("f");
-    std::string const states[] = {std::string(300'000, 'a'), std::string(200'000, 'b')};
-    PutFile(path, states[0]);
-    std::atomic<bool> isOver{false};
-    std::thread writer([&] {
-        for (unsigned i = 0; !isOver; ++i) {
-            PutFile(path, states[i % 2]);
-            std::this_thread::sleep_for(std::chrono::milliseconds(i % 8 * 3));
+    std::string const last(300'000, 'b');
+    for (std::size_t const before : {300'000U, 400'000U, 200'000U, 0U}) {
+        for (int const changes : {0, 1, 4, 1'000'000}) {
+            PutFile(path, std::string(before, 'a'));
+            int left = changes;
+            beforeRead = [&] {
+                if (left-- > 0) PutFile(path, left % 2 == 0 ? last : std::string(before, 'a'));
+            };
+            CString const body = File(path).Body();
+            beforeRead = nullptr;
+            EXPECT_EQ(body, changes < 100 ? TovEncodeBase64(path) : "") << before << '/' << changes;
         }
-    });
-    int whole = 0;
-    for (int i = 0; i < 100; ++i) {
-        CString body = File(path).Body();
-        unsigned long const count = TovDecodeBase64(reinterpret_cast<unsigned char*>(body.data()));
-        body.resize(count);
-        // A state may also be what the writer has got to when it pauses; the letters never mix.
-        EXPECT_EQ(body.find_first_not_of(body.substr(0, 1)), body.npos);
-        whole += body == states[0] || body == states[1];
     }
-    isOver = true;
-    writer.join();
-    EXPECT_GT(whole, 0);
+    // A time that lies ahead is no reason to wait.
+    fs::last_write_time(path, fs::file_time_type::clock::now() + std::chrono::hours(1));
+    auto const begin = std::chrono::steady_clock::now();
+    for (int i = 0; i < 50; ++i)
+        EXPECT_NE(File(path).Body(), "");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(900));
 }
 
 }  // namespace
