@@ -14,6 +14,7 @@
 #include <limits>
 #include <random>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 namespace tov {
@@ -118,12 +119,7 @@ TEST(Mjd, KeepsWholeAndHalfSeconds) {
 
 TEST(Mjd, TakesFinerMoments) {
     CTovTime const before = Moment(CTime(2001, 2, 3, 4, 5, 6), 0.5);
-    struct {
-        unsigned long day;
-        double fraction, divisor;
-        char const* text;
-        double second;
-    } const rows[] = {
+    std::tuple<unsigned long, double, double, char const*, double> const rows[] = {
         // clang-format off
         {51544, (3661 + 0.123456789) / 86400, 1e-9, "2000-01-01 01:01:01", 1.123456789},
         {51544, (3661 + 0.123456789) / 86400, 1e-3, "2000-01-01 01:01:01", 1.123},
@@ -137,14 +133,13 @@ TEST(Mjd, TakesFinerMoments) {
         {~0UL, 0.5, 0.1, nullptr, 0},
         // clang-format on
     };
-    for (auto const& row : rows) {
+    for (auto const& [day, fraction, divisor, text, expected] : rows) {
         CTovTime time = before;
         double second = -1;
-        H::SetMjd(row.day, row.fraction, row.divisor, time, second);
-        EXPECT_NEAR(second, row.second, 1e-10) << row.day << " " << row.fraction;
-        EXPECT_EQ(time.CTime::Format(full), row.text != nullptr ? row.text : before.CTime::Format(full));
-        EXPECT_NEAR(time.GetFracSecond(), row.text != nullptr ? row.second - std::floor(row.second) : 0.5,
-                    1e-10);
+        H::SetMjd(day, fraction, divisor, time, second);
+        EXPECT_NEAR(second, expected, 1e-10) << day << " " << fraction;
+        EXPECT_EQ(time.CTime::Format(full), text != nullptr ? text : before.CTime::Format(full));
+        EXPECT_NEAR(time.GetFracSecond(), text != nullptr ? expected - std::floor(expected) : 0.5, 1e-10);
     }
 }
 
@@ -205,12 +200,7 @@ TEST(Round, AtEveryBoundary) {
 TEST(Round, StaysWithinTheLimits) {
     CTime const first = H::MinCTime();
     CTime const last = H::MaxCTime();
-    struct {
-        CTime time;
-        double fraction;
-        int flag;
-        bool changes;
-    } const rows[] = {
+    std::tuple<CTime, double, int, bool> const rows[] = {
         // clang-format off
         {first, 0.7, 0, false}, {first + CTimeSpan(1), 0.7, 0, true}, {last, 0.7, 0, false},
         {last - CTimeSpan(1), 0.7, 0, false}, {last - CTimeSpan(2), 0.7, 0, true},
@@ -223,11 +213,11 @@ TEST(Round, StaysWithinTheLimits) {
         {CTime(std::numeric_limits<std::int64_t>::min()), 0.7, 2, false}, {CTime(0), 0.99, 4, false},
         // clang-format on
     };
-    for (auto const& row : rows) {
-        CTovTime time = Moment(row.time, row.fraction);
-        H::Round(time, static_cast<Flag>(row.flag));
-        bool const same = time.GetTime() == row.time.GetTime() && time.GetFracSecond() == row.fraction;
-        EXPECT_EQ(!same, row.changes) << row.time.Format(full) << " " << row.fraction << " " << row.flag;
+    for (auto const& [start, fraction, flag, changes] : rows) {
+        CTovTime time = Moment(start, fraction);
+        H::Round(time, static_cast<Flag>(flag));
+        bool const same = time.GetTime() == start.GetTime() && time.GetFracSecond() == fraction;
+        EXPECT_EQ(!same, changes) << start.Format(full) << " " << fraction << " " << flag;
     }
     COleDateTime date(9999, 12, 31, 23, 59, 59);
     EXPECT_EQ(H::Round(date, H::eRoundToHour), H::MaxOleDateTimeAsMjd());
@@ -249,11 +239,7 @@ TEST(Format, CutsWhatIsRoundedOff) {
     test::TemporaryFolder const folder;
     TovSetProfilePath(folder.File("Time.ini").c_str());
     CTovTime const time = Moment(CTime(2024, 3, 5, 13, 29, 40), 0.96);
-    struct {
-        char const* format;
-        int flag;
-        char const* text;
-    } const rows[] = {
+    std::tuple<char const*, int, char const*> const rows[] = {
         // clang-format off
         {"%H:%M:%S", 0x81, "13:30"}, {"%H:%M:%S", 0x82, "13"}, {"%H:%M:%S", 1, "13:30:00"},
         {"%H:%M:%S", 0x80, "13:29:41"}, {"%H:%M:%S", 0x84, "13:29:41"}, {"%H:%M:%S", -1, "13:29:40"},
@@ -265,8 +251,8 @@ TEST(Format, CutsWhatIsRoundedOff) {
         {nullptr, 0x81, ""}, {"%", 0x81, "%"},
         // clang-format on
     };
-    for (auto const& row : rows)
-        EXPECT_EQ(H::Format(time, row.format, static_cast<Flag>(row.flag)), row.text) << row.flag;
+    for (auto const& [format, flag, text] : rows)
+        EXPECT_EQ(H::Format(time, format, static_cast<Flag>(flag)), text) << flag;
     EXPECT_EQ(H::Format(CTime(time), CString("%M"), H::eRoundNot) +
                   S::Format(CTimeSpan(5), CString("%S"), H::eRoundNot),
               "2905");

@@ -8,6 +8,7 @@
 #include <clocale>
 #include <random>
 #include <string>
+#include <tuple>
 
 namespace tov {
 namespace {
@@ -22,11 +23,7 @@ CString Shown(CTovTime const& time) {
 
 TEST(ScanTime, ReadsWhatTheCodesAskFor) {
     TimeZone const zone("UTC0");
-    struct {
-        char const* text;
-        char const* format;
-        char const* expected;  // empty for no date
-    } const rows[] = {
+    std::tuple<char const*, char const*, char const*> const rows[] = {
         {"1.2.03", "%d.%m.%y", "2003-02-01 00:00:00"},
         {"12:00:00 AM", "%H:%M:%S %p", "2000-01-01 12:00:00"},
         {"", "%d.%m.%Y", "2000-01-01 00:00:00"},
@@ -69,16 +66,16 @@ TEST(ScanTime, ReadsWhatTheCodesAskFor) {
         {"nan", "%s", "2000-01-01 00:00:00"},
         {"1e300", "%D", ""},
     };
-    for (auto const& row : rows) {
+    for (auto const& [text, format, expected] : rows) {
         CTovTime time(1987, 6, 5, 4, 3, 2);
         time.SetFracSecond(0.5);
-        double const mjd = time.ScanTime(row.text, row.format);
-        if (*row.expected == 0) {
-            EXPECT_EQ(mjd, 0) << row.text;
-            EXPECT_EQ(Shown(time), "1987-06-05 04:03:02.500") << row.text;
+        double const mjd = time.ScanTime(text, format);
+        if (*expected == 0) {
+            EXPECT_EQ(mjd, 0) << text;
+            EXPECT_EQ(Shown(time), "1987-06-05 04:03:02.500") << text;
         } else {
-            EXPECT_EQ(Shown(time), row.expected) << row.text;
-            EXPECT_EQ(mjd, time) << row.text;
+            EXPECT_EQ(Shown(time), expected) << text;
+            EXPECT_EQ(mjd, time) << text;
         }
     }
 }

@@ -9,6 +9,8 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <tuple>
+#include <utility>
 
 namespace tov {
 namespace {
@@ -64,10 +66,7 @@ TEST_P(TimeFormat, SaysWhatStrftimeSays) {
 
 TEST(Time, FormatsWhatIsOdd) {
     CTime const time(2005, 3, 4, 0, 5, 6);
-    struct {
-        char const* format;
-        char const* text;
-    } const rows[] = {
+    std::pair<char const*, char const*> const rows[] = {
         // clang-format off
         {"%#d.%#m.%#y %#H:%#M:%#S %#I%p", "4.3.5 0:5:6 12AM"}, {"%#j %#e %#U", "63 4 9"},
         {"%#x|%#c", "Friday, 4 March 2005|Friday, 4 March 2005 00:05:06"},
@@ -76,8 +75,8 @@ TEST(Time, FormatsWhatIsOdd) {
         {"\xC3\xA9%\xC3\xA9\xFF", "\xC3\xA9%\xC3\xA9\xFF"}, {"", ""}, {nullptr, ""},
         // clang-format on
     };
-    for (auto const& row : rows)
-        EXPECT_EQ(time.Format(row.format), row.text) << (row.format != nullptr ? row.format : "null");
+    for (auto const& [format, text] : rows)
+        EXPECT_EQ(time.Format(format), text) << (format != nullptr ? format : "null");
     CString format;
     for (int i = 0; i < 100'000; ++i)
         format += "%d-%n";
@@ -140,19 +139,15 @@ TEST(Time, SumsStopAtTheEnds) {
 }
 
 TEST(TimeSpan, Formats) {
-    struct {
-        std::int64_t seconds;
-        char const* format;
-        char const* text;
-    } const rows[] = {
+    std::tuple<std::int64_t, char const*, char const*> const rows[] = {
         // clang-format off
         {93784, "%D d %H:%M:%S", "1 d 02:03:04"}, {-93784, "%D d %H:%M:%S", "-1 d 02:03:04"},
         {93784, "%#H:%#M:%#S%%%Q%", "2:3:4%%Q%"}, {-61, "%H:%M:%S", "-00:01:01"}, {5, nullptr, ""},
         {least, "%D %H:%M:%S", "-106751991167300 15:30:08"},
         // clang-format on
     };
-    for (auto const& row : rows)
-        EXPECT_EQ(CTimeSpan(row.seconds).Format(row.format), row.text);
+    for (auto const& [seconds, format, text] : rows)
+        EXPECT_EQ(CTimeSpan(seconds).Format(format), text);
     COleDateTimeSpan const span(-1, -2, -3, -4);
     EXPECT_EQ(span.Format("%D %H:%M:%S"), "-1 02:03:04");
     EXPECT_EQ(
@@ -164,10 +159,7 @@ TEST(TimeSpan, Formats) {
 }
 
 TEST(OleDateTime, CountsDaysInTheFormOfAutomation) {
-    struct {
-        double number;
-        char const* text;  // empty for what is no date
-    } const rows[] = {
+    std::pair<double, char const*> const rows[] = {
         // clang-format off
         {0, "1899-12-30 00:00:00 6 364"}, {2, "1900-01-01 00:00:00 1 001"},
         {60.5, "1900-02-28 12:00:00 3 059"}, {36526.999988425925, "2000-01-01 23:59:59 6 001"},
@@ -178,10 +170,10 @@ TEST(OleDateTime, CountsDaysInTheFormOfAutomation) {
         {std::nextafter(2958466, 0), ""}, {std::nan(""), ""}, {-HUGE_VAL, ""},
         // clang-format on
     };
-    for (auto const& row : rows) {
-        COleDateTime const date(row.number);
-        EXPECT_EQ(date.Format("%Y-%m-%d %T %w %j%z%Z"), row.text) << row.number;
-        EXPECT_EQ(date.GetStatus() == COleDateTime::valid, row.text[0] != 0);
+    for (auto const& [number, text] : rows) {
+        COleDateTime const date(number);
+        EXPECT_EQ(date.Format("%Y-%m-%d %T %w %j%z%Z"), text) << number;
+        EXPECT_EQ(date.GetStatus() == COleDateTime::valid, text[0] != 0);
     }
     EXPECT_EQ(COleDateTime(0, 0).Format("%F"), "1979-12-31");
     COleDateTime forced(1e300);

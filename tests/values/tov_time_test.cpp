@@ -13,6 +13,8 @@
 #include <chrono>
 #include <cmath>
 #include <random>
+#include <tuple>
+#include <utility>
 
 namespace tov {
 namespace {
@@ -122,22 +124,16 @@ TEST_F(TimeFormat, IsToldToTheWindowsBelowTheRootWhenItChanges) {
     Listener root, child;
     root.child = child.GetSafeHwnd();
     CTovTime::SaveSettings(static_cast<eTimeFormat>(3));
-    struct {
-        int selection;
-        CWnd* to;
-        char const* told;
-        int now;
-    } const rows[] = {
+    std::tuple<int, CWnd*, char const*, int> const rows[] = {
         {17, &root, "3>17", 17}, {17, &root, "", 17}, {18, nullptr, "", 18}, {32, &root, "18>0", 0}};
     FormatBox box;
-    for (auto const& row : rows) {
+    for (auto const& [selection, to, told, now] : rows) {
         Store(9);  // is written over, though it may be current
         child.told.clear();
-        box.selected = row.selection;
-        CTovTime().SaveCurrentSelection(box, row.to);
-        EXPECT_EQ(child.told, row.told);
-        EXPECT_TRUE(Stored() == row.now &&
-                    CTovTime::CurrentTimeFormatIndex() == static_cast<unsigned>(row.now));
+        box.selected = selection;
+        CTovTime().SaveCurrentSelection(box, to);
+        EXPECT_EQ(child.told, told);
+        EXPECT_TRUE(Stored() == now && CTovTime::CurrentTimeFormatIndex() == static_cast<unsigned>(now));
     }
     EXPECT_EQ(root.told, "");
     root.DestroyWindow();
@@ -147,16 +143,13 @@ TEST_F(TimeFormat, IsToldToTheWindowsBelowTheRootWhenItChanges) {
 }
 
 TEST(TovTime, TellsTheZoneOfTheSystemEastPositive) {
-    struct {
-        char const* zone;
-        double hours;
-    } const rows[] = {
+    std::pair<char const*, double> const rows[] = {
         {"UTC0", 0},       {"AAA-5:30", 5.5},  {"AAA3:30", -3.5},       {"AAA-14", 14},
         {"AAA0:30", -0.5}, {"AAA-0:30", -0.5}, {"AAA5BBB,J2,J180", -5}, {"AAA5BBB,J180,J2", -5}};
     double daylight = 7;
-    for (auto const& row : rows) {
-        TimeZone const zone(row.zone);
-        EXPECT_EQ(CTovTime::LocalTimeZone(daylight), row.hours) << row.zone;
+    for (auto const& [name, hours] : rows) {
+        TimeZone const there(name);
+        EXPECT_EQ(CTovTime::LocalTimeZone(daylight), hours) << name;
     }
     TimeZone const always("AAA5BBB,0/0,J365/25");
     EXPECT_EQ(CTovTime::LocalTimeZone(daylight), -5);
@@ -176,18 +169,15 @@ constexpr char const* shownTime = "%Y-%m-%d %H:%M:%S";
 TEST(TovTime, TakesWhatLiesInItsRange) {
     TimeZone const zone("AAA5BBB,0/0,J365/25");
     auto const none = static_cast<unsigned short>(0);
-    struct {
-        CTovTime time;
-        char const* text;
-    } const rows[] = {
+    std::pair<CTovTime, char const*> const rows[] = {
         {CTovTime(2020, 2, 29, 12, 30, 14, 0), "2020-02-29 13:30:14.000"},
         {{none, none}, "1979-12-31 00:00:00.000"},
         {{"29 2 2020 12:30:15.25", "%d %m %Y %H:%M:%s"}, "2020-02-29 12:30:15.250"},
         {{2094, 563415.5}, "2020-02-29 12:30:16.500"},
         {CTovTime(58908.5 + 900.125 / 86400), "2020-02-29 12:15:00.125"},
     };
-    for (auto const& row : rows)
-        EXPECT_EQ(row.time.Format(shownTime) + row.time.FormatFracSec(3), row.text);
+    for (auto const& [time, text] : rows)
+        EXPECT_EQ(time.Format(shownTime) + time.FormatFracSec(3), text);
     CTovTime time(2020, 2, 29, 12, 30, 14);
     time.Timezone(3);
     time.SetFracSecond(0.5);
@@ -325,22 +315,18 @@ TEST(TovTime, ReadsFileStamps) {
 }
 
 TEST(TovTime, PrintsTheFractionOfTheSecond) {
-    struct {
-        double fraction;
-        int round;
-        char const* text;
-    } const rows[] = {
+    std::tuple<double, int, char const*> const rows[] = {
         {0, 0, ".000"},         {0.7, 0, ".000"},       {0.25, 4, ".2"},        {0.36, 4, ".4"},
         {0.96, 4, ".0"},        {0.125, 5, ".12"},      {0.996, 5, ".00"},      {0.0625, 3, ".062"},
         {0.0625, 7, ".062"},    {0.0625, -1, ".062"},   {0.9996, 3, ".000"},    {0.9996, 6, ".999"},
         {0.123, 6, ".123"},     {0.1239996, 6, ".124"}, {0.9999996, 6, ".000"}, {0.1236, 9, ".124"},
         {0.9996, 0x7F, ".999"}, {0.05, 4 + 0x80, ".0"},
     };
-    for (auto const& row : rows) {
+    for (auto const& [fraction, round, text] : rows) {
         CTovTime time(2020, 2, 29, 23, 59, 59);
-        time.SetFracSecond(row.fraction);
-        EXPECT_EQ(time.FormatFracSec(row.round), row.text) << row.fraction << " " << row.round;
-        EXPECT_EQ(time.Format("%H%M%S"), row.fraction < 0.5 ? "235959" : "000000");
+        time.SetFracSecond(fraction);
+        EXPECT_EQ(time.FormatFracSec(round), text) << fraction << " " << round;
+        EXPECT_EQ(time.Format("%H%M%S"), fraction < 0.5 ? "235959" : "000000");
         double const rounded = time.Round(0);
         EXPECT_EQ(rounded, time);
     }
