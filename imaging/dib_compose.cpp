@@ -5,6 +5,7 @@
 #include "imaging/pixel_rows.h"
 
 #include <algorithm>
+#include <array>
 
 namespace tov {
 
@@ -147,9 +148,13 @@ int CTovDib::FillAlphaGradientRect(int x, int y, int w, int h, int a1, int a2, i
         ComposeRows(rows, PixelOperation::kTakeAlpha, {});
     } else {
         PixelLoops::Compose const takeAlpha = FastPixelLoops().Still(PixelOperation::kTakeAlpha);
-        for (int row = 0; row < h; ++row) {
-            std::uint32_t const alpha = next();
-            takeAlpha(rows.dst + row * rows.dstPitch, &alpha, static_cast<std::size_t>(w), {});
+        // Some at once, since each row makes the sum leave its register.
+        std::array<std::uint32_t, 8> alphas;
+        for (std::size_t row = 0; row < static_cast<std::size_t>(h); ++row) {
+            std::size_t const at = row % alphas.size();
+            if (at == 0) std::ranges::generate(alphas, next);
+            takeAlpha(rows.dst, &alphas[at], static_cast<std::size_t>(w), {});
+            rows.dst += rows.dstPitch;
         }
     }
     return 1;
