@@ -5,11 +5,12 @@
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <nlohmann/json.hpp>
 
-#include <cstdio>
+#include <csignal>
 #include <cstdlib>
 #include <string>
 
@@ -29,20 +30,26 @@ class MailServer {
             // The system's Python has the system's packages.
             ::execl("/usr/bin/python3", "python3", TOV_TEST_SOURCE_DIR "/tests/mail/mail_server.py",
                     m_folder.path().c_str(), nullptr);
-            ::_exit(77);
+            ::_exit(1);
         }
         ::close(in[0]);
         ::close(out[1]);
         m_end = in[1];
-        m_lines = ::fdopen(out[0], "r");
+        m_lines = out[0];
         std::string const line = Line();
-        m_port = line.empty() ? 0 : static_cast<unsigned>(std::stoul(line));
+        if (!line.empty()) m_port = static_cast<unsigned>(std::stoul(line));
+        int status = 0;
+        bool const isMissing = line.empty() && ::waitpid(m_child, &status, 0) == m_child &&
+                               WIFEXITED(status) && WEXITSTATUS(status) == noServer;
+        EXPECT_TRUE(m_port != 0 || isMissing) << "the script of the server failed: " << status;
     }
     MailServer(MailServer const&) = delete;
     MailServer& operator=(MailServer const&) = delete;
     ~MailServer() {
         ::close(m_end);
-        std::fclose(m_lines);
+        ::close(m_lines);
+        if (m_port == 0) return;
+        ::kill(m_child, SIGKILL);
         ::waitpid(m_child, nullptr, 0);
     }
 
@@ -51,17 +58,22 @@ class MailServer {
     std::string Raw(int mail) const { return GetFile(m_folder.path() / (std::to_string(mail) + ".raw")); }
 
  private:
+    static constexpr int noServer = 77;
+
+    // Empty at the end, and where nothing comes for long.
     std::string Line() {
         std::string line;
-        for (int c = 0; (c = std::getc(m_lines)) != EOF && c != '\n';)
-            line += static_cast<char>(c);
+        pollfd wait{m_lines, POLLIN, 0};
+        for (char c = 0; ::poll(&wait, 1, 60'000) > 0 && ::read(m_lines, &c, 1) == 1 && c != '\n';)
+            line += c;
+        if (line.empty()) ::kill(m_child, SIGKILL);
         return line;
     }
 
     TemporaryFolder m_folder;
     pid_t m_child = -1;
     int m_end = -1;
-    std::FILE* m_lines = nullptr;
+    int m_lines = -1;
     unsigned m_port = 0;
 };
 

@@ -56,7 +56,7 @@ class Handler:
             "multipart": message.is_multipart(), "date": date and date.timestamp(),
             "fields": {name.lower(): decoded(message, name.lower()) for name in message.keys()},
             "names": [a.display_name.encode("utf-8", "surrogateescape").hex()
-                      for f in ("from", "to", "cc") if message[f] for a in message[f].addresses],
+                      for f in ("from", "to", "cc", "reply-to") if message[f] for a in message[f].addresses],
         }), flush=True)
         return "250 taken"
 

@@ -36,8 +36,9 @@ struct RealServer : testing::Test {
 
     nlohmann::json Sent(CTovMailMessage& mail) {
         mail.From("Anja <a@x.example>");
-        EXPECT_TRUE(smtp.SendMailMessage(&mail)) << smtp.GetLastError();
-        return server.NextMail();
+        bool const isSent = smtp.SendMailMessage(&mail) != 0;
+        EXPECT_TRUE(isSent) << smtp.GetLastError();
+        return isSent ? server.NextMail() : nlohmann::json();
     }
 
     test::TemporaryFolder folder;
@@ -166,10 +167,11 @@ TEST_F(RealServer, GivesBackStrictMailsToTheByte) {
         auto const& fields = got["fields"];
         ASSERT_EQ(FromHex(fields["subject"]), Blanked(subject.c_str())) << server.Raw(i);
         ASSERT_EQ(FromHex(got["names"][2]), "Ärger & Co.");
-        std::string const reply = FromHex(fields["reply-to"]);
-        if (reply.front() != '"' && !to.empty()) {
-            ASSERT_EQ(reply.substr(0, reply.rfind(" <")), Blanked(to)) << server.Raw(i);
-        }
+        // The parser reads names in quotes, but breaks those in encoded words.
+        std::string reply = FromHex(fields["reply-to"]);
+        reply = reply.starts_with('"') ? FromHex(got["names"][3])
+                                       : reply.substr(0, reply.rfind(to.empty() ? "<" : " <"));
+        ASSERT_EQ(reply, Blanked(to)) << server.Raw(i);
         if (contents.empty()) {
             std::string lines = WithLineFeeds(body.c_str());
             std::string const text = WithLineFeeds(GetFile(got["parts"][0]["path"]));
