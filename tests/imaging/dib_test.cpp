@@ -111,11 +111,12 @@ std::vector<Form> AllForms() {
              Mode{kDifference, &D::Difference, &D::DifferenceRect, &D::Difference, &D::DifferenceRect},
              Mode{kMultiply, &D::Multiply, &D::MultiplyRect, &D::Multiply, &D::MultiplyRect},
          }) {
-        auto const [operation, whole, rect, allColor, color] = mode;
-        forms.push_back({kWhole, operation, [=](D& d, C c) { return (d.*whole)(c.src, c.at); }});
-        forms.push_back({kRect, operation, [=](D& d, C c) { return (d.*rect)(c.src, c.from, c.at); }});
-        forms.push_back({kAllColor, operation, [=](D& d, C c) { return (d.*allColor)(c.color); }});
-        forms.push_back({kColor, operation, [=](D& d, C c) { return (d.*color)(c.color, c.To()); }});
+        forms.push_back({kWhole, mode.operation, [=](D& d, C c) { return (d.*mode.whole)(c.src, c.at); }});
+        forms.push_back(
+            {kRect, mode.operation, [=](D& d, C c) { return (d.*mode.rect)(c.src, c.from, c.at); }});
+        forms.push_back({kAllColor, mode.operation, [=](D& d, C c) { return (d.*mode.allColor)(c.color); }});
+        forms.push_back(
+            {kColor, mode.operation, [=](D& d, C c) { return (d.*mode.color)(c.color, c.To()); }});
     }
     return forms;
 }
