@@ -6,7 +6,8 @@
 // BMP files and resources are read by the library itself. All other files are read, and all are written, by
 // the module Dorn200, which stands on FreeImage and is loaded for the length of a call; where it is missing,
 // PNG files can still be read. Files are taken for hostile: what reads them runs in a process of its own with
-// limits for memory and time, so that a damaged file costs neither the host nor its data.
+// limits for memory and time, so that a damaged file costs neither the host nor its data. Resources are the
+// host's own and are read within it.
 #pragma once
 
 #include <tov310/device_context.h>

@@ -13,6 +13,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 namespace tov::test {
@@ -287,8 +288,10 @@ TEST(Bitmap, SharesItsPixelsAndComesFromResources) {
     EXPECT_TRUE(bitmap.CreateBitmap(3, 2));
     EXPECT_FALSE(bitmap.CreateBitmap(3, 2));
     EXPECT_EQ(bitmap.GetBitmap(&record), sizeof record);
-    EXPECT_TRUE(record.bmWidth == 3 && record.bmHeight == 2 && record.bmWidthBytes == 12 &&
-                record.bmBitsPixel == 32);
+    EXPECT_EQ(std::tuple(record.bmType, record.bmWidth, record.bmHeight, record.bmWidthBytes, record.bmPlanes,
+                         record.bmBitsPixel),
+              std::tuple(0, 3, 2, 12, 1, 32));
+    EXPECT_EQ(record.bmBits, bitmap.GetSafeHandle()->GetBits());
     HBITMAP const shared = bitmap;
     shared->GetBits()[1] = 0x40123456;
     EXPECT_TRUE(bitmap.ChangeColor(0x563412, 0x0A0B0C, nullptr));
