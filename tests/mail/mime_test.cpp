@@ -4,6 +4,7 @@
 #include "support/files.h"
 #include "support/limits.h"
 #include "support/temporary_folder.h"
+#include "vesk/cpu.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -278,14 +279,21 @@ TEST(Mime, FilesOfEveryLengthAreWrittenAsTheirBase64) {
     }
     ::mkfifo(folder.File("pipe").c_str(), 0600);
     PutFile(folder.File("endless"), "x");
-    fs::resize_file(folder.File("endless"), std::uintmax_t{1} << 43);
+    fs::resize_file(folder.File("endless"), std::uintmax_t{1} << 40);
+    rlimit before{};
+    ::getrlimit(RLIMIT_AS, &before);
+    rlimit const little{rlim_t{1} << 33, before.rlim_max};
     for (std::string const& other : {folder.path().string(), folder.File("pipe"), folder.File("none"),
                                      folder.File("endless"), std::string("/proc/version")}) {
+        if (TOV_SANITIZED && other.ends_with("endless")) continue;  // such memory ends the sanitizer
         Mail mail;
         mail.AddMimePart(new Text("text"));
         mail.AddMimePart(new File(other));
-        EXPECT_THAT(mail.Body(), testing::HasSubstr("Base64\r\n\r\n\r\n--")) << other;
-        EXPECT_EQ(File(other).Body() + TovEncodeBase64(other), "") << other;
+        if (!TOV_SANITIZED) ::setrlimit(RLIMIT_AS, &little);
+        std::string const body = mail.Body(), alone = File(other).Body() + TovEncodeBase64(other);
+        ::setrlimit(RLIMIT_AS, &before);
+        EXPECT_THAT(body, testing::HasSubstr("Base64\r\n\r\n\r\n--")) << other;
+        EXPECT_EQ(alone, "") << other;
     }
     fs::permissions(path, fs::perms::none);
     test::WithoutRights({folder.path()}, [&] { EXPECT_EQ(File(path).Body(), ""); });
@@ -310,6 +318,7 @@ TEST(Mime, AFileThatChangesIsWrittenInOneStateOrNotAtAll) {
         }
     }
     // A time that lies ahead is no reason to wait.
+    PutFile(path, "x");
     fs::last_write_time(path, fs::file_time_type::clock::now() + std::chrono::hours(1));
     auto const begin = std::chrono::steady_clock::now();
     for (int i = 0; i < 50; ++i)
