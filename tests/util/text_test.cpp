@@ -86,7 +86,7 @@ TEST(Text, TheNextNameOfARow) {
     };
     for (auto const& row : rows)
         EXPECT_EQ(TovIncrementString(row.text, row.maxLength), row.next) << (row.text ? row.text : "null");
-    EXPECT_EQ(TovIncrementString(CString(300, 'a').c_str(), 0), CString(255, 'a') + " (2)");
+    EXPECT_EQ(TovIncrementString(CString(300, 'a').c_str(), 0), CString(255, 'a').append(" (2)"));
 }
 
 TEST(Text, QuotedTokensAndPiecesBetweenSeparators) {
