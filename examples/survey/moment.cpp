@@ -167,8 +167,14 @@ std::optional<Moment> ReadIn(std::string const& format, std::string const& text)
 }
 
 std::optional<Moment> ReadInAnyFormat(std::string const& text) {
+    // Who writes a date with dots writes the day first.
+    auto const dayFirstWithDots = [](unsigned number) {
+        return (number & tov::eTimeFormatMonthName) == tov::eTimeFormatDots
+                   ? number ^ tov::eTimeFormatDayFirst
+                   : number;
+    };
     for (unsigned i = 0; i <= tov::tovTimeFormatCount; ++i) {
-        unsigned const index = i == 0 ? tov::CTovTime::CurrentTimeFormatIndex() : i - 1;
+        unsigned const index = i == 0 ? tov::CTovTime::CurrentTimeFormatIndex() : dayFirstWithDots(i - 1);
         std::string const format = tov::CTovTime::TimeFormat(static_cast<tov::eTimeFormat>(index));
         std::string withoutSeconds = format;
         withoutSeconds.erase(format.find(":%S"), 3);

@@ -19,8 +19,7 @@
 //     where the header of the part says so or where they cannot be sent otherwise; files in Base64 with
 //     ordinary padding
 //   - a quoted boundary that stands in no part
-//   - headers of parts, those of a host's parts too, in folded lines; what is not ASCII in a type or a
-//   charset
+//   - headers of parts, those of a host's parts too, in folded lines; what is not ASCII in a type or charset
 //     becomes "?"
 //   - what is encoded comes back to the byte; a text that is not has CR LF as line ends
 //

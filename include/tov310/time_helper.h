@@ -98,7 +98,9 @@ class TOV_CORE_API CTovTimeHelper {
     static int TimePartGreater(CTovTime const& a, CTovTime const& b) { return CompareTimes(a, b) > 0; }
 
     // GPS time minus UTC in days (leap seconds / 86400) at a moment in UTC; 0.0 before 1 January 1980.
-    // `since`, which may be null, gets the MJD of the first day of this offset, or 0.0.
+    // `since`, which may be null, gets the MJD of the first day of this offset, or 0.0. The built-in table ends
+    // with the 16 s of 1 July 2012: TovLearnLeapSeconds (leap_seconds.h) adds the later ones from the published
+    // list, and TovLeapSecondsExpire tells until when that holds.
     static double GetLeapSeconds(double const& mjd, double* since = nullptr);
     // Tells of an offset from a day on, which must be a 1 January or 1 July in the range of CTime, and keeps
     // it in the profile. What is known of a day stays. Below 17 seconds nothing is done, since those are all

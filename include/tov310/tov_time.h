@@ -120,7 +120,9 @@ class TOV_CORE_API CTovTime : public CObject, public CTime {
     static double Mjd(int year, int month, int day, int hour, int minute, double second,
                       unsigned long& wholeDay, double& dayFraction);
 
-    // MJD + Timezone / 24; 0 for a time that has no local reading. Setting takes the zone off.
+    // MJD + Timezone / 24; 0 for a time that has no local reading. Setting takes the zone off. Give the object
+    // its zone first, west positive: the one that it begins with is east positive and without daylight saving
+    // time. UTC whatever the zone says is that of the seconds: 40587.0 + GetTime() / 86400.0 (+ fraction).
     double MjdUTC() const;
     void MjdUTC(double mjd);
 
@@ -151,7 +153,7 @@ class TOV_CORE_API CTovTime : public CObject, public CTime {
     CString FormatDate(int round = 0) const;
     CString FormatTime(int round = 0) const;
 
-    // The same of the local reading plus Timezone, or plus the hours, to the second. Hours that lead to no
+    // The same of the local reading plus Timezone (see MjdUTC; FormatGmt prints UTC whatever the zone says), or plus the hours, to the second. Hours that lead to no
     // date count as 0.
     CString FormatUTC(int round = 0) const;
     CString FormatUTC(char const* format, int round = 0) const;
