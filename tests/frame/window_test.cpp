@@ -62,7 +62,8 @@ TEST(Window, LivesUnderAHandleThatIsNeverUsedTwice) {
             std::swap(living[random() % living.size()], living.back());
             seen[living.back()->GetSafeHwnd()] = nullptr;
             if (random() % 2 == 0) living.back()->DestroyWindow();
-            ASSERT_EQ(living.back()->DestroyWindow(), living.back()->GetSafeHwnd() ? 1 : 0);
+            int const lives = living.back()->GetSafeHwnd() ? 1 : 0;
+            ASSERT_EQ(living.back()->DestroyWindow(), lives);
             living.pop_back();
         }
     }
