@@ -22,8 +22,8 @@ void CheckLines(std::string const& header) {
         Expect(header.compare(end, 2, "\r\n") == 0);
         std::string const line = header.substr(begin, end - begin);
         bool isKnown = line.starts_with(" ") || line.starts_with("\t");
-        for (char const* const field : {"Date: ", "From: ", "Reply-To: ", "To: ", "Cc: ", "X-Mailer: ",
-                                        "Subject: ", "MIME-Version: ", "Content-"})
+        for (char const* const field : {"Date:", "From:", "Reply-To:", "To:", "Cc:", "X-Mailer:", "Subject:",
+                                        "MIME-Version:", "Content-"})
             isKnown = isKnown || line.starts_with(field);
         Expect(isKnown);
     }
