@@ -4,6 +4,7 @@
 #include <tov310/styles.h>
 
 #include "frame/handle_of.h"
+#include "util/trim.h"
 #include "vesk/immortal.h"
 
 #include <map>
@@ -57,10 +58,7 @@ CString CTovInputControl::GetString() {
 }
 
 CString CTovInputControl::GetStringTrimmed() {
-    constexpr char const* white = " \t\n\v\f\r";
-    CString const text = GetString();
-    std::size_t const begin = text.find_first_not_of(white);
-    return begin == text.npos ? CString() : text.substr(begin, text.find_last_not_of(white) + 1 - begin);
+    return CString(TrimBlanks(GetString()));
 }
 
 int CTovInputControl::SetString(char const* text) {

@@ -18,10 +18,10 @@ void Expect(bool good) {
 std::string Others(tov::IniText const& text, std::string_view section, std::string_view entry) {
     std::string all;
     for (auto const& name : text.SectionNames()) {
-        bool const here = tov::FoldedEqual{}(name, tov::TrimProfileText(section));
+        bool const here = tov::FoldedEqual{}(name, tov::TrimBlanks(section));
         if (!here) (all += name) += '\n';
         text.ForEachLine(name, [&](std::string_view e, bool has, std::string_view value) {
-            if (here && has && tov::FoldedEqual{}(e, tov::TrimProfileText(entry))) return true;
+            if (here && has && tov::FoldedEqual{}(e, tov::TrimBlanks(entry))) return true;
             ((((all += e) += has ? '=' : ' ') += value) += '\n');
             return true;
         });
@@ -56,8 +56,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     if (!writable) return 0;
     tov::IniText const set(text.WithValue(section, entry, value));
     if (!set.IsReadable()) return 0;
-    Expect(set.Value(section, entry) == tov::TrimProfileText(value));
-    Expect(set.WithValue(section, entry, tov::TrimProfileText(value)).size() <= set.Bytes().size());
+    Expect(set.Value(section, entry) == tov::TrimBlanks(value));
+    Expect(set.WithValue(section, entry, tov::TrimBlanks(value)).size() <= set.Bytes().size());
     Expect(Others(set, section, entry) == others);
 
     if (!tov::IniText::IsWritableLine(value)) return 0;

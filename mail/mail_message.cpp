@@ -4,6 +4,7 @@
 #include <tov310/time_types.h>
 
 #include "mail/mail_text.h"
+#include "util/trim.h"
 #include "vesk/immortal.h"
 
 #include <string_view>
@@ -22,13 +23,6 @@ struct DefaultMailerName {
 CString& MailerNameSlot() {
     static Immortal<DefaultMailerName> name;
     return name->text;
-}
-
-CString Trimmed(std::string_view text) {
-    constexpr char const* blanks = " \t\r\n\v\f";
-    std::size_t const begin = text.find_first_not_of(blanks);
-    if (begin == text.npos) return {};
-    return CString(text.substr(begin, text.find_last_not_of(blanks) + 1 - begin));
 }
 
 // The present time as the family's programs write it.
@@ -189,7 +183,8 @@ CTovMailMessage::MAIL_ADDRESS CTovMailMessage::MailAddressFromString(char const*
     std::size_t const bracket = all.find_first_of(angleBrackets);
     if (bracket == all.npos) return {{}, CString(all)};
     std::string_view const rest = all.substr(bracket + 1);
-    return {Trimmed(all.substr(0, bracket)), CString(rest.substr(0, rest.find_first_of(angleBrackets)))};
+    return {CString(TrimBlanks(all.substr(0, bracket))),
+            CString(rest.substr(0, rest.find_first_of(angleBrackets)))};
 }
 
 int CTovMailMessage::CheckMailAddress(MAIL_ADDRESS const& address) const {

@@ -43,12 +43,12 @@ IniText::Line IniText::ParseLine(std::size_t begin) const {
     }
 
     auto const setName = [&](std::string_view name) {
-        name = TrimProfileText(name);
+        name = TrimBlanks(name);
         line.name = OffsetOf(name);
         line.nameSize = name.size();
     };
     std::string_view text = Cut(line.begin, line.end);
-    text = TrimProfileText(text.substr(0, text.find('\0')));
+    text = TrimBlanks(text.substr(0, text.find('\0')));
     if (text.empty()) return line;
     if (text.front() == ';') {
         line.kind = Kind::Comment;
@@ -59,7 +59,7 @@ IniText::Line IniText::ParseLine(std::size_t begin) const {
     } else if (auto const equals = text.find('='); equals != std::string_view::npos) {
         line.kind = Kind::Entry;
         setName(text.substr(0, equals));
-        auto const value = TrimProfileText(text.substr(equals + 1));
+        auto const value = TrimBlanks(text.substr(equals + 1));
         line.value = OffsetOf(value);
         line.valueSize = value.size();
     } else {
@@ -70,7 +70,7 @@ IniText::Line IniText::ParseLine(std::size_t begin) const {
 }
 
 IniText::Section const* IniText::FindSection(std::string_view name) const {
-    auto const found = m_byName.find(TrimProfileText(name));
+    auto const found = m_byName.find(TrimBlanks(name));
     return found != m_byName.end() ? &m_sections[found->second] : nullptr;
 }
 
@@ -81,7 +81,7 @@ std::span<IniText::Line const> IniText::LinesOf(Section const& section) const {
 std::optional<std::string_view> IniText::Value(std::string_view section, std::string_view entry) const {
     Section const* const s = FindSection(section);
     if (s == nullptr) return std::nullopt;
-    auto const found = m_entries.find({s->header, TrimProfileText(entry)});
+    auto const found = m_entries.find({s->header, TrimBlanks(entry)});
     if (found == m_entries.end()) return std::nullopt;
     return ValueOf(m_lines[found->second]);
 }
@@ -119,13 +119,13 @@ std::string IniText::WithInserted(Line const* behind, std::span<std::string cons
 
 std::string IniText::WithValue(std::string_view section, std::string_view entry,
                                std::string_view value) const {
-    entry = TrimProfileText(entry);
+    entry = TrimBlanks(entry);
     std::string line(entry);
     line += '=';
     line += value;
     Section const* const s = FindSection(section);
     if (s == nullptr) {
-        std::array const added{'[' + std::string(TrimProfileText(section)) + ']', std::move(line)};
+        std::array const added{'[' + std::string(TrimBlanks(section)) + ']', std::move(line)};
         return WithInserted(m_lines.empty() ? nullptr : &m_lines.back(), added);
     }
     if (auto const found = m_entries.find({s->header, entry}); found != m_entries.end()) {
@@ -146,7 +146,7 @@ std::string IniText::WithValue(std::string_view section, std::string_view entry,
 std::string IniText::WithLines(std::string_view section, std::span<std::string_view const> lines) const {
     Section const* const s = FindSection(section);
     if (s == nullptr) {
-        std::vector<std::string> added{'[' + std::string(TrimProfileText(section)) + ']'};
+        std::vector<std::string> added{'[' + std::string(TrimBlanks(section)) + ']'};
         added.insert(added.end(), lines.begin(), lines.end());
         return WithInserted(m_lines.empty() ? nullptr : &m_lines.back(), added);
     }
@@ -182,7 +182,7 @@ std::string IniText::WithLines(std::string_view section, std::span<std::string_v
 
 std::string IniText::WithoutEntry(std::string_view section, std::string_view entry) const {
     Section const* const s = FindSection(section);
-    entry = TrimProfileText(entry);
+    entry = TrimBlanks(entry);
     if (s == nullptr || !m_entries.contains({s->header, entry})) return m_bytes;
     std::string text;
     std::size_t kept = 0;
@@ -195,7 +195,7 @@ std::string IniText::WithoutEntry(std::string_view section, std::string_view ent
 }
 
 std::string IniText::WithoutSection(std::string_view section) const {
-    section = TrimProfileText(section);
+    section = TrimBlanks(section);
     std::string text;
     std::size_t kept = 0;
     for (Section const& s : m_sections) {
@@ -212,7 +212,7 @@ bool IniText::IsWritableSection(std::string_view name) {
 
 bool IniText::IsWritableEntry(std::string_view name) {
     if (HasLineEnd(name)) return false;
-    name = TrimProfileText(name);
+    name = TrimBlanks(name);
     return name.find('=') == std::string_view::npos && !name.starts_with(';') && !name.starts_with('[');
 }
 
@@ -222,7 +222,7 @@ bool IniText::IsWritableValue(std::string_view value) {
 
 bool IniText::IsWritableLine(std::string_view line) {
     if (HasLineEnd(line)) return false;
-    line = TrimProfileText(line);
+    line = TrimBlanks(line);
     return !line.empty() && !line.starts_with(';') && !line.starts_with('[');
 }
 

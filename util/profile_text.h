@@ -2,6 +2,8 @@
 // and vectors of numbers are read and written. No rule depends on the locale of the process.
 #pragma once
 
+#include "util/trim.h"
+
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -38,22 +40,10 @@ struct FoldedEqual {
     }
 };
 
-constexpr bool IsProfileBlank(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-constexpr std::string_view TrimProfileText(std::string_view text) {
-    while (!text.empty() && IsProfileBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && IsProfileBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
 // The number at the start of a text: blanks, a sign, decimal digits; what follows is ignored and nothing at
 // all is 0. Too large a number keeps its lowest 32 bits.
 constexpr int ProfileNumber(std::string_view text) {
-    while (!text.empty() && IsProfileBlank(text.front()))
+    while (!text.empty() && IsBlankChar(text.front()))
         text.remove_prefix(1);
     bool const negative = text.starts_with('-');
     if (negative || text.starts_with('+')) text.remove_prefix(1);

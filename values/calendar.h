@@ -14,6 +14,7 @@ namespace tov {
 inline constexpr int secondsPerDay = 86400;
 inline constexpr std::int64_t mjdOfUnixEpoch = 40587;  // 1 January 1970
 inline constexpr std::int64_t mjdOfOleEpoch = 15018;   // 30 December 1899
+inline constexpr int mjdOfGpsEpoch = 44244;            // 6 January 1980 (IS-GPS-200, 3.3.4)
 
 struct CalendarDate {
     std::int64_t year;

@@ -4,6 +4,7 @@
 #include <tov310/leap_seconds.h>
 #include <tov310/profile.h>
 #include <tov310/time_helper.h>
+#include <tov310/tov_time.h>
 
 #include "util/file_error.h"
 #include "util/file_facts.h"
@@ -24,11 +25,9 @@
 namespace tov {
 namespace {
 
-constexpr double secondsOfUtcDay = 86400.0;
 constexpr int leastSeconds = 17;  // fewer are built in
 constexpr int mostSeconds = 50;
 constexpr int taiMinusGps = 19;
-constexpr double gpsEpoch = 44244;                 // 6 January 1980
 constexpr std::int64_t largestListFile = 1 << 20;  // those published have some 10 kB
 constexpr double lastExpiry = 2973484;             // 1 January 10000
 
@@ -131,7 +130,7 @@ bool RowsOf(LeapSecondsFile const& file, LeapRows& rows, CString& reason) {
                      (seconds > mostSeconds ? "too many leap seconds" : "not a 1 January or 1 July");
             return false;
         }
-        rows.push_back({static_cast<double>(day), seconds / secondsOfUtcDay});
+        rows.push_back({static_cast<double>(day), OffsetOfSeconds(seconds)});
     }
     return true;
 }
@@ -157,7 +156,7 @@ int CTovTimeHelper::AddLeapSeconds(double const& mjd, unsigned char seconds) {
     if (seconds < leastSeconds) return 1;
     double const day = std::floor(mjd);
     if (seconds > mostSeconds || !IsLeapDay(day)) return 0;
-    TableWriter().Add({{day, seconds / secondsOfUtcDay}}, 0);
+    TableWriter().Add({{day, OffsetOfSeconds(seconds)}}, 0);
     return 1;
 }
 
@@ -171,7 +170,7 @@ int CTovTimeHelper::AddLeapSeconds(unsigned short week, unsigned char weekLow8, 
     } else if (full - week < -127) {
         full += 256;
     }
-    return AddLeapSeconds(gpsEpoch + 7.0 * full + dayNumber, seconds);
+    return AddLeapSeconds(CTovTime::GpsTime(full, 0.0) + dayNumber, seconds);
 }
 
 int TovLearnLeapSeconds(char const* path, unsigned long* error, CString* message) {

@@ -1,6 +1,7 @@
 #include "values/leap_seconds_file.h"
 
 #include "util/sha1.h"
+#include "values/calendar.h"
 
 #include <algorithm>
 #include <charconv>
@@ -10,9 +11,8 @@
 namespace tov {
 namespace {
 
-constexpr std::int64_t secondsOfLeapDay = 86400;
-constexpr int dayOfNtpEpoch = 15020;                                    // 1 January 1900
-constexpr std::int64_t lastNtpSecond = 2958464 * secondsOfLeapDay - 1;  // 31 December 9999
+constexpr int dayOfNtpEpoch = 15020;                                               // 1 January 1900
+constexpr std::int64_t lastNtpSecond = 2958464 * std::int64_t{secondsPerDay} - 1;  // 31 December 9999
 constexpr std::int64_t mostTaiSeconds = 999;
 
 class LeapSecondsParser {
@@ -75,7 +75,7 @@ bool LeapSecondsParser::Line(std::string_view line) {
     if (line.starts_with("#$")) return Time(line.substr(2), m_hasUpdate, time);
     if (line.starts_with("#@")) {
         if (!Time(line.substr(2), m_hasExpiry, time)) return false;
-        m_file.expires = dayOfNtpEpoch + static_cast<double>(time) / static_cast<double>(secondsOfLeapDay);
+        m_file.expires = dayOfNtpEpoch + static_cast<double>(time) / secondsPerDay;
         return true;
     }
     if (line.starts_with("#h")) return Hash(line.substr(2));
@@ -115,8 +115,8 @@ bool LeapSecondsParser::Row(std::string_view words) {
     if (!Number(Word(words), lastNtpSecond, time) || !Number(Word(words), mostTaiSeconds, seconds))
         return false;
     if (!Word(words).empty()) return Fail("more than two numbers");
-    if (time % secondsOfLeapDay != 0) return Fail("not the beginning of a day");
-    int const day = dayOfNtpEpoch + static_cast<int>(time / secondsOfLeapDay);
+    if (time % secondsPerDay != 0) return Fail("not the beginning of a day");
+    int const day = dayOfNtpEpoch + static_cast<int>(time / secondsPerDay);
     if (!m_file.rows.empty() && day <= m_file.rows.back().day) return Fail("not later than the row before");
     m_file.rows.push_back({m_line, day, static_cast<int>(seconds)});
     return true;

@@ -2,9 +2,10 @@
 
 #include <tov310/base64.h>
 
+#include "values/calendar.h"
+
 #include <algorithm>
 #include <bit>
-#include <chrono>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -13,7 +14,6 @@
 namespace tov {
 namespace {
 
-constexpr double secondsOfDay = 86400.0;
 constexpr std::size_t leapRowSize = 16;
 
 // A profile gives back no more than 4095 bytes of a text from a file, which hold this many rows. The leap
@@ -64,16 +64,14 @@ LeapRows BuiltInLeapRows() {
     };
     LeapRows rows;
     for (auto const& [day, seconds] : known)
-        rows.push_back({day, seconds / secondsOfDay});
+        rows.push_back({day, OffsetOfSeconds(seconds)});
     return rows;
 }
 
 bool IsLeapDay(double day) {
-    using namespace std::chrono;
-    constexpr int epoch = 40587;  // 1 January 1970
     if (!(day >= firstTableDay && day <= lastTableDay) || day != std::floor(day)) return false;
-    year_month_day const date{sys_days{days{static_cast<int>(day) - epoch}}};
-    return date.day() == std::chrono::day{1} && (date.month() == January || date.month() == July);
+    CalendarDate const date = DateOfMjd(static_cast<std::int64_t>(day));
+    return date.day == 1 && (date.month == 1 || date.month == 7);
 }
 
 bool InsertLeapRow(LeapRows& rows, LeapRow const& row) {
@@ -100,7 +98,7 @@ void AddLeapRowsFromText(CString text, LeapRows& rows) {
     for (std::size_t at = 0; at + leapRowSize <= size; at += leapRowSize) {
         LeapRow const row{GetLittleEndian(bytes + at), GetLittleEndian(bytes + at + sizeof(double))};
         bool const isDay = std::isfinite(row.day) && row.day == std::floor(row.day);
-        bool const isOffset = row.offset >= 0 && row.offset <= 50 / secondsOfDay;
+        bool const isOffset = row.offset >= 0 && row.offset <= OffsetOfSeconds(50);
         if (!isDay || !isOffset) continue;
         if (IsLeapDay(row.day)) {
             InsertLeapRow(rows, row);

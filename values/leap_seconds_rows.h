@@ -12,6 +12,10 @@ struct LeapRow {
     double offset;  // GPS time minus UTC, in days
 };
 
+constexpr double OffsetOfSeconds(int seconds) {
+    return seconds / 86400.0;
+}
+
 // In the order of their days, each day once.
 using LeapRows = std::vector<LeapRow>;
 

@@ -1,3 +1,4 @@
+#include "util/trim.h"
 #include "values/time_format.h"
 #include "values/time_helper_kinds.h"
 
@@ -5,14 +6,6 @@
 
 namespace tov {
 namespace {
-
-constexpr std::string_view blanksOfFormat = " \t\r\n\v\f";
-
-std::string_view TrimmedFormat(std::string_view text) {
-    std::size_t const begin = text.find_first_not_of(blanksOfFormat);
-    if (begin == std::string_view::npos) return {};
-    return text.substr(begin, text.find_last_not_of(blanksOfFormat) - begin + 1);
-}
 
 // A sign or blank that may stand between two fields.
 bool IsSeparator(char c) {
@@ -31,7 +24,7 @@ bool CutCode(char letter, CString& format) {
         literal = other.end;
     if (code.begin > literal && IsSeparator(format[code.begin - 1])) --code.begin;
     format.erase(code.begin, code.end - code.begin);
-    format = CString(TrimmedFormat(format));
+    format = CString(TrimBlanks(format));
     return true;
 }
 
@@ -63,12 +56,12 @@ std::size_t EndOfDate(CString const& format) {
 
 CString DateFormat() {
     CString const format = CTovTime::CurrentTimeFormat();
-    return CString(TrimmedFormat(format.substr(0, EndOfDate(format))));
+    return CString(TrimBlanks(format.substr(0, EndOfDate(format))));
 }
 
 CString ClockFormat() {
     CString const format = CTovTime::CurrentTimeFormat();
-    return CString(TrimmedFormat(format.substr(EndOfDate(format))));
+    return CString(TrimBlanks(format.substr(EndOfDate(format))));
 }
 
 void ReplaceEvery(CString& text, std::string_view what, std::string_view by) {
@@ -156,7 +149,7 @@ CString CTovTimeHelper::GetTovTimeFormat(eType type) {
         format.erase(0, year + 3);
     }
     ConvertTovTimeFormatToDateTimeCtrl(format);
-    return CString(TrimmedFormat(format));
+    return CString(TrimBlanks(format));
 }
 
 void CTovTimeHelper::ConvertTovTimeFormatToDateTimeCtrl(CString& format) {

@@ -1,5 +1,6 @@
 #include <tov310/time_types.h>
 
+#include "values/calendar.h"
 #include "values/time_format.h"
 #include "vesk/clock.h"
 
@@ -54,7 +55,7 @@ std::tm LocalFieldsOf(CTime const& time) {
 }  // namespace
 
 CTimeSpan::CTimeSpan(long days, int hours, int minutes, int seconds) {
-    constexpr std::int64_t day = 86400;
+    constexpr std::int64_t day = secondsPerDay;
     std::int64_t rest = std::int64_t{hours} * 3600 + std::int64_t{minutes} * 60 + seconds;
     std::int64_t whole = AddedSeconds(days, rest / day);
     rest %= day;

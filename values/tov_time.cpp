@@ -16,7 +16,6 @@
 namespace tov {
 namespace {
 
-constexpr int mjdOfGpsEpoch = 44244;   // MJD of 6 January 1980 (IS-GPS-200, 3.3.4)
 constexpr double maxZoneHours = 1e10;  // keeps within the calendar
 
 constexpr CTovTimeHelper::eRoundFlag RoundFlag(int round) {

@@ -51,7 +51,7 @@ void CTovTimeSpan::SetGpsTimeSpan(int week, double const& seconds) {
 }
 
 int CTovTimeSpan::GetGpsTimeSpan(int& week, double& seconds) const {
-    constexpr std::int64_t secondsOfWeek = 7 * 86400;
+    constexpr std::int64_t secondsOfWeek = 7 * secondsPerDay;
     std::int64_t const weeks = GetTimeSpan() / secondsOfWeek;
     week = 0;
     seconds = 0;
