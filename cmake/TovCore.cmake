@@ -15,6 +15,9 @@ file(GLOB TOV_CORE_SOURCES CONFIGURE_DEPENDS
     "${PROJECT_SOURCE_DIR}/imaging/*.cpp"
     "${PROJECT_SOURCE_DIR}/mail/*.cpp")
 
+# What needs the toolkit stands beside it, and is libTov310's.
+list(FILTER TOV_CORE_SOURCES EXCLUDE REGEX "_widget\\.cpp$")
+
 add_library(Tov310CoreObjects OBJECT ${TOV_CORE_SOURCES})
 tov_compile_settings(Tov310CoreObjects)
 set_target_properties(Tov310CoreObjects PROPERTIES UNITY_BUILD_BATCH_SIZE 8)

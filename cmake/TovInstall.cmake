@@ -8,6 +8,12 @@ install(TARGETS Tov310Core EXPORT Tov310Targets
     INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 install(DIRECTORY include/tov310 DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY res/ DESTINATION "${CMAKE_INSTALL_DATADIR}/tov310/res")
+if(TARGET Tov310)
+    install(TARGETS Tov310 EXPORT Tov310UiTargets
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+        INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+    install(EXPORT Tov310UiTargets NAMESPACE Tov310:: DESTINATION "${tov_package_dir}")
+endif()
 install(EXPORT Tov310Targets NAMESPACE Tov310:: DESTINATION "${tov_package_dir}")
 
 configure_package_config_file(cmake/Tov310Config.cmake.in "${PROJECT_BINARY_DIR}/Tov310Config.cmake"

@@ -23,26 +23,6 @@ class FrameOfView {
 
 }  // namespace
 
-CView* CFrameWnd::GetActiveView() const {
-    CWnd* const window = CWnd::FromHandlePermanent(m_activeView);
-    bool const isView = window != nullptr && window->IsKindOf(&CView::classCView);
-    return isView ? static_cast<CView*>(window) : nullptr;
-}
-
-void CFrameWnd::SetActiveView(CView* view) {
-    m_activeView = view != nullptr ? view->GetSafeHwnd() : HWND{};
-}
-
-void CFrameWnd::ActivateFrame() {}
-
-CView::~CView() {
-    if (m_pDocument != nullptr) m_pDocument->RemoveView(this);
-}
-
-CFrameWnd* CView::GetParentFrame() const {
-    return nullptr;
-}
-
 CDocument::~CDocument() {
     for (CView* const view : m_views)
         view->m_pDocument = nullptr;
@@ -70,6 +50,11 @@ void CDocument::RemoveView(CView* view) {
 }
 
 void CDocument::OnChangedViewList() {}
+
+int CDocument::OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info) {
+    if (CCmdTarget::OnCmdMsg(id, code, extra, info) != 0) return 1;
+    return m_template != nullptr ? m_template->OnCmdMsg(id, code, extra, info) : 0;
+}
 
 void CDocument::OnCloseDocument() {
     auto const life = Life();

@@ -104,6 +104,15 @@ int CTovSubclassWnd::HookWindow(HWND window) {
     return 1;
 }
 
+int CTovSubclassWnd::HasHookThatRunsAfter(HWND window) {
+    CWnd const* const target = CWnd::FromHandlePermanent(window);
+    for (CTovSubclassWnd const* hook = target != nullptr ? target->m_hook : nullptr; hook != nullptr;
+         hook = hook->m_next) {
+        if (hook->m_runsAfter != 0) return 1;
+    }
+    return 0;
+}
+
 int CTovSubclassWnd::UnhookWindow() {
     if (!m_window) return 0;
     // The window lives: it takes its hooks off before it dies.

@@ -4,6 +4,9 @@
 #include "frame/hook_chain.h"
 
 #include <tov310/messages.h>
+#include <tov310/styles.h>
+#include <tov310/system.h>
+#include <tov310/view.h>
 
 #include <algorithm>
 #include <atomic>
@@ -169,7 +172,14 @@ int CWnd::Attach() {
     m_handle = HandleTable::Instance().Add(*this);
     if (!m_handle) return 0;
     ++livingWindows;
+    PreSubclassWindow();
     return 1;
+}
+
+void CWnd::PreSubclassWindow() {}
+
+int CWnd::SubclassDlgItem(unsigned, CWnd*) {
+    return 0;
 }
 
 void CWnd::Detach() {
@@ -202,8 +212,17 @@ LRESULT CWnd::Answer(unsigned message, WPARAM wParam, LPARAM lParam) {
                              : SendThroughHooks(*m_hook, m_handle, message, wParam, lParam);
 }
 
-LRESULT CWnd::WindowProc(unsigned, WPARAM, LPARAM) {
+LRESULT CWnd::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_COMMAND && OnCommand(wParam, lParam) != 0) return 1;
+    return DefWindowProc(message, wParam, lParam);
+}
+
+LRESULT CWnd::DefWindowProc(unsigned, WPARAM, LPARAM) {
     return 0;
+}
+
+int CWnd::OnCommand(WPARAM wParam, LPARAM) {
+    return TovNotificationOf(wParam) == 0 ? OnCmdMsg(TovCommandOf(wParam), CN_COMMAND, nullptr, nullptr) : 0;
 }
 
 std::vector<HWND> CWnd::GetChildren() const {
@@ -212,6 +231,13 @@ std::vector<HWND> CWnd::GetChildren() const {
 
 CWnd* CWnd::GetParent() const {
     return nullptr;
+}
+
+CFrameWnd* CWnd::GetParentFrame() const {
+    CWnd* window = GetParent();
+    while (window != nullptr && !window->IsKindOf(&CFrameWnd::classCFrameWnd))
+        window = window->GetParent();
+    return static_cast<CFrameWnd*>(window);
 }
 
 int CWnd::IsChild(HWND window) const {
@@ -241,6 +267,26 @@ int CWnd::ModifyStyle(unsigned long remove, unsigned long add) {
 int CWnd::ModifyStyleEx(unsigned long remove, unsigned long add) {
     unsigned long const before = std::exchange(m_exStyle, (m_exStyle & ~remove) | add);
     return before != m_exStyle;
+}
+
+int CWnd::ShowWindow(int show) {
+    int const wasShown = (GetStyle() & WS_VISIBLE) != 0;
+    ModifyStyle(WS_VISIBLE, show != 0 ? WS_VISIBLE : 0);
+    return wasShown;
+}
+
+int CWnd::EnableWindow(int enable) {
+    int const wasEnabled = (GetStyle() & WS_DISABLED) == 0;
+    ModifyStyle(WS_DISABLED, enable != 0 ? 0 : WS_DISABLED);
+    return wasEnabled;
+}
+
+int CWnd::SetTimer(WPARAM id, unsigned milliseconds) {
+    return m_handle ? TovGetSystem()->SetTimer(m_handle, id, milliseconds) : 0;
+}
+
+int CWnd::KillTimer(WPARAM id) {
+    return m_handle ? TovGetSystem()->KillTimer(m_handle, id) : 0;
 }
 
 CWnd* CWnd::FromHandlePermanent(HWND window) {

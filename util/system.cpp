@@ -10,7 +10,10 @@ namespace {
 
 class NoScreen final : public ITovSystem {};
 
+std::atomic<ITovSystem*> defaultSystem{nullptr};
+
 ITovSystem* DefaultSystem() {
+    if (ITovSystem* const system = defaultSystem.load()) return system;
     static Immortal<NoScreen> none;
     return &*none;
 }
@@ -37,8 +40,21 @@ CSize ITovSystem::GetTextExtent(HFONT, char const*) {
     return {};
 }
 
+int ITovSystem::SetTimer(HWND, WPARAM, unsigned) {
+    return 0;
+}
+
+int ITovSystem::KillTimer(HWND, WPARAM) {
+    return 0;
+}
+
 std::uint32_t ITovSystem::GetSysColor(int) {
     return 0;
+}
+
+void TovSetDefaultSystem(ITovSystem* system) {
+    std::scoped_lock const lock(systemGuard);
+    defaultSystem.store(system);
 }
 
 HWND TovGetFocus() {

@@ -9,6 +9,7 @@
 #include <tov310/cmd_ui.h>
 #include <tov310/compare.h>
 #include <tov310/device_context.h>
+#include <tov310/dialog.h>
 #include <tov310/dib.h>
 #include <tov310/distance.h>
 #include <tov310/document.h>
@@ -63,3 +64,4 @@
 #include <tov310/wait_cursor.h>
 #include <tov310/win_thread.h>
 #include <tov310/window.h>
+#include <tov310/window_messages.h>

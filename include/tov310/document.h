@@ -38,6 +38,9 @@ class TOV_CORE_API CDocument : public CCmdTarget {
     // Told when a view came or went.
     virtual void OnChangedViewList();
 
+    // Commands go to the document and then to its template.
+    int OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info) override;
+
  protected:
     // Expires with the document: tells in the middle of an operation whether it has died of what it called.
     std::weak_ptr<void const> Life() const { return m_life; }

@@ -5,3 +5,6 @@
 
 // Everything that libTov310Core offers is marked TOV_CORE_API; the rest of it is hidden.
 #define TOV_CORE_API TOV_EXPORT
+
+// What libTov310 offers beyond that.
+#define TOV_UI_API TOV_EXPORT

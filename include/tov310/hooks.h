@@ -37,6 +37,12 @@ class TOV_CORE_API CTovSubclassWnd : public CObject {
     // Answers 1, or 0 when it is on no window.
     int UnhookWindow();
 
+    // Says whether WindowProc does something more when a message that it passed on comes back; not at first.
+    // A widget that is not the library's has dealt with the message by then only if one of its hooks says so;
+    // otherwise that is left to the toolkit, which does it when all hooks are through.
+    void SetRunsAfter(int runsAfter) { m_runsAfter = runsAfter; }
+    static int HasHookThatRunsAfter(HWND window);
+
     int IsHooked() const { return m_window ? 1 : 0; }
     HWND GetHookedWindow() const { return m_window; }
 
@@ -55,6 +61,7 @@ class TOV_CORE_API CTovSubclassWnd : public CObject {
 
     HWND m_window;
     CTovSubclassWnd* m_next = nullptr;  // the hook that was the newest before
+    int m_runsAfter = 0;
 };
 
 }  // namespace tov

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <tov310/types.h>
+#include <tov310/window_messages.h>
 
 namespace tov {
 
@@ -126,31 +127,22 @@ enum MessageOrdinal : unsigned {
 
 inline constexpr unsigned tovMessageCount = detail::messageCount;
 
-// Messages of the platform.
-inline constexpr unsigned WM_DESTROY = 0x0002;    // it is about to die; it and its children are whole
-inline constexpr unsigned WM_SETFOCUS = 0x0007;   // has got the focus
-inline constexpr unsigned WM_KILLFOCUS = 0x0008;  // is losing it
-inline constexpr unsigned WM_PAINT = 0x000F;      // paints itself
-inline constexpr unsigned WM_MOUSEACTIVATE =
-    0x0021;                                        // a press will give it the focus; swallow to keep that off
-inline constexpr unsigned WM_NEXTDLGCTL = 0x0028;  // the focus goes to the next control; wParam 1: previous
-inline constexpr unsigned WM_NOTIFY = 0x004E;      // lParam: an NMHDR const*
-inline constexpr unsigned WM_GETDLGCODE = 0x0087;  // answers the kind of control, DLGC_ bits
-inline constexpr unsigned BM_SETSTYLE = 0x00F4;    // a button becomes or ceases to be the default one
-inline constexpr unsigned WM_KEYDOWN = 0x0100;     // wParam: a VK_ number
-// A command that was chosen: its id in the lowest 16 bits of wParam; above them what a control tells of
-// itself (EN_CHANGE ...), 0 for a menu. lParam: the handle of the control, 0 for a menu.
-inline constexpr unsigned WM_COMMAND = 0x0111;
-inline constexpr unsigned WM_LBUTTONDOWN = 0x0201;  // presses, releases and double clicks of the left and the
-inline constexpr unsigned WM_LBUTTONUP = 0x0202;    // right button; lParam: the place in the window
-inline constexpr unsigned WM_LBUTTONDBLCLK = 0x0203;
-inline constexpr unsigned WM_RBUTTONDOWN = 0x0204;
-inline constexpr unsigned WM_RBUTTONUP = 0x0205;
-inline constexpr unsigned WM_RBUTTONDBLCLK = 0x0206;
-
 // What controls tell in WM_COMMAND.
 inline constexpr unsigned EN_CHANGE = 0x0300;  // an edit: its text has changed
 inline constexpr unsigned CBN_SELCHANGE = 1;   // a combo box: another item is selected
+inline constexpr unsigned CBN_EDITCHANGE = 5;  // a combo box: the text in it has changed
+inline constexpr unsigned BN_CLICKED = 0;      // a button, and every command
+
+// The halves of WM_COMMAND's wParam.
+constexpr unsigned TovCommandOf(WPARAM wParam) {
+    return static_cast<unsigned>(wParam & 0xFFFF);
+}
+constexpr unsigned TovNotificationOf(WPARAM wParam) {
+    return static_cast<unsigned>(wParam >> 16 & 0xFFFF);
+}
+constexpr WPARAM TovCommandParam(unsigned id, unsigned notification) {
+    return (id & 0xFFFF) | static_cast<WPARAM>(notification) << 16;
+}
 
 // What a window tells another in WM_NOTIFY.
 struct NMHDR {
@@ -160,14 +152,10 @@ struct NMHDR {
 };
 inline constexpr int CDN_FILEOK = -606;  // a file dialog: its OK button
 
-inline constexpr LRESULT DLGC_BUTTON = 0x2000;
-
-inline constexpr WPARAM VK_TAB = 9;
-inline constexpr int VK_SHIFT = 16;
-
 // Buttons that dialogs, sheets and wizards know.
 inline constexpr int IDOK = 1;
 inline constexpr int IDCANCEL = 2;
+inline constexpr int IDHELP = 9;
 inline constexpr int ID_APPLY_NOW = 12321;
 inline constexpr int ID_WIZBACK = 12323;
 inline constexpr int ID_WIZNEXT = 12324;

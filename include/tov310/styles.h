@@ -15,7 +15,14 @@ inline constexpr unsigned long BS_TYPEMASK = 0x0000000F;
 inline constexpr unsigned long BS_PUSHBUTTON = 0;
 inline constexpr unsigned long BS_DEFPUSHBUTTON = 1;
 inline constexpr unsigned long BS_CHECKBOX = 2;
+inline constexpr unsigned long BS_AUTOCHECKBOX = 3;
+inline constexpr unsigned long BS_AUTORADIOBUTTON = 9;
 inline constexpr unsigned long BS_PUSHLIKE = 0x00001000;
+
+// Edits.
+inline constexpr unsigned long ES_RIGHT = 0x00000002;
+inline constexpr unsigned long ES_PASSWORD = 0x00000020;
+inline constexpr unsigned long ES_READONLY = 0x00000800;
 
 // For RedrawWindow.
 inline constexpr unsigned RDW_INVALIDATE = 0x0001;

@@ -8,8 +8,15 @@
 namespace tov {
 
 // Colours of the system by number.
+inline constexpr int COLOR_WINDOW = 5;
+inline constexpr int COLOR_WINDOWFRAME = 6;
+inline constexpr int COLOR_WINDOWTEXT = 8;
+inline constexpr int COLOR_HIGHLIGHT = 13;
+inline constexpr int COLOR_HIGHLIGHTTEXT = 14;
 inline constexpr int COLOR_BTNFACE = 15;
 inline constexpr int COLOR_BTNSHADOW = 16;
+inline constexpr int COLOR_GRAYTEXT = 17;
+inline constexpr int COLOR_BTNTEXT = 18;
 inline constexpr int COLOR_BTNHIGHLIGHT = 20;
 inline constexpr int COLOR_INFOTEXT = 23;
 inline constexpr int COLOR_INFOBK = 24;
@@ -34,6 +41,10 @@ class TOV_CORE_API ITovSystem {
     // The extent of a text in a font, in pixels of the screen.
     virtual CSize GetTextExtent(HFONT font, char const* text);
 
+    // Timers of windows, as CWnd has them. Answer 1 or 0.
+    virtual int SetTimer(HWND window, WPARAM id, unsigned milliseconds);
+    virtual int KillTimer(HWND window, WPARAM id);
+
     // One of the system's colours, 0x00BBGGRR.
     virtual std::uint32_t GetSysColor(int index);
 
@@ -54,6 +65,10 @@ TOV_CORE_API ITovSystem* TovGetSystem();
 // Puts another in its place and answers the one before. Null brings the default back. It stays the caller's
 // and must live until it is replaced.
 TOV_CORE_API ITovSystem* TovSetSystem(ITovSystem* system);
+
+// For the layer of the toolkit: what answers where nobody has put his own in the place. Null: nothing does.
+// It stays the caller's, and must live until it is replaced.
+TOV_CORE_API void TovSetDefaultSystem(ITovSystem* system);
 
 // The window that has the focus of the keyboard; none without a screen.
 TOV_CORE_API HWND TovGetFocus();

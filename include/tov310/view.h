@@ -8,24 +8,60 @@ namespace tov {
 class CDocument;
 class CView;
 
-// A top-level window that holds views.
+// A top-level window that holds views. Commands go first to the active view, then to the frame itself, then
+// to the application.
 class TOV_CORE_API CFrameWnd : public CWnd {
     TOV_DYNCREATE(CFrameWnd, CWnd)
  public:
     CFrameWnd() = default;
 
-    // The view that has the frame's attention; null for none and for one that is gone.
+    // The view that has the frame's attention; null for none and for one that is gone. With `notify` the view
+    // that loses it and the one that gets it are told.
     CView* GetActiveView() const;
-    virtual void SetActiveView(CView* view);
+    virtual void SetActiveView(CView* view, int notify = 1);
+
+    // The frame that has the attention of this one: of frames that stand in it (CMDIFrameWnd) the active one,
+    // else this one itself.
+    virtual CFrameWnd* GetActiveFrame();
 
     // Brings the frame to the front. Without a screen there is nothing to do.
     virtual void ActivateFrame();
+
+    int OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info) override;
+
+    // Before a menu opens every command in it is asked for its state. Entries of commands that nobody would
+    // do are disabled.
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
 
  private:
     HWND m_activeView;
 };
 
-// A window that shows a document.
+// A frame that stands in another, among its like.
+class TOV_CORE_API CMDIChildWnd : public CFrameWnd {
+    TOV_DYNCREATE(CMDIChildWnd, CFrameWnd)
+ public:
+    CMDIChildWnd() = default;
+};
+
+// A frame with frames in it. Commands go first to the active one.
+class TOV_CORE_API CMDIFrameWnd : public CFrameWnd {
+    TOV_DYNCREATE(CMDIFrameWnd, CFrameWnd)
+ public:
+    CMDIFrameWnd() = default;
+
+    // Null for none and for one that is gone.
+    CMDIChildWnd* MDIGetActive() const;
+    virtual void MDIActivate(CMDIChildWnd* child);
+
+    CFrameWnd* GetActiveFrame() override;
+    int OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info) override;
+
+ private:
+    HWND m_activeChild;
+};
+
+// A window that shows a document. Commands go to the view and then to its document.
 class TOV_CORE_API CView : public CWnd {
     TOV_DYNAMIC(CView, CWnd)
  public:
@@ -35,8 +71,10 @@ class TOV_CORE_API CView : public CWnd {
     // The document that the view was added to; null for none. It belongs to others.
     CDocument* GetDocument() const { return m_pDocument; }
 
-    // The frame that the view stands in; null for none. A view alone does not know; classes with a parent do.
-    virtual CFrameWnd* GetParentFrame() const;
+    // Told when its frame turns to it (activate 1) or away from it (0); the other view may be null.
+    virtual void OnActivateView(int activate, CView* activated, CView* deactivated);
+
+    int OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info) override;
 
  private:
     friend class CDocument;

@@ -18,6 +18,7 @@ namespace tov {
 
 class CCmdTarget;
 class CCmdUI;
+class CFrameWnd;
 class CTovSubclassWnd;
 
 // What OnCmdMsg is asked for: to do a command, or to tell the state of one.
@@ -85,11 +86,30 @@ class TOV_CORE_API CWnd : public CCmdTarget {
     virtual int DestroyWindow();
 
     // Answers a message that was sent or posted to this window. Overrides pass what they do not know to their
-    // base class; here that is 0.
+    // base class. Here WM_COMMAND goes to OnCommand, and everything else to DefWindowProc.
     virtual LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam);
+
+    // What the toolkit does with a message: with one that tells of an event of its own, what it would have
+    // done without the library. 0 without a toolkit.
+    virtual LRESULT DefWindowProc(unsigned message, WPARAM wParam, LPARAM lParam);
+
+    // A command, or what a control tells of itself; the parameters are those of WM_COMMAND. Answers 1 once
+    // somebody has dealt with it. Here a command goes to OnCmdMsg.
+    virtual int OnCommand(WPARAM wParam, LPARAM lParam);
+
+    // Told when the window has got its handle.
+    virtual void PreSubclassWindow();
+
+    // Makes this object, which has no window yet, the control with that number in the parent: it takes its
+    // place, and what stood there is gone. Answers 1, or 0 where there is no such control, and without a
+    // toolkit.
+    virtual int SubclassDlgItem(unsigned id, CWnd* parent);
 
     // The window that this one stands in; null for none.
     virtual CWnd* GetParent() const;
+
+    // The frame that this one stands in, at any depth; null for none.
+    virtual CFrameWnd* GetParentFrame() const;
 
     // The windows that stand directly in this one, in their order (that in which the focus goes round).
     // Classes with children override it.
@@ -117,12 +137,34 @@ class TOV_CORE_API CWnd : public CCmdTarget {
     // Gives the window the focus of the keyboard. Without a screen there is none.
     virtual void SetFocus() {}
 
+    // Shows or hides it, and lets it take keys and the mouse or not. Answer how it was before.
+    int ShowWindow(int show);
+    int EnableWindow(int enable);
+
+    // Its text: the title of a frame, the words of a label or a button, the content of an edit.
+    virtual CString GetWindowText() const { return {}; }
+    virtual void SetWindowText(char const* /*text*/) {}
+
     // In pixels of the screen, and of the window itself.
     virtual CRect GetWindowRect() const { return {}; }
     virtual CRect GetClientRect() const { return {}; }
 
-    // The font of its texts.
+    // Moves it within the window it stands in, without one on the screen; pixels.
+    virtual void MoveWindow(CRect const& /*rect*/) {}
+
+    // From its own pixels to those of the screen, and back.
+    virtual CPoint ClientToScreen(CPoint const& point) const { return point; }
+    virtual CPoint ScreenToClient(CPoint const& point) const { return point; }
+
+    // The font of its texts; setting null brings the usual one back.
     virtual HFONT GetFont() const { return nullptr; }
+    virtual void SetFont(HFONT /*font*/) {}
+
+    // Sends WM_TIMER with this id as wParam every so many milliseconds until it is killed or the window dies.
+    // A second one with the same id takes the place of the first. Answer 1, or 0 where there is no such
+    // timer, the window is dead or there is no screen.
+    int SetTimer(WPARAM id, unsigned milliseconds);
+    int KillTimer(WPARAM id);
 
     // Has it painted anew; the flags are the RDW_ bits of styles.h.
     virtual void RedrawWindow(unsigned /*flags*/) {}
@@ -140,6 +182,7 @@ class TOV_CORE_API CWnd : public CCmdTarget {
 
  private:
     friend class CTovSubclassWnd;
+    friend struct TovWindowLife;
     friend LRESULT TovSendMessage(HWND, unsigned, WPARAM, LPARAM);
     friend unsigned TovDispatchPosts();
 
@@ -151,6 +194,12 @@ class TOV_CORE_API CWnd : public CCmdTarget {
     unsigned long m_style = 0;
     unsigned long m_exStyle = 0;
     int m_id = 0;
+};
+
+// For the layer of the toolkit, whose windows are born and die with its objects.
+struct TovWindowLife {
+    static int Begin(CWnd& window) { return window.Attach(); }
+    static void End(CWnd& window) { window.Detach(); }
 };
 
 // A window without anything to see, for hosts that only want to be told. Derive from it and override

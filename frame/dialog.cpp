@@ -1,0 +1,41 @@
+#include <tov310/dialog.h>
+
+#include <tov310/application.h>
+#include <tov310/messages.h>
+
+namespace tov {
+namespace {
+
+constexpr unsigned firstCommandOfAll = 0x8000;
+
+}  // namespace
+
+int CDialog::InitDialog() {
+    return static_cast<int>(TovSendMessage(GetSafeHwnd(), WM_INITDIALOG));
+}
+
+LRESULT CDialog::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
+    return message == WM_INITDIALOG ? OnInitDialog() : CWnd::WindowProc(message, wParam, lParam);
+}
+
+int CDialog::OnCommand(WPARAM wParam, LPARAM lParam) {
+    if (TovNotificationOf(wParam) == BN_CLICKED) {
+        unsigned const id = TovCommandOf(wParam);
+        if (id == IDOK || id == IDCANCEL) {
+            id == IDOK ? OnOK() : OnCancel();
+            return 1;
+        }
+    }
+    return CWnd::OnCommand(wParam, lParam);
+}
+
+int CDialog::OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info) {
+    if (CWnd::OnCmdMsg(id, code, extra, info) != 0) return 1;
+    if (id < firstCommandOfAll) return 0;
+    CWnd* const parent = GetParent();
+    if (parent != nullptr && parent->OnCmdMsg(id, code, extra, info) != 0) return 1;
+    CWinApp* const app = TovGetApp();
+    return app != nullptr ? app->OnCmdMsg(id, code, extra, info) : 0;
+}
+
+}  // namespace tov

@@ -1,0 +1,43 @@
+// Dialogs, as far as they can be told without a toolkit: their commands and their end.
+#pragma once
+
+#include <tov310/window.h>
+
+namespace tov {
+
+// A window of controls that ends with a number. Every way to press OK, be it the button, Enter or code, is
+// the command IDOK, and the dialog ends where that reaches OnOK; with Cancel, Escape and the closing of the
+// window it is the same by IDCANCEL and OnCancel.
+class TOV_CORE_API CDialog : public CWnd {
+    TOV_DYNCREATE(CDialog, CWnd)
+ public:
+    CDialog() = default;
+
+    // Shows it, and answers what it ends with once it has ended; meanwhile the windows around it take
+    // nothing. -1 where it cannot be shown.
+    virtual int DoModal() { return -1; }
+
+    // Ends it with a number. The object stays.
+    virtual void EndDialog(int /*result*/) {}
+
+    int OnCommand(WPARAM wParam, LPARAM lParam) override;
+
+    // Commands from 0x8000 on that the dialog has no handler for go to the window it stands in or belongs to,
+    // then to the application; the smaller numbers are its own controls'.
+    int OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info) override;
+
+    // To be called when all controls stand: has OnInitDialog called, and answers what that answers.
+    int InitDialog();
+
+ protected:
+    // All controls stand, and the dialog is not shown yet. 0: the host has given the focus to a control by
+    // itself.
+    virtual int OnInitDialog() { return 1; }
+
+    virtual void OnOK() { EndDialog(1); }
+    virtual void OnCancel() { EndDialog(2); }
+
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
+};
+
+}  // namespace tov

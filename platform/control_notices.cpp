@@ -1,0 +1,68 @@
+#include "platform/control_notices.h"
+
+#include "platform/window_registry.h"
+
+#include <tov310/dialog.h>
+#include <tov310/messages.h>
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDateTimeEdit>
+#include <QDoubleSpinBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QSpinBox>
+#include <QTextEdit>
+
+namespace tov {
+namespace {
+
+bool IsButtonOfDialogs(int id) {
+    return id == IDOK || id == IDCANCEL || id == ID_APPLY_NOW || id == ID_WIZBACK || id == ID_WIZNEXT ||
+           id == ID_WIZFINISH;
+}
+
+void TellOfClick(CWnd& button) {
+    CWnd const* const around = button.GetParent();
+    bool const isOurDialog = around != nullptr && around->IsKindOf(&CDialog::classCDialog);
+    if (!isOurDialog && IsButtonOfDialogs(button.GetDlgCtrlID())) return;
+    TellParent(button, BN_CLICKED);
+}
+
+}  // namespace
+
+void TellParent(CWnd& control, unsigned notification) {
+    HWND const self = control.GetSafeHwnd();
+    CWnd const* const around = control.GetParent();
+    if (!self || around == nullptr || !around->GetSafeHwnd()) return;
+    TovSendMessage(around->GetSafeHwnd(), WM_COMMAND,
+                   TovCommandParam(static_cast<unsigned>(control.GetDlgCtrlID()), notification),
+                   static_cast<LPARAM>(self.id));
+}
+
+void ConnectNotices(QWidget& control, CWnd& window) {
+    auto const tell = [&window](unsigned notification) {
+        return [&window, notification] { TellParent(window, notification); };
+    };
+    // The window goes with the control, so the connections need no other end.
+    if (auto* const edit = qobject_cast<QLineEdit*>(&control)) {
+        QObject::connect(edit, &QLineEdit::textChanged, edit, tell(EN_CHANGE));
+    } else if (auto* const text = qobject_cast<QTextEdit*>(&control)) {
+        QObject::connect(text, &QTextEdit::textChanged, text, tell(EN_CHANGE));
+    } else if (auto* const plain = qobject_cast<QPlainTextEdit*>(&control)) {
+        QObject::connect(plain, &QPlainTextEdit::textChanged, plain, tell(EN_CHANGE));
+    } else if (auto* const whole = qobject_cast<QSpinBox*>(&control)) {
+        QObject::connect(whole, &QSpinBox::textChanged, whole, tell(EN_CHANGE));
+    } else if (auto* const real = qobject_cast<QDoubleSpinBox*>(&control)) {
+        QObject::connect(real, &QDoubleSpinBox::textChanged, real, tell(EN_CHANGE));
+    } else if (auto* const date = qobject_cast<QDateTimeEdit*>(&control)) {
+        QObject::connect(date, &QDateTimeEdit::dateTimeChanged, date, tell(EN_CHANGE));
+    } else if (auto* const combo = qobject_cast<QComboBox*>(&control)) {
+        QObject::connect(combo, &QComboBox::currentIndexChanged, combo, tell(CBN_SELCHANGE));
+        QObject::connect(combo, &QComboBox::editTextChanged, combo, tell(CBN_EDITCHANGE));
+    } else if (auto* const button = qobject_cast<QAbstractButton*>(&control)) {
+        QObject::connect(button, &QAbstractButton::clicked, button, [&window] { TellOfClick(window); });
+    }
+}
+
+}  // namespace tov

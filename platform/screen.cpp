@@ -1,0 +1,113 @@
+#include "platform/screen.h"
+
+#include "platform/keys_down.h"
+#include "platform/window_registry.h"
+
+#include <tov310/qt_values.h>
+#include <tov310/window_messages.h>
+
+#include <QApplication>
+#include <QFontMetrics>
+#include <QPalette>
+#include <QToolTip>
+
+namespace tov {
+namespace {
+
+// Cursors may be asked for by any thread; they are shown by the main one.
+template <class Work>
+void OnMainThread(Work work) {
+    QMetaObject::invokeMethod(qApp, work, Qt::AutoConnection);
+}
+
+bool isCursorShown = false;  // of the main thread
+
+Qt::CursorShape ShapeOf(unsigned int cursor) {
+    return cursor == IDC_WAIT ? Qt::WaitCursor : Qt::ArrowCursor;
+}
+
+}  // namespace
+
+void Screen::SetCursor(unsigned int cursor) {
+    OnMainThread([cursor] {
+        QCursor const shape(ShapeOf(cursor));
+        if (isCursorShown)
+            QApplication::changeOverrideCursor(shape);
+        else
+            QApplication::setOverrideCursor(shape);
+        isCursorShown = true;
+    });
+}
+
+void Screen::RefreshCursor() {
+    OnMainThread([] {
+        if (isCursorShown) QApplication::restoreOverrideCursor();
+        isCursorShown = false;
+    });
+}
+
+HWND Screen::GetFocus() {
+    CWnd const* const window = WindowRegistry::Instance().Nearest(QApplication::focusWidget());
+    return window != nullptr ? window->GetSafeHwnd() : HWND{};
+}
+
+int Screen::IsKeyDown(int virtualKey) {
+    Qt::KeyboardModifiers const down = QGuiApplication::queryKeyboardModifiers();
+    switch (virtualKey) {
+        case VK_SHIFT:
+            return down.testFlag(Qt::ShiftModifier) || IsKeyNoted(virtualKey);
+        case VK_CONTROL:
+            return down.testFlag(Qt::ControlModifier) || IsKeyNoted(virtualKey);
+        case VK_MENU:
+            return down.testFlag(Qt::AltModifier) || IsKeyNoted(virtualKey);
+        default:
+            return IsKeyNoted(virtualKey);
+    }
+}
+
+CSize Screen::GetTextExtent(HFONT font, char const* text) {
+    QFontMetrics const metrics(TovQFont(font));
+    return {metrics.horizontalAdvance(QString::fromUtf8(text != nullptr ? text : "")), metrics.height()};
+}
+
+int Screen::SetTimer(HWND window, WPARAM id, unsigned milliseconds) {
+    return m_timers.SetTimer(window, id, milliseconds);
+}
+
+int Screen::KillTimer(HWND window, WPARAM id) {
+    return m_timers.KillTimer(window, id);
+}
+
+std::uint32_t Screen::GetSysColor(int index) {
+    QPalette const palette = QApplication::palette();
+    switch (index) {
+        case COLOR_WINDOW:
+            return TovColorRef(palette.color(QPalette::Base));
+        case COLOR_WINDOWFRAME:
+            return TovColorRef(palette.color(QPalette::Shadow));
+        case COLOR_WINDOWTEXT:
+            return TovColorRef(palette.color(QPalette::Text));
+        case COLOR_HIGHLIGHT:
+            return TovColorRef(palette.color(QPalette::Highlight));
+        case COLOR_HIGHLIGHTTEXT:
+            return TovColorRef(palette.color(QPalette::HighlightedText));
+        case COLOR_BTNFACE:
+            return TovColorRef(palette.color(QPalette::Button));
+        case COLOR_BTNSHADOW:
+            return TovColorRef(palette.color(QPalette::Dark));
+        case COLOR_GRAYTEXT:
+            return TovColorRef(palette.color(QPalette::Disabled, QPalette::Text));
+        case COLOR_BTNTEXT:
+            return TovColorRef(palette.color(QPalette::ButtonText));
+        case COLOR_BTNHIGHLIGHT:
+            return TovColorRef(palette.color(QPalette::Light));
+        case COLOR_INFOTEXT:
+            return TovColorRef(QToolTip::palette().color(QPalette::ToolTipText));
+        case COLOR_INFOBK:
+            return TovColorRef(QToolTip::palette().color(QPalette::ToolTipBase));
+        default:
+            return 0;
+    }
+}
+
+}  // namespace tov

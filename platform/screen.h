@@ -1,0 +1,35 @@
+// What the library asks of the screen, answered by the toolkit.
+#pragma once
+
+#include <tov310/system.h>
+
+namespace tov {
+
+class ScreenTimers {
+ public:
+    virtual int SetTimer(HWND window, WPARAM id, unsigned milliseconds) = 0;
+    virtual int KillTimer(HWND window, WPARAM id) = 0;
+
+ protected:
+    ~ScreenTimers() = default;
+};
+
+class Screen final : public ITovSystem {
+ public:
+    explicit Screen(ScreenTimers& timers) : m_timers(timers) {}
+    ~Screen() override = default;
+
+    void SetCursor(unsigned int cursor) override;
+    void RefreshCursor() override;
+    HWND GetFocus() override;
+    int IsKeyDown(int virtualKey) override;
+    CSize GetTextExtent(HFONT font, char const* text) override;
+    int SetTimer(HWND window, WPARAM id, unsigned milliseconds) override;
+    int KillTimer(HWND window, WPARAM id) override;
+    std::uint32_t GetSysColor(int index) override;
+
+ private:
+    ScreenTimers& m_timers;
+};
+
+}  // namespace tov

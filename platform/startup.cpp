@@ -1,0 +1,105 @@
+#include "platform/startup.h"
+
+#include "platform/screen.h"
+
+#include <tov310/window.h>
+#include <tov310/window_messages.h>
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QTimerEvent>
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+namespace tov {
+namespace {
+
+// Stands in the main loop: posts are delivered and timers run out here.
+class MainLoop : public QObject, public ScreenTimers {
+ public:
+    static QEvent::Type WakeType() {
+        static auto const type = static_cast<QEvent::Type>(QEvent::registerEventType());
+        return type;
+    }
+
+    int SetTimer(HWND window, WPARAM id, unsigned milliseconds) override {
+        KillTimer(window, id);
+        int const timer = startTimer(static_cast<int>(milliseconds), Qt::PreciseTimer);
+        if (timer == 0) return 0;
+        m_timers[timer] = {window, id};
+        return 1;
+    }
+
+    int KillTimer(HWND window, WPARAM id) override {
+        for (auto const& [timer, owner] : m_timers) {
+            if (owner != std::pair(window, id)) continue;
+            killTimer(timer);
+            m_timers.erase(timer);
+            return 1;
+        }
+        return 0;
+    }
+
+ protected:
+    bool event(QEvent* event) override {
+        if (event->type() != WakeType()) return QObject::event(event);
+        TovDispatchPosts();
+        return true;
+    }
+
+    void timerEvent(QTimerEvent* event) override {
+        auto const found = m_timers.find(event->timerId());
+        if (found == m_timers.end()) return;
+        auto const [window, id] = found->second;
+        if (IsWindow(window)) {
+            TovSendMessage(window, WM_TIMER, id);
+        } else {
+            killTimer(event->timerId());
+            m_timers.erase(found);
+        }
+    }
+
+ private:
+    std::map<int, std::pair<HWND, WPARAM>> m_timers;
+};
+
+// Posts come from any thread, also while the application ends.
+std::mutex loopGuard;
+std::unique_ptr<MainLoop> mainLoop;
+std::unique_ptr<Screen> screen;
+
+void WakeMainLoop() {
+    std::scoped_lock const lock(loopGuard);
+    if (mainLoop != nullptr)
+        QCoreApplication::postEvent(mainLoop.get(), std::make_unique<QEvent>(MainLoop::WakeType()).release());
+}
+
+void StopPlatform() {
+    TovSetPostWaker(nullptr);
+    TovSetDefaultSystem(nullptr);
+    std::unique_ptr<MainLoop> ended;
+    {
+        std::scoped_lock const lock(loopGuard);
+        ended = std::move(mainLoop);
+    }
+    screen.reset();
+}
+
+}  // namespace
+
+void StartPlatform() {
+    if (mainLoop != nullptr || QCoreApplication::instance() == nullptr) return;
+    {
+        std::scoped_lock const lock(loopGuard);
+        mainLoop = std::make_unique<MainLoop>();
+    }
+    screen = std::make_unique<Screen>(*mainLoop);
+    TovSetDefaultSystem(screen.get());
+    TovSetPostWaker(WakeMainLoop);
+    qAddPostRoutine(StopPlatform);
+}
+
+}  // namespace tov

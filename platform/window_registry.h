@@ -1,0 +1,53 @@
+// Which window a widget has, and which widget a window.
+#pragma once
+
+#include <tov310/wnd_on.h>
+
+#include <QHash>
+
+#include <memory>
+
+namespace tov {
+
+// The window of a widget that is not the library's. It follows it by an event filter, since the widget's own
+// handlers are out of reach.
+class ForeignWindow final : public QObject, public CTovWidgetWnd<CWnd> {
+ public:
+    explicit ForeignWindow(QWidget& widget);
+    ~ForeignWindow() override;
+
+    QWidget& Widget() const override { return m_widget; }
+    bool eventFilter(QObject* receiver, QEvent* event) override;
+
+ private:
+    QWidget& m_widget;
+};
+
+class WindowRegistry {
+ public:
+    static WindowRegistry& Instance();
+
+    // The window that the widget has already, born or not. A viewport has that of its area.
+    CWnd* Find(QWidget const* widget) const;
+
+    // The window of the widget, made and born if need be.
+    CWnd* Of(QWidget* widget);
+
+    QWidget* WidgetOf(CWnd const* window) const;
+
+    // The nearest living window from the widget outwards, up to its top-level window; null for none.
+    CWnd* Nearest(QWidget const* widget) const;
+
+    void Add(QWidget& widget, CWnd& window);
+    void Remove(QWidget const& widget, CWnd const& window);
+
+ private:
+    friend class ForeignWindow;
+    void Drop(QWidget const& widget);
+
+    QHash<QWidget const*, CWnd*> m_windows;
+    QHash<CWnd const*, QWidget*> m_widgets;
+    std::unordered_map<QWidget const*, std::unique_ptr<ForeignWindow>> m_foreign;
+};
+
+}  // namespace tov
