@@ -14,6 +14,8 @@
 #include <tov310/distance.h>
 #include <tov310/document.h>
 #include <tov310/draw_dib.h>
+#include <tov310/edit_host.h>
+#include <tov310/edit_text.h>
 #include <tov310/event_channels.h>
 #include <tov310/export.h>
 #include <tov310/file.h>
@@ -33,6 +35,7 @@
 #include <tov310/mail_message.h>
 #include <tov310/mapi.h>
 #include <tov310/menu.h>
+#include <tov310/menu_edit.h>
 #include <tov310/menu_popup.h>
 #include <tov310/messages.h>
 #include <tov310/mime.h>

@@ -1,0 +1,158 @@
+// Which characters come into an edit, and how many.
+#include <tov310/edit_text.h>
+
+#include <tov310/edit_host.h>
+
+#include "controls/message_text.h"
+#include "controls/one_line.h"
+#include "frame/resource_module.h"
+#include "util/code_points.h"
+#include "util/letters.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tov {
+namespace {
+
+constexpr unsigned tooShortText = 26080;
+constexpr unsigned tooLongText = 26081;
+
+bool HoldsCharacter(std::string_view text, char32_t character) {
+    if (character < 0x80) return text.find(static_cast<char>(character)) != text.npos;
+    CString wanted;
+    AppendCharacter(wanted, character);
+    return text.find(wanted) != text.npos;
+}
+
+std::string_view TrimmedSpaces(std::string_view text, bool left, bool right) {
+    for (std::string_view rest = text; left && !rest.empty() && IsSpaceCharacter(TakeCharacter(rest));)
+        text = rest;
+    if (!right) return text;
+    std::size_t end = 0;
+    for (std::string_view rest = text; !rest.empty();) {
+        if (!IsSpaceCharacter(TakeCharacter(rest))) end = text.size() - rest.size();
+    }
+    return text.substr(0, end);
+}
+
+}  // namespace
+
+void CTovEditText::Convert(CString& text) const {
+    if (settings.conversion == tovConvertNone) return;
+    CString converted;
+    converted.reserve(text.size());
+    for (std::string_view rest = text; !rest.empty();) {
+        std::string_view const before = rest;
+        char32_t const character = TakeCharacter(rest);
+        char32_t other = character;
+        m_host.Convert(other);
+        if (other == character) {
+            converted += before.substr(0, before.size() - rest.size());
+        } else {
+            AppendCharacter(converted, other);
+        }
+    }
+    text = std::move(converted);
+}
+
+void CTovEditText::Convert(char32_t& character) const {
+    if (settings.conversion == tovConvertToUpper) character = ToUpperCase(character);
+    if (settings.conversion == tovConvertToLower) character = ToLowerCase(character);
+}
+
+bool CTovEditText::CharAllowed(char32_t character) const {
+    if (HoldsCharacter(settings.notAllowedChars, character)) return false;
+    switch (settings.allowedChars) {
+        case eAllowedCharsAlpha:
+            return IsLetter(character);
+        case eAllowedCharsDigits:
+            return character >= '0' && character <= '9';
+        case eAllowedCharsAlphaNumeric:
+            return IsLetter(character) || IsDecimalDigit(character);
+        case eAllowedCharsCustom:
+            return HoldsCharacter(settings.customChars, character);
+        default:
+            return true;
+    }
+}
+
+void CTovEditText::RemoveNotAllowedChars(CString& text) const {
+    CString left;
+    left.reserve(text.size());
+    for (std::string_view rest = text; !rest.empty();) {
+        std::string_view const before = rest;
+        if (m_host.CharAllowed(TakeCharacter(rest)) != 0)
+            left += before.substr(0, before.size() - rest.size());
+    }
+    text = std::move(left);
+}
+
+int CTovEditText::TrimString(CString& text, int trim) const {
+    CString const before = text;
+    m_host.Convert(text);
+    m_host.RemoveNotAllowedChars(text);
+    if (trim != 0) text = CString(TrimmedSpaces(text, m_host.GetTrimLeft() != 0, m_host.GetTrimRight() != 0));
+    return text != before;
+}
+
+int CTovEditText::OnChar(char32_t& character) const {
+    if (character < ' ' || character == 0x7F) return 0;
+    m_host.Convert(character);
+    if (m_host.CharAllowed(character) != 0) return 1;
+    m_host.Beep();
+    return 0;
+}
+
+int CTovEditText::AcceptInput(CString& text, int& caret) {
+    if (m_host.IgnoreEditChanged() != 0 || m_settingInternally != 0 || text == m_shown) {
+        m_shown = text;
+        return 1;
+    }
+    // What stands behind the caret is old, and so is what the texts begin with.
+    std::size_t const typed = CharacterOffset(text, static_cast<std::size_t>(std::max(caret, 0)));
+    std::string_view tail = std::string_view(text).substr(typed);
+    if (!m_shown.ends_with(tail)) tail = {};
+    std::string_view proposed = std::string_view(text).substr(0, text.size() - tail.size());
+    std::string_view const old = std::string_view(m_shown).substr(0, m_shown.size() - tail.size());
+    auto same = static_cast<std::size_t>(std::ranges::mismatch(proposed, old).in1 - proposed.begin());
+    while (same > 0 && same < proposed.size() && (static_cast<unsigned char>(proposed[same]) & 0xC0) == 0x80)
+        --same;
+    std::string_view const head = proposed.substr(0, same);
+
+    CString added(proposed.substr(same));
+    bool const adds = !added.empty();
+    MakeOneLine(added);
+    m_host.TrimString(added, 0);
+    std::size_t const kept = CharacterCount(head) + CharacterCount(tail);
+    std::size_t const most = m_host.GetMaxChars();
+    if (kept + CharacterCount(added) > most)
+        added = CString(Characters(added, 0, most > kept ? most - kept : 0));
+
+    bool const refused = (adds && added.empty()) || m_host.InputControl().GetReadOnlyMode() != 0;
+    caret = static_cast<int>(refused ? CharacterCount(old) : CharacterCount(head) + CharacterCount(added));
+    text = refused ? m_shown : CString(head).append(added).append(tail);
+    return !refused;
+}
+
+CTovInputControl::eState CTovEditText::InternalValidate(char const* text, CString* message) const {
+    if (message != nullptr) message->clear();
+    if (text == nullptr || *text == '\0') {
+        return m_host.InputControl().GetEmptyAllowed() != 0 ? CTovInputControl::eStateValid
+                                                            : CTovInputControl::eStateEmpty;
+    }
+    std::size_t const length = CharacterCount(text);
+    bool const tooShort = length < m_host.GetMinChars();
+    if (!tooShort && length <= m_host.GetMaxChars()) return CTovInputControl::eStateValid;
+    if (message != nullptr) {
+        *message = LibraryString(tooShort ? tooShortText : tooLongText);
+        for (std::size_t const number :
+             {length, std::size_t{tooShort ? m_host.GetMinChars() : m_host.GetMaxChars()}})
+            ReplaceFirst(*message, "%d", std::to_string(number));
+    }
+    return CTovInputControl::eStateInvalid;
+}
+
+}  // namespace tov
