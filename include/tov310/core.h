@@ -14,8 +14,11 @@
 #include <tov310/distance.h>
 #include <tov310/document.h>
 #include <tov310/draw_dib.h>
+#include <tov310/edit_angle_mask.h>
+#include <tov310/edit_filename.h>
 #include <tov310/edit_host.h>
 #include <tov310/edit_text.h>
+#include <tov310/edit_value.h>
 #include <tov310/event_channels.h>
 #include <tov310/export.h>
 #include <tov310/file.h>
