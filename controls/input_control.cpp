@@ -1,5 +1,6 @@
 #include <tov310/input_control.h>
 
+#include <tov310/hooks.h>
 #include <tov310/messages.h>
 #include <tov310/styles.h>
 
@@ -20,12 +21,32 @@ std::map<HWND, unsigned>& OpenScopes() {
 
 }  // namespace
 
-CTovInputControl::CTovInputControl() = default;
+// Answers the container on the window of the control.
+class CTovInputControl::CTovSubclassControl : public CTovSubclassWnd {
+ public:
+    explicit CTovSubclassControl(CTovInputControl& control) : m_control(control) {}
+
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override {
+        switch (message) {
+            case WM_TOV_INPUT_CONTROL_VALIDATE:
+                return m_control.Validate(reinterpret_cast<CString*>(wParam));
+            case WM_TOV_INPUT_CONTROL_VALIDATE_EMPTY:
+                return m_control.ValidateEmpty();
+            default:
+                return CTovSubclassWnd::WindowProc(message, wParam, lParam);
+        }
+    }
+
+ private:
+    CTovInputControl& m_control;
+};
+
+CTovInputControl::CTovInputControl() : m_SubclassControl(std::make_unique<CTovSubclassControl>(*this)) {}
 
 CTovInputControl::~CTovInputControl() = default;
 
 int CTovInputControl::ResetAttributes() {
-    if (m_SubclassControl.IsHooked()) return 0;
+    if (m_SubclassControl->IsHooked()) return 0;
     m_bEmptyAllowed = 0;
     m_bReadOnlyMode = 0;
     return 1;
@@ -41,12 +62,12 @@ int CTovInputControl::CreateInline(unsigned long, CRect const&, CWnd*, unsigned 
 
 void CTovInputControl::HookControl() {
     CWnd* const window = GetWnd();
-    m_SubclassControl.HookWindow(HandleOf(window));
+    m_SubclassControl->HookWindow(HandleOf(window));
     SetContainer(window != nullptr ? window->GetParent() : nullptr);
 }
 
 void CTovInputControl::UnhookControl() {
-    m_SubclassControl.UnhookWindow();
+    m_SubclassControl->UnhookWindow();
 }
 
 CString CTovInputControl::GetRawString() {
@@ -290,17 +311,6 @@ CTovInputControl& CTovInputControl::operator=(float value) {
 CTovInputControl& CTovInputControl::operator=(double value) {
     SetDouble(value);
     return *this;
-}
-
-LRESULT CTovInputControl::CTovSubclassControl::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
-    switch (message) {
-        case WM_TOV_INPUT_CONTROL_VALIDATE:
-            return m_control.Validate(reinterpret_cast<CString*>(wParam));
-        case WM_TOV_INPUT_CONTROL_VALIDATE_EMPTY:
-            return m_control.ValidateEmpty();
-        default:
-            return CTovSubclassWnd::WindowProc(message, wParam, lParam);
-    }
 }
 
 CTovInputControl::CTovKeepChangedByUserStatus::CTovKeepChangedByUserStatus(CTovInputControl& control)

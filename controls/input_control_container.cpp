@@ -258,7 +258,7 @@ void CTovInputControlContainer::OnSubclassDlgItemDestroyWindow(CTovSubclassDlgIt
     std::erase_if(m_DlgItems, [&item](auto const& owned) { return owned.get() == &item; });
 }
 
-int CTovInputControlContainer::ValidateForCommand(int command) {
+int CTovInputControlContainer::ValidateCommand(int command) {
     unsigned long data = 0;
     CString message;
     CWnd* const failing = ValidateAllDlgCtrls(0, command, data, message);
@@ -297,7 +297,7 @@ bool CTovInputControlContainer::LetCommandPass(WPARAM wParam, LPARAM lParam) {
     }
     if (m_bIsFileDialog != 0) return true;
     bool const needsAll = id == IDOK || id == ID_APPLY_NOW || id == ID_WIZFINISH || id == ID_WIZNEXT;
-    return !needsAll || ValidateForCommand(id) != 0;
+    return !needsAll || ValidateCommand(id) != 0;
 }
 
 }  // namespace tov

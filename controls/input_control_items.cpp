@@ -132,7 +132,7 @@ LRESULT CTovInputControlContainer::CTovSubclassDlgItem::WindowProc(unsigned mess
             break;
         case WM_NOTIFY:
             if (auto const* const header = reinterpret_cast<NMHDR const*>(lParam);
-                header != nullptr && header->code == CDN_FILEOK && !m_pContainer->ValidateForCommand(IDOK))
+                header != nullptr && header->code == CDN_FILEOK && !m_pContainer->ValidateCommand(IDOK))
                 return 0;
             break;
         case BM_SETSTYLE:

@@ -1,6 +1,7 @@
 // The hooks that a container of input controls puts on its own window and on every window in it.
 #pragma once
 
+#include <tov310/hooks.h>
 #include <tov310/input_control_container.h>
 
 #include <memory>

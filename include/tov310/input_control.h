@@ -6,10 +6,11 @@
 
 #include <tov310/export.h>
 #include <tov310/geometry.h>
-#include <tov310/hooks.h>
 #include <tov310/system.h>
 #include <tov310/types.h>
 #include <tov310/window.h>
+
+#include <memory>
 
 namespace tov {
 
@@ -163,14 +164,7 @@ class TOV_CORE_API CTovInputControl {
     };
 
  private:
-    class CTovSubclassControl : public CTovSubclassWnd {
-     public:
-        explicit CTovSubclassControl(CTovInputControl& control) : m_control(control) {}
-        LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
-
-     private:
-        CTovInputControl& m_control;
-    };
+    class CTovSubclassControl;
 
     int SetAttribute(int& attribute, int value);
     void TellContainer(unsigned message, HWND window);
@@ -180,7 +174,7 @@ class TOV_CORE_API CTovInputControl {
     int m_bReadOnlyMode = 0;
     int m_bChangedByUser = 0;
     HWND m_container;
-    CTovSubclassControl m_SubclassControl{*this};
+    std::unique_ptr<CTovSubclassControl> const m_SubclassControl;
 };
 
 }  // namespace tov

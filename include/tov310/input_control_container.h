@@ -8,7 +8,6 @@
 #pragma once
 
 #include <tov310/export.h>
-#include <tov310/hooks.h>
 #include <tov310/types.h>
 #include <tov310/window.h>
 
@@ -34,14 +33,20 @@ class TOV_CORE_API CTovInputControlContainer {
     // 0 for none; `data` is what OnValidateDlgItem makes of it, 0 here.
     virtual CWnd* ValidateAllDlgCtrls(int ignoreEmpty, int command, unsigned long& data, CString& message);
 
+    // Asks all controls for a command, as OK does; a failing one gets the focus and its words are shown. 1:
+    // all are right. A window that is not the library's asks it where it accepts what was typed:
+    //
+    //   void MyDialog::accept() { if (m_container.ValidateCommand(1)) QDialog::accept(); }
+    int ValidateCommand(int command);
+
     // The first control that is wrongly empty; null for none.
     virtual CWnd* GetFirstEmptyDlgItem(unsigned long& data);
 
     // A control has become wrongly empty, or is so no longer. Keeps the flag of empty fields.
     virtual void OnDlgCtrlEmptyChanged(unsigned int id, int empty);
 
-    // Asked before a control (a direct child) gets the focus; what is checked is the one that is left, unless it
-    // is disabled and so cannot take the focus back. 0: the focus was given back.
+    // Asked before a control (a direct child) gets the focus; what is checked is the one that is left, unless
+    // it is disabled and so cannot take the focus back. 0: the focus was given back.
     virtual int OnDlgItemGainFocus(HWND window);
 
     // Asks one control. 1: it is right, or empty and that is to be ignored; 0: it is not, and `message` (may
@@ -119,9 +124,6 @@ class TOV_CORE_API CTovInputControlContainer {
     void AddItem(HWND window, HWND control);
     std::vector<HWND> DirectChildren() const;
 
-    // Asks all controls for a command; a failing one gets the focus and its words are shown. 1: all are
-    // right.
-    int ValidateForCommand(int command);
     LRESULT PaintTransparent(LRESULT result);
     bool LetCommandPass(WPARAM wParam, LPARAM lParam);
 

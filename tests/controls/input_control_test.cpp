@@ -1,6 +1,7 @@
 // The protocol between input controls and the container that keeps the focus on a wrong one.
 #include "support/fake_window.h"
 
+
 #include <tov310/input_control.h>
 #include <tov310/input_control_container.h>
 
