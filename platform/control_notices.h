@@ -1,4 +1,4 @@
-// What controls that are not the library's tell the window around them.
+// What controls tell the window around them.
 #pragma once
 
 #include <tov310/window.h>

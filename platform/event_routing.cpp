@@ -1,5 +1,6 @@
 #include "platform/event_routing.h"
 
+#include "platform/control_notices.h"
 #include "platform/focus_guard.h"
 #include "platform/keys_down.h"
 #include "platform/native_messages.h"
@@ -98,6 +99,8 @@ void Swallow(QEvent& event) {
     event.setAccepted(event.type() != QEvent::Close);
 }
 
+constexpr char const* tellsProperty = "tovTells";
+
 // What is not told by a message but must be seen in passing. True: it goes no further.
 bool LookAt(CWnd& window, QWidget& widget, QEvent& event) {
     switch (event.type()) {
@@ -128,6 +131,10 @@ bool LookAt(CWnd& window, QWidget& widget, QEvent& event) {
 
 void GiveBirth(CWnd& window, QWidget& widget) {
     if (window.GetSafeHwnd()) return;
+    // Connected now and not before, so that the widget's own class has heard of a change when the window
+    // around is told of it.
+    if (!widget.property(tellsProperty).toBool()) ConnectNotices(widget, window);
+    widget.setProperty(tellsProperty, true);
     TovWindowLife::Begin(window);
     if (widget.isVisible()) GuardTopLevelOf(widget);
 }

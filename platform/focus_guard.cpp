@@ -103,8 +103,12 @@ class TopLevelGate : public QObject {
             return true;
         }
         CWnd* const window = Reached(target);
-        return window == nullptr || TovWidget(window) == m_widget || window->GetDlgCtrlID() == IDHELP ||
-               MayBeReached(*window, message);
+        if (window == nullptr || TovWidget(window) == m_widget) return true;
+        if (window->GetDlgCtrlID() != IDHELP) return MayBeReached(*window, message);
+        // Help is for whoever does not know what is wrong: the press reaches it, and the focus stays.
+        int const policy = target->focusPolicy();
+        target->setFocusPolicy(static_cast<Qt::FocusPolicy>(policy & ~Qt::ClickFocus));
+        return true;
     }
 
     QPointer<QWidget> m_widget;

@@ -1,6 +1,5 @@
 #include "platform/window_registry.h"
 
-#include "platform/control_notices.h"
 #include "platform/event_routing.h"
 #include "platform/logical_tree.h"
 #include "platform/startup.h"
@@ -16,7 +15,6 @@ ForeignWindow::ForeignWindow(QWidget& widget) : m_widget(widget) {
     if (auto* const area = qobject_cast<QAbstractScrollArea*>(&widget))
         area->viewport()->installEventFilter(this);
     connect(&widget, &QObject::destroyed, this, [gone = &widget] { WindowRegistry::Instance().Drop(*gone); });
-    ConnectNotices(widget, *this);
 }
 
 ForeignWindow::~ForeignWindow() {

@@ -1,0 +1,249 @@
+// The focus stays with a control that is wrong, whatever the user does, and nothing of the control is lost.
+#include "support/widgets.h"
+
+#include <tov310/input_control.h>
+#include <tov310/input_control_container.h>
+#include <tov310/messages.h>
+#include <tov310/qt_values.h>
+#include <tov310/wnd_on.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace tov {
+namespace {
+
+// Wrong while its text begins with "bad".
+struct Field : CWndOn<QLineEdit, CWnd>, CTovInputControl {
+    explicit Field(QWidget* parent = nullptr) : CWndOn(parent) {}
+    using CTovInputControl::operator=;
+    CWnd* GetWnd() override { return this; }
+    void PreSubclassWindow() override { HookControl(); }
+    int IsEmpty() override { return text().isEmpty(); }
+    int SetReadOnlyMode(int on) override { return CTovInputControl::SetReadOnlyMode(on); }
+    eState OnValidate(CString* message) override {
+        if (!text().startsWith("bad")) return eStateValid;
+        if (message != nullptr) *message = "wrong: " + TovText(text());
+        return eStateInvalid;
+    }
+};
+
+// A dialog of a host that knows Qt only.
+struct Form : QDialog {
+    struct Container : CTovInputControlContainer {
+        using CTovInputControlContainer::CTovInputControlContainer;
+        using CTovInputControlContainer::HookAllDlgCtrls;
+        using CTovInputControlContainer::HookContainer;
+        void OnShowValidationText(HWND window, unsigned, unsigned long, CString* message) override {
+            shown.push_back(*message);
+            at = TovWidget(window);
+        }
+        void OnHideValidationText() override { ++hidden; }
+        std::vector<CString> shown;
+        QWidget* at = nullptr;
+        int hidden = 0;
+    };
+
+    Form() {
+        auto* const layout = new QVBoxLayout(this);
+        auto* const label = new QLabel("&Second");
+        label->setBuddy(&second);
+        tool.setFocusPolicy(Qt::NoFocus);
+        spin.setFocusPolicy(Qt::WheelFocus);
+        combo.addItems({"one", "two"});
+        list.addItems({"one", "two", "three"});
+        calculate.setAutoDefault(true);
+        for (QWidget* const w : std::initializer_list<QWidget*>{&first, label, &second, &tool, &spin, &combo,
+                                                                &list, &check, &calculate, &box})
+            layout->addWidget(w);
+        connect(&box, &QDialogButtonBox::accepted, this, &QDialog::accept);
+        connect(&box, &QDialogButtonBox::rejected, this, &QDialog::reject);
+        connect(&tool, &QToolButton::clicked, this, [this] { ++tooled; });
+        connect(&calculate, &QPushButton::clicked, this, [this] { ++calculated; });
+        connect(box.button(QDialogButtonBox::Help), &QPushButton::clicked, this, [this] { ++helped; });
+        connect(&first, &QLineEdit::editingFinished, this, [this] { ++finished; });
+        box.button(QDialogButtonBox::Ok)->setDefault(true);
+        show();
+        activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(this));
+        first.setFocus();
+        container.HookContainer();
+        container.HookAllDlgCtrls(nullptr);
+    }
+    void accept() override {
+        if (container.ValidateCommand(IDOK) != 0) QDialog::accept();
+    }
+
+    void Click(QWidget& target, QPoint place = {}) {
+        if (place.isNull()) place = target.rect().center();
+        QTest::mouseClick(windowHandle(), Qt::LeftButton, {}, target.mapTo(this, place));
+    }
+    void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(windowHandle(), key, modifiers);
+    }
+    void Wheel(QWidget& target) {
+        QPointF const place = target.mapTo(this, target.rect().center());
+        QWheelEvent event(place, mapToGlobal(place), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(windowHandle(), &event);
+    }
+
+    Field first, second;
+    QToolButton tool;
+    QSpinBox spin;
+    QComboBox combo;
+    QListWidget list;
+    QCheckBox check{"Chec&k"};
+    QPushButton calculate{"C&alculate"};
+    QDialogButtonBox box{QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Help};
+    int tooled = 0, calculated = 0, helped = 0, finished = 0;
+    Container container{TovWnd(this)};
+};
+
+struct FocusGuardOnWidgets : testing::Test {
+    void BeWrong() {
+        form.first.setText("bad one");
+        form.first.setFocus();
+        form.first.setSelection(4, 3);
+        form.finished = 0;
+        form.container.shown.clear();
+    }
+    // Nothing has moved and nothing is lost.
+    void ExpectRefused(char const* what, std::function<void()> const& act) {
+        SCOPED_TRACE(what);
+        BeWrong();
+        int const value = form.spin.value();
+        act();
+        EXPECT_EQ(QApplication::focusWidget(), &form.first);
+        EXPECT_EQ(form.first.text(), "bad one");
+        EXPECT_EQ(form.first.selectedText(), "one");
+        EXPECT_EQ(form.finished, 0);
+        EXPECT_EQ(form.container.shown, std::vector<CString>{"wrong: bad one"});
+        EXPECT_EQ(form.container.at, &form.first);
+        EXPECT_TRUE(form.isVisible());
+        EXPECT_EQ(form.tooled + form.calculated + form.helped, 0);
+        EXPECT_EQ(form.spin.value(), value);
+        EXPECT_FALSE(form.check.isChecked());
+        EXPECT_FALSE(form.list.currentItem() != nullptr && form.list.currentItem()->isSelected());
+        EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+        EXPECT_EQ(form.container.FocusIsBlocked(), 1);
+    }
+    Form form;
+};
+
+TEST_F(FocusGuardOnWidgets, RefusesEveryWayOut) {
+    ExpectRefused("Tab", [&] { form.Key(Qt::Key_Tab); });
+    ExpectRefused("Shift+Tab", [&] { form.Key(Qt::Key_Tab, Qt::ShiftModifier); });
+    ExpectRefused("click on another field", [&] { form.Click(form.second); });
+    ExpectRefused("click on a control without focus", [&] { form.Click(form.tool); });
+    ExpectRefused("click in a list", [&] { form.Click(*form.list.viewport(), {20, 5}); });
+    ExpectRefused("click on a check box", [&] { form.Click(form.check, {8, 8}); });
+    ExpectRefused("click on a combo box", [&] { form.Click(form.combo); });
+    ExpectRefused("click on a button", [&] { form.Click(form.calculate); });
+    ExpectRefused("double click", [&] {
+        QTest::mouseDClick(form.windowHandle(), Qt::LeftButton, {}, form.second.mapTo(&form, QPoint(5, 5)));
+        form.container.shown.resize(1);  // once for each press of the two
+    });
+    ExpectRefused("wheel on a spin box", [&] { form.Wheel(form.spin); });
+    ExpectRefused("mnemonic of a label", [&] { form.Key(Qt::Key_S, Qt::AltModifier); });
+    ExpectRefused("mnemonic of a button", [&] { form.Key(Qt::Key_A, Qt::AltModifier); });
+    ExpectRefused("mnemonic of a check box", [&] { form.Key(Qt::Key_K, Qt::AltModifier); });
+    ExpectRefused("code", [&] { form.second.setFocus(); });
+    ExpectRefused("Enter", [&] {
+        form.Key(Qt::Key_Return);
+        form.finished = 0;  // whoever presses it has finished
+    });
+    ExpectRefused("OK", [&] { form.Click(*form.box.button(QDialogButtonBox::Ok)); });
+}
+
+TEST_F(FocusGuardOnWidgets, LetsHelpCancelAndClosingThrough) {
+    BeWrong();
+    form.Click(*form.box.button(QDialogButtonBox::Help));
+    EXPECT_EQ(form.helped, 1);
+    EXPECT_EQ(QApplication::focusWidget(), &form.first);
+    EXPECT_EQ(form.first.selectedText(), "one");
+    form.Click(*form.box.button(QDialogButtonBox::Cancel));
+    EXPECT_FALSE(form.isVisible());
+
+    form.show();
+    BeWrong();
+    form.Key(Qt::Key_Escape);
+    EXPECT_FALSE(form.isVisible());
+
+    form.show();
+    BeWrong();
+    form.close();
+    EXPECT_FALSE(form.isVisible());
+}
+
+TEST_F(FocusGuardOnWidgets, FollowsTheFocusOfValidControls) {
+    form.first.setText("fine");
+    form.Key(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), &form.second);
+    EXPECT_EQ(form.container.GetWndTopmostFocus(), TovHandle(&form.second));
+    EXPECT_EQ(form.finished, 1);
+    form.Click(form.tool);
+    EXPECT_EQ(form.tooled, 1);
+    form.Click(form.check, {8, 8});
+    EXPECT_TRUE(form.check.isChecked());
+    form.Wheel(form.spin);
+    EXPECT_EQ(form.container.FocusIsBlocked(), 0);
+    form.Click(*form.list.viewport(), {20, 5});
+    EXPECT_TRUE(form.list.item(0)->isSelected());
+    form.Click(form.calculate);
+    EXPECT_EQ(form.calculated, 1);
+    EXPECT_TRUE(form.container.shown.empty());
+    form.Click(form.combo);
+    EXPECT_NE(QApplication::activePopupWidget(), nullptr);
+    QTest::keyClick(form.combo.view(), Qt::Key_Down);
+    QTest::keyClick(form.combo.view(), Qt::Key_Return);
+    EXPECT_EQ(form.combo.currentIndex(), 1);
+    form.first.setFocus();
+    form.Key(Qt::Key_Return);
+    EXPECT_FALSE(form.isVisible());
+    EXPECT_EQ(form.result(), QDialog::Accepted) << "the extra button is not the default one";
+}
+
+TEST_F(FocusGuardOnWidgets, FreesTheUserFromWhatCannotTakeTheFocusBack) {
+    for (auto const& take : std::initializer_list<std::function<void()>>{
+             [&] { form.first.hide(); }, [&] { form.first.setEnabled(false); },
+             [&] { form.first.SetReadOnlyMode(1); }, [&] { form.first.setText("good"); }}) {
+        form.first.show();
+        form.first.setEnabled(true);
+        form.first.SetReadOnlyMode(0);
+        BeWrong();
+        take();
+        form.Click(form.second);
+        EXPECT_EQ(QApplication::focusWidget(), &form.second);
+        EXPECT_EQ(form.container.FocusIsBlocked(), 0);
+    }
+}
+
+TEST_F(FocusGuardOnWidgets, HidesTheTextAsSoonAsTheUserTypes) {
+    BeWrong();
+    form.Key(Qt::Key_Tab);
+    form.container.hidden = 0;
+    QTest::keyClicks(&form.first, "x");
+    EXPECT_EQ(form.container.hidden, 1);
+    EXPECT_EQ(form.first.text(), "bad x");
+}
+
+TEST_F(FocusGuardOnWidgets, LeavesOtherWindowsAlone) {
+    BeWrong();
+    QDialog other;
+    QLineEdit elsewhere(&other);
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    elsewhere.setFocus();
+    EXPECT_EQ(QApplication::focusWidget(), &elsewhere);
+    EXPECT_TRUE(form.container.shown.empty());
+    form.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    EXPECT_EQ(QApplication::focusWidget(), &form.first);
+    ExpectRefused("Tab", [&] { form.Key(Qt::Key_Tab); });
+}
+
+}  // namespace
+}  // namespace tov
