@@ -9,7 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
+#include <random>
 
 namespace tov {
 namespace {
@@ -243,6 +245,130 @@ TEST_F(FocusGuardOnWidgets, LeavesOtherWindowsAlone) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
     EXPECT_EQ(QApplication::focusWidget(), &form.first);
     ExpectRefused("Tab", [&] { form.Key(Qt::Key_Tab); });
+}
+
+// A form that is used at random. What a user may rely on is asked after every step.
+struct Walk {
+    struct Fields : QDialog {
+        Fields() {
+            auto* const layout = new QHBoxLayout(this);
+            for (auto& field : fields)
+                layout->addWidget(field = new Field);
+            layout->addWidget(&ok);
+            layout->addWidget(&cancel);
+            ok.setProperty(tovIdProperty, IDOK);
+            cancel.setProperty(tovIdProperty, IDCANCEL);
+            connect(&ok, &QPushButton::clicked, this,
+                    [this] { accepted += container.ValidateCommand(IDOK); });
+            connect(&cancel, &QPushButton::clicked, this, [this] { ++cancelled; });
+        }
+        QPointer<Field> fields[3];
+        QPushButton ok{"OK"}, cancel{"Cancel"};
+        int accepted = 0, cancelled = 0;
+        Form::Container container{TovWnd(this)};
+    };
+
+    static bool Fails(Field const* field) {
+        return field != nullptr && field->text().startsWith("bad") && !field->isHidden() &&
+               field->GetReadOnlyMode() == 0;
+    }
+
+    void Run(unsigned seed, int steps) {
+        std::mt19937 random(seed);
+        Fields form;
+        form.show();
+        form.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+        form.fields[0]->setFocus();
+        form.container.HookContainer();
+        form.container.HookAllDlgCtrls(nullptr);
+        QWidget* const buttons[] = {&form.ok, &form.cancel};
+        for (int step = 0; step < steps; ++step) {
+            auto* const held = dynamic_cast<Field*>(QApplication::focusWidget());
+            bool const holds = Fails(held) && held->isEnabled();
+            auto const* const last = dynamic_cast<Field*>(TovWidget(form.container.GetWndTopmostFocus()));
+            bool const lastHolds = Fails(last) && last->isEnabled();
+            bool const isRight = std::ranges::none_of(form.fields, [](auto const& f) { return Fails(f); });
+            QString const selected = held != nullptr ? held->selectedText() : QString();
+            int const accepted = form.accepted, cancelled = form.cancelled;
+            QPointer<Field> const field = form.fields[static_cast<unsigned>(random()) % 3];
+            unsigned const what = static_cast<unsigned>(random()) % 12;
+            QWidget* pressed = nullptr;
+            bool mayFree = false;  // the step itself may end what was wrong, or leave by Cancel
+            switch (what) {
+                case 0:
+                case 1:
+                    QTest::keyClick(form.windowHandle(), Qt::Key_Tab,
+                                    what == 0 ? Qt::NoModifier : Qt::ShiftModifier);
+                    mayFree = QApplication::focusWidget() == &form.cancel;
+                    break;
+                case 2:
+                case 3:
+                case 4:
+                    if (held == nullptr || held->isReadOnly()) break;
+                    mayFree = true;
+                    held->setText(what == 2 ? "fine" : "bad text");
+                    held->setSelection(4, 2);
+                    break;
+                case 5:
+                case 6:
+                case 7:
+                    if (field == nullptr || field->isHidden()) break;
+                    pressed = field;
+                    break;
+                case 8:
+                    pressed = buttons[random() % 2];
+                    mayFree = pressed == &form.cancel;
+                    break;
+                case 9:
+                    if (field == nullptr) break;
+                    mayFree = field == held;
+                    field->setVisible(field->isHidden());
+                    break;
+                case 10:
+                    if (field == nullptr) break;
+                    mayFree = field == held;
+                    random() % 2 == 0 ? field->setEnabled(!field->isEnabled())
+                                      : void(field->SetReadOnlyMode(!field->GetReadOnlyMode()));
+                    break;
+                default:
+                    if (field == nullptr || random() % 20 != 0) break;
+                    mayFree = field == held;
+                    delete field;
+            }
+            if (pressed != nullptr)
+                QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {},
+                                  pressed->mapTo(&form, pressed->rect().center()));
+            SCOPED_TRACE(testing::Message() << "seed " << seed << " step " << step << " what " << what);
+            if (holds && !mayFree) {
+                ASSERT_EQ(QApplication::focusWidget(), held);
+                ASSERT_TRUE(pressed == held || held->selectedText() == selected);
+            }
+            if (pressed == &form.ok && holds) {
+                ASSERT_EQ(form.accepted, accepted);
+            }
+            if (pressed == &form.ok) {
+                ASSERT_EQ(form.accepted, accepted + isRight);
+            }
+            if (pressed == &form.cancel) {
+                ASSERT_EQ(form.cancelled, cancelled + 1);
+            }
+            if (pressed != nullptr && pressed->isEnabled() && !lastHolds && pressed != &form.ok) {
+                ASSERT_EQ(QApplication::focusWidget(), pressed) << "nothing is wrong there";
+            }
+            if (std::ranges::all_of(form.fields, [](auto const& f) { return f == nullptr; })) return;
+        }
+    }
+};
+
+TEST(FocusWalk, HoldsWhatIsWrongAndNothingElse) {
+    for (unsigned seed = 0; seed < 20; ++seed)
+        Walk().Run(seed, 500);
+}
+
+TEST(DisplayFocusWalk, HoldsWhatIsWrongAndNothingElse) {
+    for (unsigned seed = 100; seed < 103; ++seed)
+        Walk().Run(seed, 300);
 }
 
 }  // namespace
