@@ -1,5 +1,7 @@
 #include <tov310/tool_tip_text.h>
 
+#include <algorithm>
+
 namespace tov {
 namespace {
 
@@ -26,6 +28,15 @@ CRect CTovToolTipText::RectangleAt(int x, int y, eAcross across, eDown down) con
     int const left = across == eLeft ? x : across == eRight ? x - m_size.cx : x - m_size.cx / 2;
     int const top = down == eTop ? y : down == eBottom ? y - m_size.cy : y - m_size.cy / 2;
     return {left, top, left + m_size.cx, top + m_size.cy};
+}
+
+CRect CTovToolTipText::KeptInside(CRect const& rect, CRect const& screen) {
+    if (screen.right <= screen.left || screen.bottom <= screen.top) return rect;
+    int const width = std::min(rect.right - rect.left, screen.right - screen.left);
+    int const height = std::min(rect.bottom - rect.top, screen.bottom - screen.top);
+    int const left = std::clamp(rect.left, screen.left, screen.right - width);
+    int const top = std::clamp(rect.top, screen.top, screen.bottom - height);
+    return {left, top, left + width, top + height};
 }
 
 int CTovToolTipText::Show(CRect const& rect) {

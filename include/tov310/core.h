@@ -3,6 +3,7 @@
 
 #include <tov310/accelerator.h>
 #include <tov310/angle.h>
+#include <tov310/announce.h>
 #include <tov310/application.h>
 #include <tov310/base64.h>
 #include <tov310/bitmap.h>
@@ -17,6 +18,7 @@
 #include <tov310/edit_angle_mask.h>
 #include <tov310/edit_filename.h>
 #include <tov310/edit_host.h>
+#include <tov310/edit_number.h>
 #include <tov310/edit_text.h>
 #include <tov310/edit_value.h>
 #include <tov310/event_channels.h>
@@ -49,12 +51,15 @@
 #include <tov310/pixels.h>
 #include <tov310/plugin.h>
 #include <tov310/profile.h>
+#include <tov310/pump.h>
+#include <tov310/raster.h>
 #include <tov310/requirements.h>
 #include <tov310/resources.h>
 #include <tov310/single_instance.h>
 #include <tov310/smart_ptr.h>
 #include <tov310/smtp.h>
 #include <tov310/styles.h>
+#include <tov310/sync_event.h>
 #include <tov310/system.h>
 #include <tov310/system_error.h>
 #include <tov310/text.h>

@@ -27,6 +27,10 @@ class TOV_CORE_API CTovToolTipText {
     CSize Size() const { return m_size; }  // of the tip: 6 pixels more than the text, each way
     CRect RectangleAt(int x, int y, eAcross across, eDown down) const;
 
+    // A rectangle that is to be seen whole, moved just into the screen. What is wider or higher than the
+    // screen is cut at the right and the bottom. On an empty screen everything stays.
+    static CRect KeptInside(CRect const& rect, CRect const& screen);
+
     // To be called when the tip is about to be shown there: 1 where something is to be moved or painted, 0
     // where the same is up at the same place.
     int Show(CRect const& rect);

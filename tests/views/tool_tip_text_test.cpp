@@ -31,6 +31,23 @@ TEST(ToolTip, PutsTheNamedPointOnThePlace) {
     }
 }
 
+TEST(ToolTip, IsKeptInsideTheScreen) {
+    struct {
+        CRect rect, screen, kept;
+    } const rows[] = {
+        {{10, 20, 50, 40}, {0, 0, 100, 80}, {10, 20, 50, 40}},
+        {{60, 70, 100, 80}, {0, 0, 100, 80}, {60, 70, 100, 80}},
+        {{61, 71, 101, 81}, {0, 0, 100, 80}, {60, 70, 100, 80}},
+        {{-7, -1, 33, 9}, {0, 0, 100, 80}, {0, 0, 40, 10}},
+        {{90, 30, 130, 40}, {-200, 0, -100, 80}, {-140, 30, -100, 40}},
+        {{-5, 0, 205, 100}, {0, 0, 100, 80}, {0, 0, 100, 80}},
+        {{5, 6, 7, 8}, {}, {5, 6, 7, 8}},
+        {{300, 9, 300, 9}, {0, 0, 100, 80}, {100, 9, 100, 9}},
+    };
+    for (auto const& [rect, screen, kept] : rows)
+        EXPECT_EQ(CTovToolTipText::KeptInside(rect, screen), kept) << rect.left << ' ' << rect.top;
+}
+
 TEST(ToolTip, ShowsOnlyWhatIsNew) {
     Tip tip;
     int measured = 0;
