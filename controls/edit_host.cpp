@@ -27,6 +27,7 @@ void CTovEditHost::SetDisplayFormat(HINSTANCE module, unsigned id) {
 
 void CTovEditHost::SetDisplayFormat(CString const& format) {
     Settings().displayFormat = format;
+    m_text->OnFormatChanged();
 }
 
 void CTovEditHost::SetAllowedChars(eTovAllowedChars allowed, CString* characters) {

@@ -230,6 +230,12 @@ void CTovEditText::ShowValue() {
     }
 }
 
+void CTovEditText::OnFormatChanged() {
+    if (!HasWindow() || m_host.ControlOrChildHasFocus() != 0) return;
+    m_host.LimitTextValue();
+    m_host.ShowValue();
+}
+
 void CTovEditText::LimitTextValue() {
     bool const isReadOnly = m_host.InputControl().GetReadOnlyMode() != 0;
     if (m_host.GetDisplayFormat().empty() || (!isReadOnly && m_host.ControlOrChildHasFocus() != 0)) {

@@ -27,17 +27,6 @@ bool HoldsCharacter(std::string_view text, char32_t character) {
     return text.find(wanted) != text.npos;
 }
 
-std::string_view TrimmedSpaces(std::string_view text, bool left, bool right) {
-    for (std::string_view rest = text; left && !rest.empty() && IsSpaceCharacter(TakeCharacter(rest));)
-        text = rest;
-    if (!right) return text;
-    std::size_t end = 0;
-    for (std::string_view rest = text; !rest.empty();) {
-        if (!IsSpaceCharacter(TakeCharacter(rest))) end = text.size() - rest.size();
-    }
-    return text.substr(0, end);
-}
-
 }  // namespace
 
 void CTovEditText::Convert(CString& text) const {

@@ -1,6 +1,8 @@
 // The tables come from UnicodeData.txt of Unicode 14.
 #include "util/letters.h"
 
+#include "util/code_points.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
@@ -269,6 +271,17 @@ char32_t ToLowerCase(char32_t character) {
 char32_t ToUpperCase(char32_t character) {
     if (character < 0x80) return IsIn(character, 'a', 'z') ? character - 32 : character;
     return OtherCase(upperRanges, character);
+}
+
+std::string_view TrimmedSpaces(std::string_view text, bool left, bool right) {
+    for (std::string_view rest = text; left && !rest.empty() && IsSpaceCharacter(TakeCharacter(rest));)
+        text = rest;
+    if (!right) return text;
+    std::size_t end = 0;
+    for (std::string_view rest = text; !rest.empty();) {
+        if (!IsSpaceCharacter(TakeCharacter(rest))) end = text.size() - rest.size();
+    }
+    return text.substr(0, end);
 }
 
 }  // namespace tov

@@ -2,6 +2,8 @@
 // locale.
 #pragma once
 
+#include <string_view>
+
 namespace tov {
 
 // A letter, or a mark that stands on one.
@@ -17,5 +19,8 @@ bool IsSpaceCharacter(char32_t character);
 // stay.
 char32_t ToLowerCase(char32_t character);
 char32_t ToUpperCase(char32_t character);
+
+// The text without white space at the wanted ends.
+std::string_view TrimmedSpaces(std::string_view text, bool left, bool right);
 
 }  // namespace tov

@@ -142,10 +142,10 @@ void AppendNumber(std::string& out, double value, NumberConversion const& conver
         std::transform(digits, end, digits,
                        [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
     }
-    char const sign = std::signbit(value) && !nothing && !std::isnan(value) ? '-'
-                      : conversion.plus                                     ? '+'
-                      : conversion.blank                                    ? ' '
-                                                                            : '\0';
+    char const sign = std::signbit(value) && (!nothing || conversion.zeroSign) && !std::isnan(value) ? '-'
+                      : conversion.plus                                                              ? '+'
+                      : conversion.blank                                                             ? ' '
+                                                                                                     : '\0';
     auto const length = static_cast<int>(end - digits) + (sign != '\0');
     auto const padding = static_cast<std::size_t>(std::max(conversion.width - length, 0));
     bool const zeros = conversion.zeros && !conversion.left && finite;

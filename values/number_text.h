@@ -8,15 +8,16 @@ namespace tov {
 
 // One conversion of a printf format.
 struct NumberConversion {
-    char kind = 'f';     // one of f F e E g G
-    bool left = false;   // flag -
-    bool plus = false;   // flag +
-    bool blank = false;  // flag blank
-    bool zeros = false;  // flag 0
-    bool full = false;   // flag #: always a point, and all digits of %g
-    int width = 0;       // limited to maxNumberWidth
-    int precision = 6;   // limited to maxNumberWidth
-    bool star = false;   // the precision is an argument
+    char kind = 'f';        // one of f F e E g G
+    bool left = false;      // flag -
+    bool plus = false;      // flag +
+    bool blank = false;     // flag blank
+    bool zeros = false;     // flag 0
+    bool full = false;      // flag #: always a point, and all digits of %g
+    int width = 0;          // limited to maxNumberWidth
+    int precision = 6;      // limited to maxNumberWidth
+    bool star = false;      // the precision is an argument
+    bool zeroSign = false;  // what prints as zero keeps its "-", as with printf
 };
 
 // What is asked for beyond this has no use, and a text from outside may ask for anything.
@@ -26,7 +27,7 @@ inline constexpr int maxNumberWidth = 1024;
 // `position`. Answers its length, or 0 where there is none.
 std::size_t ReadConversion(std::string_view format, std::size_t position, NumberConversion& conversion);
 
-// Prints as printf does, except that what prints as zero has no "-".
+// Prints as printf does, except that what prints as zero has no "-" unless asked for.
 void AppendNumber(std::string& out, double value, NumberConversion const& conversion);
 
 // The number at the start of a text, by the rules of strtod for decimal numbers: blanks, sign, digits with a

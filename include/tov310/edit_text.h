@@ -175,6 +175,8 @@ class TOV_CORE_API CTovEditText {
     CTovEditText& operator=(CTovEditText const&) = delete;
     ~CTovEditText();
 
+    CTovEditHost& Host() const { return m_host; }
+
     CTovEditSettings settings;
     CTovEditCompanions companions;  // kept by whoever creates the windows
 
@@ -250,6 +252,7 @@ class TOV_CORE_API CTovEditText {
     void InternalSetWindowTextNoTrimNoUndoRedo(char const* text);
 
     void ShowValue();
+    void OnFormatChanged();              // shows it anew, unless somebody is typing
     void ShowText(CString const& text);  // as it is; no change
     void LimitTextValue();
     void LimitTextInputValue();
