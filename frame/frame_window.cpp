@@ -4,9 +4,12 @@
 #include <tov310/document.h>
 #include <tov310/menu.h>
 #include <tov310/messages.h>
+#include <tov310/resources.h>
 #include <tov310/view.h>
 
 #include "frame/handle_of.h"
+
+#include <algorithm>
 
 namespace tov {
 namespace {
@@ -27,18 +30,20 @@ unsigned FirstCommandOf(CMenu const& menu) {
     return 0;
 }
 
-void UpdateStates(CMenu& menu, CCmdTarget& target) {
-    for (unsigned i = 0; i < menu.GetMenuItemCount(); ++i) {
+}  // namespace
+
+void TovUpdateMenuStates(CMenu& menu, CCmdTarget& target, int disableIfNoHandler) {
+    std::weak_ptr<void const> const life = menu.Life();
+    // Who tells a state may change the menu.
+    for (unsigned i = 0; !life.expired() && i < menu.GetMenuItemCount(); ++i) {
         CCmdUI state;
         state.m_pMenu = &menu;
         state.m_nIndex = i;
         state.m_pSubMenu = menu.GetSubMenu(i);
         state.m_nID = state.m_pSubMenu != nullptr ? FirstCommandOf(*state.m_pSubMenu) : menu.GetMenuItemID(i);
-        state.DoUpdate(&target, state.m_pSubMenu == nullptr);
+        state.DoUpdate(&target, disableIfNoHandler != 0 && state.m_pSubMenu == nullptr);
     }
 }
-
-}  // namespace
 
 CView* CFrameWnd::GetActiveView() const {
     return WindowOfKind<CView>(m_activeView, CView::classCView);
@@ -63,6 +68,17 @@ CFrameWnd* CFrameWnd::GetActiveFrame() {
     return this;
 }
 
+void CFrameWnd::GetMessageString(unsigned id, CString& text) const {
+    TovLoadString(id, text);
+    text.erase(std::min(text.find('\n'), text.size()));
+}
+
+void CFrameWnd::GetToolTipString(unsigned id, CString& text) const {
+    TovLoadString(id, text);
+    std::size_t const end = text.find('\n');
+    text.erase(0, end == text.npos ? end : end + 1);
+}
+
 void CFrameWnd::ActivateFrame() {}
 
 int CFrameWnd::OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info) {
@@ -74,7 +90,8 @@ int CFrameWnd::OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* inf
 }
 
 LRESULT CFrameWnd::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_INITMENUPOPUP && wParam != 0) UpdateStates(*reinterpret_cast<CMenu*>(wParam), *this);
+    if (message == WM_INITMENUPOPUP && wParam != 0)
+        TovUpdateMenuStates(*reinterpret_cast<CMenu*>(wParam), *this, 1);
     return CWnd::WindowProc(message, wParam, lParam);
 }
 

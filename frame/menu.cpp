@@ -189,6 +189,11 @@ int CMenu::SetMenuItemData(unsigned place, WPARAM data, unsigned flags) {
     return 1;
 }
 
+std::weak_ptr<void const> CMenu::Life() const {
+    if (m_life == nullptr) m_life = std::make_shared<char>();
+    return m_life;
+}
+
 void CMenu::MeasureItem(MEASUREITEMSTRUCT*) {}
 
 void CMenu::DrawItem(DRAWITEMSTRUCT*) {}

@@ -43,6 +43,10 @@ class TOV_CORE_API CCmdUI {
     int DoUpdate(CCmdTarget* target, int disableIfNoHandler);
 };
 
+// Has the target tell the states of all commands that stand directly in the menu; a popup is asked for by its
+// first command. With disableIfNoHandler what nobody would do is disabled.
+TOV_CORE_API void TovUpdateMenuStates(CMenu& menu, CCmdTarget& target, int disableIfNoHandler);
+
 namespace detail {
 
 template <typename Class, auto Function>

@@ -26,6 +26,7 @@ inline constexpr unsigned MF_GRAYED = 0x1;
 inline constexpr unsigned MF_DISABLED = 0x2;
 inline constexpr unsigned MF_CHECKED = 0x8;
 inline constexpr unsigned MF_POPUP = 0x10;
+inline constexpr unsigned MF_HILITE = 0x80;  // the entry that the mouse or the keys are on, for DrawItem only
 inline constexpr unsigned MF_OWNERDRAW = 0x100;
 inline constexpr unsigned MF_RADIOCHECK = 0x200;  // the check mark is that of one choice among several
 inline constexpr unsigned MF_BYPOSITION = 0x400;
@@ -45,7 +46,7 @@ struct MEASUREITEMSTRUCT {
 // What a menu is told when an owner-drawn entry is to be painted.
 struct DRAWITEMSTRUCT {
     unsigned itemID = 0;
-    unsigned itemState = 0;  // MF_GRAYED, MF_CHECKED ... as the entry has them
+    unsigned itemState = 0;  // MF_GRAYED, MF_CHECKED ... as the entry has them, and MF_HILITE
     CDC* hDC = nullptr;      // borrowed for the call
     CRect rcItem;            // pixels, exclusive at the right and at the bottom
     WPARAM itemData = 0;
@@ -127,6 +128,9 @@ class TOV_CORE_API CMenu : public CObject {
     WPARAM GetMenuItemData(unsigned place, unsigned flags) const;
     int SetMenuItemData(unsigned place, WPARAM data, unsigned flags);
 
+    // Expires with the menu: tells whoever shows it that it is gone. Made on the first call.
+    std::weak_ptr<void const> Life() const;
+
     // Owner-drawn entries of this menu; the default leaves everything to whoever shows the menu.
     virtual void MeasureItem(MEASUREITEMSTRUCT* item);
     virtual void DrawItem(DRAWITEMSTRUCT* item);
@@ -150,6 +154,7 @@ class TOV_CORE_API CMenu : public CObject {
 
     std::vector<Entry> m_entries;
     CMenu* m_parent = nullptr;  // the menu that this one is a popup of
+    mutable std::shared_ptr<void const> m_life;
 };
 
 // 1 where the position holds a separator.

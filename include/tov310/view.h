@@ -24,6 +24,12 @@ class TOV_CORE_API CFrameWnd : public CWnd {
     // else this one itself.
     virtual CFrameWnd* GetActiveFrame();
 
+    // What a command does, in words for the status bar, and its short name for a tool tip. Here both stand in
+    // the text with the command's number in the current resource module (TovLoadString), divided by a line
+    // end: "Opens a table of places\nOpen". Empty where there is none.
+    virtual void GetMessageString(unsigned id, CString& text) const;
+    virtual void GetToolTipString(unsigned id, CString& text) const;
+
     // Brings the frame to the front. Without a screen there is nothing to do.
     virtual void ActivateFrame();
 
