@@ -163,6 +163,7 @@ class CWndOn : public detail::ViewportEvents<Q>, public CTovWidgetWnd<W> {
         detail::RegisterWidget(*this, *this);
     }
     CWndOn(CWndOn const&) = delete;
+    CWndOn(CWndOn&&) = delete;  // or it would count as an argument of Q's
     CWndOn& operator=(CWndOn const&) = delete;
     ~CWndOn() override { detail::ForgetWidget(*this, *this); }
 
