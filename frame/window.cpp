@@ -4,6 +4,7 @@
 #include "frame/hook_chain.h"
 
 #include <tov310/messages.h>
+#include <tov310/pump.h>
 #include <tov310/styles.h>
 #include <tov310/system.h>
 #include <tov310/view.h>
@@ -29,10 +30,6 @@ void PrintFault(char const* text) {
 
 std::atomic<void (*)(char const*)> faultHandler{PrintFault};
 
-void ReportFault(char const* text) {
-    faultHandler.load()(text);
-}
-
 // The user-interface thread is whoever made the first of the living windows.
 std::atomic<std::thread::id> interfaceThread{};
 std::atomic<std::size_t> livingWindows{0};
@@ -45,6 +42,8 @@ bool ClaimInterfaceThread() {
     std::thread::id nobody{};
     return interfaceThread.compare_exchange_strong(nobody, std::this_thread::get_id()) || OnInterfaceThread();
 }
+
+int postHolds = 0;  // of the user-interface thread
 
 // A message from another thread that waits for its answer. Shared by both sides, since either may be the last
 // to let go of it; all but the text is guarded by the queue.
@@ -153,7 +152,7 @@ CWnd* FindToSend(HWND window) {
     if (OnInterfaceThread()) [[likely]]
         return HandleTable::Instance().Find(window);
     if (IsWindow(window))
-        ReportFault("a message was sent from a thread other than the user-interface thread");
+        TovReportFault("a message was sent from a thread other than the user-interface thread");
     return nullptr;
 }
 
@@ -166,7 +165,7 @@ CWnd::~CWnd() {
 int CWnd::Attach() {
     if (m_handle) return 0;
     if (!ClaimInterfaceThread()) {
-        ReportFault("a window was made on a thread other than the user-interface thread");
+        TovReportFault("a window was made on a thread other than the user-interface thread");
         return 0;
     }
     m_handle = HandleTable::Instance().Add(*this);
@@ -185,7 +184,7 @@ int CWnd::SubclassDlgItem(unsigned, CWnd*) {
 void CWnd::Detach() {
     if (!m_handle) return;
     if (!OnInterfaceThread()) {
-        ReportFault("a window was destroyed on a thread other than the user-interface thread");
+        TovReportFault("a window was destroyed on a thread other than the user-interface thread");
     }
     if (m_hook != nullptr) TellHooksOfDeath(m_handle);
     HandleTable::Instance().Remove(m_handle);
@@ -337,9 +336,10 @@ int TovSendMessageTimeout(HWND window, unsigned message, WPARAM wParam, LPARAM l
 
 unsigned TovDispatchPosts() {
     if (!TovIsUserInterfaceThread()) {
-        ReportFault("posts were dispatched on a thread other than the user-interface thread");
+        TovReportFault("posts were dispatched on a thread other than the user-interface thread");
         return 0;
     }
+    if (postHolds > 0) return 0;
     PostQueue& queue = PostQueue::Instance();
     std::unique_lock lock(queue.guard);
     std::uint64_t const last = queue.posted;
@@ -368,6 +368,25 @@ unsigned TovDispatchPosts() {
     return delivered;
 }
 
+CTovPostHold::CTovPostHold() {
+    ++postHolds;
+}
+
+CTovPostHold::~CTovPostHold() {
+    if (--postHolds > 0) return;
+    PostQueue& queue = PostQueue::Instance();
+    void (*wake)() = nullptr;
+    {
+        std::scoped_lock const lock(queue.guard);
+        if (!queue.posts.empty()) wake = queue.wake;
+    }
+    if (wake != nullptr) wake();
+}
+
+int CTovPostHold::IsHeld() {
+    return postHolds > 0;
+}
+
 bool TovWaitForPosts(unsigned milliseconds) {
     PostQueue& queue = PostQueue::Instance();
     std::unique_lock lock(queue.guard);
@@ -384,6 +403,10 @@ void TovSetPostWaker(void (*wake)()) {
         waiting = !queue.posts.empty();
     }
     if (waiting && wake != nullptr) wake();
+}
+
+void TovReportFault(char const* text) {
+    faultHandler.load()(text != nullptr ? text : "");
 }
 
 void TovSetFaultHandler(void (*report)(char const* text)) {

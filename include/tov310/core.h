@@ -11,6 +11,7 @@
 #include <tov310/compare.h>
 #include <tov310/device_context.h>
 #include <tov310/dialog.h>
+#include <tov310/dialog_template.h>
 #include <tov310/dib.h>
 #include <tov310/distance.h>
 #include <tov310/document.h>

@@ -261,6 +261,9 @@ TOV_CORE_API void TovSetPostWaker(void (*wake)());
 // the wrong thread. Null puts the default back, which writes the text to the standard error output.
 TOV_CORE_API void TovSetFaultHandler(void (*report)(char const* text));
 
+// Tells that function of a fault. Any thread may.
+TOV_CORE_API void TovReportFault(char const* text);
+
 // The number of a message by name: that of messages.h for the library's own, otherwise a new one up to 0xDFFF
 // that stays fixed in the process. The same name always gives the same number. 0 for an empty name or when
 // all numbers are given away. Any thread may ask.

@@ -1,0 +1,18 @@
+// The text form of a dialog in a resource module.
+#pragma once
+
+#include <tov310/dialog_template.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tov {
+
+// Reads the form that docs/resources.md tells. Texts that are given by id come from the module, and from the
+// library where it lacks them. Every fault is a line of its own that begins with dialog.name; with any the
+// dialog is of no use.
+bool ParseDialogTemplate(std::string_view json, HINSTANCE texts, CTovDialogTemplate& dialog,
+                         std::vector<std::string>& faults);
+
+}  // namespace tov
