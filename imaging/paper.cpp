@@ -99,6 +99,10 @@ int CTovCDCHelper::GetPaperSizeInInches(_devicemodeA const* mode, double& width,
     return known;
 }
 
+int CTovCDCHelper::GetPaperSizeInInches(CPrintInfo const* info, double& width, double& height) {
+    return GetPaperSizeInInches(info != nullptr ? info->m_pDevMode : nullptr, width, height);
+}
+
 CRect CTovCDCHelper::CalculatePrintArea(CDC const* dc, double paperWidth, double paperHeight,
                                         CRect const& margins, int metric) {
     if (dc == nullptr) return {};

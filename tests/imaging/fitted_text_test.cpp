@@ -115,12 +115,15 @@ TEST(Paper, SizesInInches) {
     };
     for (auto const& row : rows) {
         double width = -1, height = -1;
-        EXPECT_EQ(CTovCDCHelper::GetPaperSizeInInches(&row.mode, width, height), row.known);
+        CPrintInfo job;
+        job.m_pDevMode = &row.mode;
+        EXPECT_EQ(CTovCDCHelper::GetPaperSizeInInches(&job, width, height), row.known);
         EXPECT_NEAR(width, row.width, 1e-9);
         EXPECT_NEAR(height, row.height, 1e-9);
     }
     double width = -1, height = -1;
-    EXPECT_EQ(CTovCDCHelper::GetPaperSizeInInches(nullptr, width, height), 0);
+    CPrintInfo const unprepared;
+    EXPECT_EQ(CTovCDCHelper::GetPaperSizeInInches(&unprepared, width, height), 0);
     EXPECT_EQ(width + height, 0);
 }
 
