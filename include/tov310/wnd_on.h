@@ -159,6 +159,7 @@ class CWndOn : public detail::ViewportEvents<Q>, public CTovWidgetWnd<W> {
 
  public:
     template <class... Arguments>
+    requires std::is_constructible_v<Q, Arguments...>
     explicit CWndOn(Arguments&&... arguments) : Events(std::forward<Arguments>(arguments)...) {
         detail::RegisterWidget(*this, *this);
     }
