@@ -23,13 +23,17 @@ constexpr unsigned mgonsAbbreviationText = 26134;
 
 constexpr int mostSecondsDecimals = 5;
 
-// What SecOnly counts: how many there are in a radian and, as it always was,
+// What SecOnly counts: how many are in a degree or gon, how many of these in a radian, and, as it always was,
 // after how many the limit begins again. Nothing for units that have no such
 // form.
 struct SmallUnit {
     double perRadian = 0;
+    double perWhole = 0;
     double circle = 0;
     unsigned text = 0;
+
+    double Count(double radians) const { return radians * perRadian * perWhole; }
+    double Radians(double count) const { return count / perWhole / perRadian; }
 };
 
 SmallUnit SmallUnitOf(long unit) {
@@ -37,10 +41,10 @@ SmallUnit SmallUnitOf(long unit) {
         case TOV_UNIT_DEGREES:
         case TOV_UNIT_DMS:
         case TOV_UNIT_PACKED_DMS:
-            return {57.29577951308232 * 3600.0, 360.0, secondsAbbreviationText};
+            return {57.29577951308232, 3600.0, 360.0, secondsAbbreviationText};
         case TOV_UNIT_GON:
         case TOV_UNIT_PACKED_GON:
-            return {63.66197723675813 * 1000.0, 400.0, mgonsAbbreviationText};
+            return {63.66197723675813, 1000.0, 400.0, mgonsAbbreviationText};
         default:
             return {};
     }
@@ -129,10 +133,11 @@ double CTovEditAngleMask::ConvertStdTo(double radians, int usePrecision, int use
     bool const isLimited = m_bLimitToCircle != 0 && useLimit != 0;
     SmallUnit const small = m_bSecOnly != 0 ? SmallUnitOf(Settings().Unit()) : SmallUnit();
     if (small.perRadian != 0) {
-        double const count = radians * small.perRadian;
+        double const count = small.Count(radians);
         if (!isLimited) return count;
         double const power = std::pow(10.0, m_displayDecimals);
-        double const rounded = std::round(count * power) / power;
+        // A number without decimals is round already, and must not overflow.
+        double const rounded = std::fabs(count) < 1e15 ? std::round(count * power) / power : count;
         return rounded < small.circle ? rounded : std::fmod(rounded, small.circle);
     }
     if (!isLimited) return m_units.Host().CTovEditValueHost::ConvertStdTo(radians, usePrecision, useLimit);
@@ -168,14 +173,13 @@ double CTovEditAngleMask::ConvertToStd(double shown, int usePrecision, int useLi
 
 double CTovEditAngleMask::BoundToShown(double radians) {
     SmallUnit const small = m_bSecOnly != 0 ? SmallUnitOf(Settings().Unit()) : SmallUnit();
-    return small.perRadian != 0 ? radians * small.perRadian
+    return small.perRadian != 0 ? small.Count(radians)
                                 : m_units.Host().CTovEditValueHost::BoundToShown(radians);
 }
 
 double CTovEditAngleMask::BoundToStd(double shown) {
     SmallUnit const small = m_bSecOnly != 0 ? SmallUnitOf(Settings().Unit()) : SmallUnit();
-    return small.perRadian != 0 ? shown / small.perRadian
-                                : m_units.Host().CTovEditValueHost::BoundToStd(shown);
+    return small.perRadian != 0 ? small.Radians(shown) : m_units.Host().CTovEditValueHost::BoundToStd(shown);
 }
 
 void CTovEditAngleMask::GetUnitAbbreviationText(CString& text) {

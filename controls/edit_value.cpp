@@ -94,7 +94,10 @@ void CTovEditValueUnits::HoldUnit() {
 }
 
 double CTovEditValueUnits::GetValue() {
-    double const shown = m_host.GetShownNumber();
+    return ToStandard(m_host.GetShownNumber());
+}
+
+double CTovEditValueUnits::ToStandard(double shown) {
     if (m_bKnown && SameBits(shown, m_dShown)) return m_dStandard;
     double const standard = InShownUnit([&] { return m_host.ConvertToStd(shown, 1, 1); });
     if (!m_bRangeKnown || shown < m_minimum.shown || shown > m_maximum.shown) return standard;
@@ -195,12 +198,15 @@ CTovInputControl::eState CTovEditValueUnits::InternalValidate(double shown, CStr
     double maximum = 0;
     m_host.GetShownRange(minimum, maximum);
     bool isWithin = shown >= minimum && shown <= maximum;
-    if (m_bKnown && SameBits(shown, m_dShown)) {
-        // Rounding for the eye makes no value wrong, nor right.
+    bool const isKnown = m_bKnown && SameBits(shown, m_dShown);
+    if (isKnown || (isWithin && m_bRangeKnown)) {
+        // Rounding for the eye makes no value wrong, nor right; and a packed number may have more than 60
+        // minutes.
         double least = 0;
         double most = 0;
         GetRange(least, most);
-        isWithin = m_dStandard >= least && m_dStandard <= most;
+        double const standard = ToStandard(shown);
+        isWithin = standard >= least && standard <= most;
     }
     if (isWithin) return CTovInputControl::eStateValid;
     if (message != nullptr) {

@@ -150,6 +150,7 @@ class TOV_CORE_API CTovEditValueUnits {
     };
 
     int Put(double standard, bool safe);
+    double ToStandard(double shown);
     double BoundToStandard(double shown, Bound const& known);
     CTovUnitSettings& Settings() { return *m_host.TovValue()->UnitSettings(); }
 
