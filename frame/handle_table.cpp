@@ -4,9 +4,10 @@
 
 namespace tov {
 
-HandleTable& HandleTable::Instance() {
-    static HandleTable& table = *std::make_unique<HandleTable>().release();
-    return table;
+HandleTable& HandleTable::Make() {
+    static HandleTable* const table = std::make_unique<HandleTable>().release();
+    one.store(table, std::memory_order_release);
+    return *table;
 }
 
 HWND HandleTable::Add(CWnd& window) {

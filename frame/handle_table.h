@@ -18,7 +18,10 @@ class CWnd;
 class HandleTable {
  public:
     // The one table of the process; it is never destroyed, since windows may outlive every static object.
-    static HandleTable& Instance();
+    static HandleTable& Instance() {
+        HandleTable* const table = one.load(std::memory_order_acquire);
+        return table != nullptr ? *table : Make();
+    }
 
     // A new handle for the window; none when the table is full. Only on the user-interface thread, as Remove.
     HWND Add(CWnd& window);
@@ -52,6 +55,10 @@ class HandleTable {
         Slot const& slot = (*chunk)[index % chunkSize];
         return slot.id.load(std::memory_order_acquire) == window.id && window.id != 0 ? &slot : nullptr;
     }
+
+    static HandleTable& Make();
+
+    static constinit inline std::atomic<HandleTable*> one{nullptr};
 
     Slot& SlotAt(std::uint32_t index) {
         return (*m_chunks[index / chunkSize].load(std::memory_order_relaxed))[index % chunkSize];

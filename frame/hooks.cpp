@@ -6,13 +6,15 @@
 
 #include "vesk/immortal.h"
 
+#include <utility>
+
 namespace tov {
 
 // A hook at work. The calls that have not come back yet form a list, the innermost first; what a call goes on
 // to is corrected while it runs, since hooks come and go meanwhile.
 class TovHookCall {
  public:
-    TovHookCall(CTovSubclassWnd& hook, HWND window)
+    TovHookCall(CTovSubclassWnd& hook, CWnd* window)
         : m_hook(&hook), m_next(hook.m_next), m_window(window), m_outer(innermost) {
         innermost = this;
     }
@@ -39,7 +41,13 @@ class TovHookCall {
         }
     }
 
-    HWND Window() const { return m_window; }
+    static void ForgetWindow(CWnd const& window) {
+        for (TovHookCall* call = innermost; call != nullptr; call = call->m_outer) {
+            if (call->m_window == &window) call->m_window = nullptr;
+        }
+    }
+
+    CWnd* Window() const { return m_window; }  // null once it is dead
     CTovSubclassWnd* Next() const { return m_next; }
 
  private:
@@ -47,23 +55,24 @@ class TovHookCall {
 
     CTovSubclassWnd* m_hook;  // null once it is deleted
     CTovSubclassWnd* m_next;
-    HWND m_window;
+    CWnd* m_window;
     TovHookCall* m_outer;
 };
 
 namespace {
 
-constinit MSG lastSentMessage;
+// The message that was sent last and is not answered yet; null for none.
+constinit MSG const* lastSentMessage = nullptr;
 
-class KeepLastSentMessage {
+class SentNow {
  public:
-    KeepLastSentMessage() = default;
-    KeepLastSentMessage(KeepLastSentMessage const&) = delete;
-    KeepLastSentMessage& operator=(KeepLastSentMessage const&) = delete;
-    ~KeepLastSentMessage() { lastSentMessage = m_kept; }
+    explicit SentNow(MSG const& message) : m_before(std::exchange(lastSentMessage, &message)) {}
+    SentNow(SentNow const&) = delete;
+    SentNow& operator=(SentNow const&) = delete;
+    ~SentNow() { lastSentMessage = m_before; }
 
  private:
-    MSG const m_kept = lastSentMessage;
+    MSG const* const m_before;
 };
 
 std::map<HWND, CTovSubclassWnd*>& NewestHooks() {
@@ -84,13 +93,12 @@ void CTovSubclassWnd::OnDestroyWindow() {
 
 LRESULT CTovSubclassWnd::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
     TovHookCall const* const call = TovHookCall::Of(*this);
-    HWND const window = call != nullptr ? call->Window() : m_window;
+    CWnd* const window = call != nullptr ? call->Window() : CWnd::FromHandlePermanent(m_window);
     if (CTovSubclassWnd* const next = call != nullptr ? call->Next() : m_next) {
         TovHookCall const nextCall(*next, window);
         return next->WindowProc(message, wParam, lParam);
     }
-    CWnd* const target = CWnd::FromHandlePermanent(window);
-    return target != nullptr ? target->WindowProc(message, wParam, lParam) : 0;
+    return window != nullptr ? window->WindowProc(message, wParam, lParam) : 0;
 }
 
 int CTovSubclassWnd::HookWindow(HWND window) {
@@ -142,18 +150,24 @@ std::map<HWND, CTovSubclassWnd*> const& CTovSubclassWnd::StaticMapHwndToSubclass
 }
 
 LRESULT CTovSubclassWnd::Default() {
-    return CTovSubclassWnd::WindowProc(lastSentMessage.message, lastSentMessage.wParam,
-                                       lastSentMessage.lParam);
+    if (lastSentMessage == nullptr) return 0;
+    MSG const message = *lastSentMessage;
+    return CTovSubclassWnd::WindowProc(message.message, message.wParam, message.lParam);
 }
 
-LRESULT SendThroughHooks(CTovSubclassWnd& newest, HWND window, unsigned message, WPARAM wParam,
+LRESULT SendThroughHooks(CTovSubclassWnd& newest, CWnd& window, unsigned message, WPARAM wParam,
                          LPARAM lParam) {
-    KeepLastSentMessage const keep;
-    lastSentMessage = {window, message, wParam, lParam};
-    TovHookCall const call(newest, window);
+    HWND const handle = window.GetSafeHwnd();
+    MSG const sent{handle, message, wParam, lParam};
+    SentNow const now(sent);
+    TovHookCall const call(newest, &window);
     LRESULT const result = newest.WindowProc(message, wParam, lParam);
-    if (message == WM_DESTROY) TellHooksOfDeath(window);
+    if (message == WM_DESTROY) TellHooksOfDeath(handle);
     return result;
+}
+
+void ForgetWindowInCalls(CWnd const& window) {
+    TovHookCall::ForgetWindow(window);
 }
 
 void TellHooksOfDeath(HWND window) {

@@ -18,7 +18,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <thread>
 #include <utility>
 
 namespace tov {
@@ -31,16 +30,18 @@ void PrintFault(char const* text) {
 std::atomic<void (*)(char const*)> faultHandler{PrintFault};
 
 // The user-interface thread is whoever made the first of the living windows.
-std::atomic<std::thread::id> interfaceThread{};
+// Threads are told apart by the address of something that each has of its own, since every send asks.
+[[gnu::tls_model("initial-exec")]] thread_local char const ownOfThread = 0;
+std::atomic<char const*> interfaceThread{nullptr};
 std::atomic<std::size_t> livingWindows{0};
 
 bool OnInterfaceThread() {
-    return interfaceThread.load(std::memory_order_acquire) == std::this_thread::get_id();
+    return interfaceThread.load(std::memory_order_acquire) == &ownOfThread;
 }
 
 bool ClaimInterfaceThread() {
-    std::thread::id nobody{};
-    return interfaceThread.compare_exchange_strong(nobody, std::this_thread::get_id()) || OnInterfaceThread();
+    char const* nobody = nullptr;
+    return interfaceThread.compare_exchange_strong(nobody, &ownOfThread) || OnInterfaceThread();
 }
 
 int postHolds = 0;  // of the user-interface thread
@@ -187,9 +188,10 @@ void CWnd::Detach() {
         TovReportFault("a window was destroyed on a thread other than the user-interface thread");
     }
     if (m_hook != nullptr) TellHooksOfDeath(m_handle);
+    ForgetWindowInCalls(*this);
     HandleTable::Instance().Remove(m_handle);
     m_handle = {};
-    if (--livingWindows == 0) interfaceThread.store({}, std::memory_order_release);
+    if (--livingWindows == 0) interfaceThread.store(nullptr, std::memory_order_release);
 }
 
 int CWnd::DestroyWindow() {
@@ -208,7 +210,7 @@ int CWnd::DestroyWindow() {
 
 LRESULT CWnd::Answer(unsigned message, WPARAM wParam, LPARAM lParam) {
     return m_hook == nullptr ? WindowProc(message, wParam, lParam)
-                             : SendThroughHooks(*m_hook, m_handle, message, wParam, lParam);
+                             : SendThroughHooks(*m_hook, *this, message, wParam, lParam);
 }
 
 LRESULT CWnd::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
@@ -297,7 +299,7 @@ int IsWindow(HWND window) {
 }
 
 bool TovIsUserInterfaceThread() {
-    return OnInterfaceThread() || interfaceThread.load(std::memory_order_acquire) == std::thread::id{};
+    return OnInterfaceThread() || interfaceThread.load(std::memory_order_acquire) == nullptr;
 }
 
 LRESULT TovSendMessage(HWND window, unsigned message, WPARAM wParam, LPARAM lParam) {
