@@ -119,7 +119,9 @@ ITovBrowseForFile* TovSetBrowseForFile(ITovBrowseForFile* browse) {
 CTovEditFilenameHost::~CTovEditFilenameHost() = default;
 
 State CTovEditFilenameHost::CheckFileExistence(char const* name, int mustExist, CString* message) {
-    return CheckExistence(TovFileFind(name) != 0, mustExist, message);
+    // A link that leads nowhere takes its name, and yet there is no file.
+    bool const isFound = TovFileFind(name) != 0 && (mustExist == 0 || TovPathExists(name) != 0);
+    return CheckExistence(isFound, mustExist, message);
 }
 
 State CTovEditFilenameHost::CheckDirectoryExistence(char const* name, int mustExist, CString* message) {
