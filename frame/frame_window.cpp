@@ -120,6 +120,10 @@ CView::~CView() {
 
 void CView::OnActivateView(int, CView*, CView*) {}
 
+void CView::OnPrepareDC(CDC*, CPrintInfo*) {}
+
+void CView::OnDraw(CDC*) {}
+
 int CView::OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info) {
     if (CWnd::OnCmdMsg(id, code, extra, info) != 0) return 1;
     return m_pDocument != nullptr ? m_pDocument->OnCmdMsg(id, code, extra, info) : 0;

@@ -116,6 +116,10 @@ CPoint CDC::SetBrushOrg(CPoint const& origin) {
     return std::exchange(m_brushOrigin, origin);
 }
 
+double CDC::GetPixelRatio() const {
+    return 1;
+}
+
 int CDC::GetDeviceCaps(int) const {
     return 0;
 }

@@ -107,6 +107,9 @@ class TOV_CORE_API CDC : public CObject {
     // one: while printing and in a print preview.
     virtual int HasAttributeDC() const;
 
+    // How many dots stand side by side in a pixel; 1 on a plain device.
+    virtual double GetPixelRatio() const;
+
     // A number about the device; 0 where it is not known.
     virtual int GetDeviceCaps(int index) const;
 

@@ -5,8 +5,10 @@
 
 namespace tov {
 
+class CDC;
 class CDocument;
 class CView;
+struct CPrintInfo;
 
 // A top-level window that holds views. Commands go first to the active view, then to the frame itself, then
 // to the application.
@@ -79,6 +81,11 @@ class TOV_CORE_API CView : public CWnd {
 
     // Told when its frame turns to it (activate 1) or away from it (0); the other view may be null.
     virtual void OnActivateView(int activate, CView* activated, CView* deactivated);
+
+    // Asked before each drawing to set a device up, and to draw on it. The job is null but while printing;
+    // there it may be told that no page is left (m_bContinuePrinting).
+    virtual void OnPrepareDC(CDC* dc, CPrintInfo* job = nullptr);
+    virtual void OnDraw(CDC* dc);
 
     int OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info) override;
 
