@@ -22,6 +22,7 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <concepts>
 #include <type_traits>
 #include <utility>
 
@@ -35,6 +36,11 @@ TOV_UI_API HWND TovHandle(QWidget* widget);
 // The widget of a window; null where it is none.
 TOV_UI_API QWidget* TovWidget(CWnd const* window);
 TOV_UI_API QWidget* TovWidget(HWND window);
+
+// A widget that is no window of the library's by itself: for a QWidget* beside an overload that takes a CWnd*,
+// where a class that is both must find its way, and null too.
+template <class T>
+concept TovPlainWidget = std::derived_from<T, QWidget> && !std::derived_from<T, CWnd>;
 
 // The event that a message to this window tells of, while it is on its way; null for messages that were sent
 // or posted.
