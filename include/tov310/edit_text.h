@@ -31,7 +31,7 @@ class CCmdUI;
 class CTovEditHost;
 
 // Which characters an edit takes.
-enum eTovAllowedChars {
+enum eTovAllowedChars : int {
     eAllowedCharsAll = 0,
     eAllowedCharsAlpha = 1,         // letters of all scripts, with their marks
     eAllowedCharsDigits = 2,        // 0 to 9
