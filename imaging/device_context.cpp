@@ -1,5 +1,7 @@
 #include <tov310/device_context.h>
 
+#include "imaging/pixel_over.h"
+
 #include <algorithm>
 #include <span>
 #include <utility>
@@ -13,15 +15,9 @@ CPoint BrushOriginIn(CRect const& rect, CPoint const& origin, int dots) {
     return {parity(origin.x, rect.left), parity(origin.y, rect.top)};
 }
 
-std::uint32_t Over(std::uint32_t below, std::uint32_t above) {
-    std::uint32_t const alpha = above >> 24;
-    std::uint32_t result = 0;
-    for (unsigned shift = 0; shift < 24; shift += 8) {
-        std::uint32_t const mixed =
-            (below >> shift & 0xFF) * (255 - alpha) + (above >> shift & 0xFF) * alpha + 127;
-        result |= mixed / 255 << shift;
-    }
-    return result | (below & 0xFF000000);
+// A device covers all of what is behind it.
+std::uint32_t OverDevice(std::uint32_t below, std::uint32_t above) {
+    return PixelOver(below | 0xFF000000, above);
 }
 
 }  // namespace
@@ -85,7 +81,7 @@ int CDC::AlphaBlend(CRect const& to, CTovPixels const& block) {
                          width, height, {0, 0, width, height}, m_nStretchMode);
     if (!above) return 0;
     std::span const pixels(below->GetBits(), below->GetCount());
-    std::ranges::transform(pixels, std::span(above->GetBits(), above->GetCount()), pixels.begin(), Over);
+    std::ranges::transform(pixels, std::span(above->GetBits(), above->GetCount()), pixels.begin(), OverDevice);
     return StretchDIBits(to.left, to.top, to.Width(), to.Height(), 0, 0, width, height, below->GetBits(),
                          TovHeaderOf(*below), SRCCOPY);
 }

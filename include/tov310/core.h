@@ -33,6 +33,8 @@
 #include <tov310/help_app.h>
 #include <tov310/hooks.h>
 #include <tov310/html_page.h>
+#include <tov310/icon.h>
+#include <tov310/image_list.h>
 #include <tov310/input_control.h>
 #include <tov310/input_control_container.h>
 #include <tov310/last_documents.h>
@@ -67,6 +69,7 @@
 #include <tov310/time_helper.h>
 #include <tov310/time_types.h>
 #include <tov310/tool_tip_text.h>
+#include <tov310/toolbar_bmp.h>
 #include <tov310/tov_time.h>
 #include <tov310/types.h>
 #include <tov310/undo_redo.h>
