@@ -23,6 +23,7 @@ inline constexpr unsigned long WS_MAXIMIZEBOX = 0x00010000;
 inline constexpr unsigned long DS_CENTER = 0x00000800;
 inline constexpr unsigned long DS_CONTEXTHELP = 0x00002000;
 
+inline constexpr unsigned long WS_EX_TOPMOST = 0x00000008;      // stays above all others
 inline constexpr unsigned long WS_EX_TRANSPARENT = 0x00000020;  // lets shine through what is behind it
 
 // Kinds of buttons, in the lowest four bits.
