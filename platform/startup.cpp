@@ -1,5 +1,8 @@
 #include "platform/startup.h"
 
+#include "platform/menu_view.h"
+#include "platform/announcer.h"
+#include "platform/pump.h"
 #include "platform/screen.h"
 
 #include <tov310/window.h>
@@ -51,6 +54,7 @@ class MainLoop : public QObject, public ScreenTimers {
     }
 
     void timerEvent(QTimerEvent* event) override {
+        if (CTovPostHold::IsHeld() != 0) return;  // the next tick comes
         auto const found = m_timers.find(event->timerId());
         if (found == m_timers.end()) return;
         auto const [window, id] = found->second;
@@ -70,6 +74,9 @@ class MainLoop : public QObject, public ScreenTimers {
 std::mutex loopGuard;
 std::unique_ptr<MainLoop> mainLoop;
 std::unique_ptr<Screen> screen;
+std::unique_ptr<Announcer> announcer;
+std::unique_ptr<WindowPump> windowPump;
+MenuPort menus;
 
 void WakeMainLoop() {
     std::scoped_lock const lock(loopGuard);
@@ -79,12 +86,17 @@ void WakeMainLoop() {
 
 void StopPlatform() {
     TovSetPostWaker(nullptr);
+    if (TovGetMenuPort() == &menus) TovSetMenuPort(nullptr);
     TovSetDefaultSystem(nullptr);
+    TovSetDefaultAnnounce(nullptr);
+    TovSetDefaultPump(nullptr);
     std::unique_ptr<MainLoop> ended;
     {
         std::scoped_lock const lock(loopGuard);
         ended = std::move(mainLoop);
     }
+    windowPump.reset();
+    announcer.reset();
     screen.reset();
 }
 
@@ -97,8 +109,13 @@ void StartPlatform() {
         mainLoop = std::make_unique<MainLoop>();
     }
     screen = std::make_unique<Screen>(*mainLoop);
+    announcer = std::make_unique<Announcer>();
+    windowPump = std::make_unique<WindowPump>();
     TovSetDefaultSystem(screen.get());
+    TovSetDefaultAnnounce(announcer.get());
+    TovSetDefaultPump(windowPump.get());
     TovSetPostWaker(WakeMainLoop);
+    if (TovGetMenuPort() == nullptr) TovSetMenuPort(&menus);
     qAddPostRoutine(StopPlatform);
 }
 

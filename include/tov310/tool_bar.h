@@ -1,0 +1,47 @@
+// Tool bars: commands as buttons.
+#pragma once
+
+#include <tov310/export.h>
+#include <tov310/window.h>
+#include <tov310/wnd_on.h>
+
+#include <QMetaObject>
+#include <QToolBar>
+
+#include <span>
+
+namespace tov {
+
+// A button sends its command to the frame around the bar, or to the window that it stands in where there is
+// no frame, when Qt is through with the click. While the bar is shown the states of the commands are asked
+// whenever the program has nothing else to do. What a button is for, in the status bar and as a tool tip,
+// says the frame (GetMessageString, GetToolTipString).
+class TOV_UI_API CTovToolBar : public CWndOn<QToolBar, CWnd> {
+    Q_OBJECT
+    TOV_DYNCREATE(CTovToolBar, CWnd)
+ public:
+    explicit CTovToolBar(QWidget* parent = nullptr);
+    ~CTovToolBar() override;
+
+    // The buttons by their commands, from left to right in the place of those before; 0 is a separator.
+    void SetButtons(std::span<unsigned const> commands);
+
+    // The button of a command, for an icon or a menu of the host's; it stays the bar's. Null for none.
+    QAction* ButtonOf(unsigned command) const;
+
+    // Asks for the states now.
+    void UpdateStates();
+
+ protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+ private:
+    CWnd* Target() const;
+    void Press(QAction const* button);
+    void SetWords();
+
+    QMetaObject::Connection m_idle;
+};
+
+}  // namespace tov
