@@ -37,8 +37,8 @@ TOV_UI_API HWND TovHandle(QWidget* widget);
 TOV_UI_API QWidget* TovWidget(CWnd const* window);
 TOV_UI_API QWidget* TovWidget(HWND window);
 
-// A widget that is no window of the library's by itself: for a QWidget* beside an overload that takes a CWnd*,
-// where a class that is both must find its way, and null too.
+// A widget that is no window of the library's by itself: for a QWidget* beside an overload that takes a
+// CWnd*, where a class that is both must find its way, and null too.
 template <class T>
 concept TovPlainWidget = std::derived_from<T, QWidget> && !std::derived_from<T, CWnd>;
 
@@ -88,6 +88,13 @@ TOV_UI_API void SetFontOf(QWidget& widget, HFONT font);
 TOV_UI_API void Redraw(QWidget& widget, unsigned flags);
 TOV_UI_API int TakePlace(QWidget& widget, CWnd& window, unsigned id, CWnd* parent);
 TOV_UI_API void HideDead(QWidget& widget);
+
+// Abstract widgets, which nobody can ask, are made from their parent.
+template <class Q, class... Arguments>
+inline constexpr bool isMadeFrom = std::is_constructible_v<Q, Arguments...>;
+template <class Q, class Parent>
+requires std::is_abstract_v<Q>
+inline constexpr bool isMadeFrom<Q, Parent> = std::is_convertible_v<Parent, QWidget*>;
 
 // Scroll areas get what happens on their viewport by a function of its own.
 template <class Q, bool IsArea = std::is_base_of_v<QAbstractScrollArea, Q>>
@@ -165,7 +172,7 @@ class CWndOn : public detail::ViewportEvents<Q>, public CTovWidgetWnd<W> {
 
  public:
     template <class... Arguments>
-    requires std::is_constructible_v<Q, Arguments...>
+    requires detail::isMadeFrom<Q, Arguments...>
     explicit CWndOn(Arguments&&... arguments) : Events(std::forward<Arguments>(arguments)...) {
         detail::RegisterWidget(*this, *this);
     }
