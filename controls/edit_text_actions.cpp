@@ -99,14 +99,14 @@ void CTovEditText::Restore(CObject* (CTovUndoRedo::*step)(CObject*), int can) {
     static_cast<void>(now.release());  // the stack's
     std::unique_ptr<CTovEditUndoRedoItem> const item(static_cast<CTovEditUndoRedoItem*>(state));
     CString text = item->m_sText;
-    bool const isWhole = m_host.TrimString(text, 1) == 0;
+    m_host.TrimString(text, 1);
     m_host.InternalSetWindowTextNoTrimNoUndoRedo(text.c_str());
     if (item->m_nSelStart != CTovEditUndoRedoItem::noSelection &&
         item->m_nSelEnd != CTovEditUndoRedoItem::noSelection) {
         auto const length = static_cast<int>(CharacterCount(text));
         m_host.SetEditSel(std::clamp(item->m_nSelStart, 0, length), std::clamp(item->m_nSelEnd, 0, length));
     }
-    if (isWhole) m_host.OnUndoRedoItemRestored(item.get());
+    m_host.OnUndoRedoItemRestored(item.get());
     RefreshUndoRedoItem();
 }
 

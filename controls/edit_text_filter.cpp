@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace tov {
 namespace {
@@ -27,24 +28,38 @@ bool HoldsCharacter(std::string_view text, char32_t character) {
     return text.find(wanted) != text.npos;
 }
 
+// Lets `change` change each character and say whether it stays.
+template <typename Change>
+void Rewrite(CString& text, Change change) {
+    CString written;
+    bool differs = false;
+    for (std::string_view rest = text; !rest.empty();) {
+        std::size_t const begin = text.size() - rest.size();
+        char32_t const character = TakeCharacter(rest);
+        char32_t other = character;
+        bool const stays = change(other);
+        if (!differs && (!stays || other != character)) {
+            written.assign(text, 0, begin);  // what was as it shall be, until here
+            differs = true;
+        }
+        if (!differs || !stays) continue;
+        if (other == character) {
+            written.append(text, begin, text.size() - rest.size() - begin);
+        } else {
+            AppendCharacter(written, other);
+        }
+    }
+    if (differs) text = std::move(written);
+}
+
 }  // namespace
 
 void CTovEditText::Convert(CString& text) const {
     if (settings.conversion == tovConvertNone) return;
-    CString converted;
-    converted.reserve(text.size());
-    for (std::string_view rest = text; !rest.empty();) {
-        std::string_view const before = rest;
-        char32_t const character = TakeCharacter(rest);
-        char32_t other = character;
-        m_host.Convert(other);
-        if (other == character) {
-            converted += before.substr(0, before.size() - rest.size());
-        } else {
-            AppendCharacter(converted, other);
-        }
-    }
-    text = std::move(converted);
+    Rewrite(text, [this](char32_t& character) {
+        m_host.Convert(character);
+        return true;
+    });
 }
 
 void CTovEditText::Convert(char32_t& character) const {
@@ -69,14 +84,7 @@ bool CTovEditText::CharAllowed(char32_t character) const {
 }
 
 void CTovEditText::RemoveNotAllowedChars(CString& text) const {
-    CString left;
-    left.reserve(text.size());
-    for (std::string_view rest = text; !rest.empty();) {
-        std::string_view const before = rest;
-        if (m_host.CharAllowed(TakeCharacter(rest)) != 0)
-            left += before.substr(0, before.size() - rest.size());
-    }
-    text = std::move(left);
+    Rewrite(text, [this](char32_t character) { return m_host.CharAllowed(character) != 0; });
 }
 
 int CTovEditText::TrimString(CString& text, int trim) const {
