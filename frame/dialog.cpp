@@ -32,8 +32,8 @@ int CDialog::OnCommand(WPARAM wParam, LPARAM lParam) {
 int CDialog::OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info) {
     if (CWnd::OnCmdMsg(id, code, extra, info) != 0) return 1;
     if (id < firstCommandOfAll) return 0;
-    CWnd* const parent = GetParent();
-    if (parent != nullptr && parent->OnCmdMsg(id, code, extra, info) != 0) return 1;
+    CWnd* const owner = GetOwner();
+    if (owner != nullptr && owner->OnCmdMsg(id, code, extra, info) != 0) return 1;
     CWinApp* const app = TovGetApp();
     return app != nullptr ? app->OnCmdMsg(id, code, extra, info) : 0;
 }

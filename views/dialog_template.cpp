@@ -105,7 +105,7 @@ constexpr StyleWord dialogWords[] = {
     {"", "maximize", WS_MAXIMIZEBOX}, {"", "center", DS_CENTER},     {"", "help", DS_CONTEXTHELP},
 };
 
-std::string Quoted(std::string_view text) {
+std::string InQuotes(std::string_view text) {
     std::string quoted = "\"";
     quoted += text;
     quoted += '"';
@@ -124,7 +124,7 @@ class MemberReader {
 
     void Tell(char const* key, std::string const& what) {
         std::string line = m_where + ": ";
-        if (key != nullptr) line += Quoted(key) + " ";
+        if (key != nullptr) line += InQuotes(key) + " ";
         m_faults.push_back(line + what);
     }
 
@@ -173,7 +173,7 @@ class MemberReader {
             if (word != nullptr && *word == row.word && std::string_view(className) == row.className)
                 return row.bits;
         }
-        Tell("kind", word != nullptr ? Quoted(*word) + " is none of this class" : "is not a word");
+        Tell("kind", word != nullptr ? InQuotes(*word) + " is none of this class" : "is not a word");
         return usual;
     }
 
@@ -197,9 +197,9 @@ class MemberReader {
                 return *word == known.word && isOurs(known.className);
             });
             if (row == words.end())
-                Tell("style", "knows no word " + Quoted(*word) + " here");
+                Tell("style", "knows no word " + InQuotes(*word) + " here");
             else if (!seen.insert(*word).second)
-                Tell("style", "holds the word " + Quoted(*word) + " twice");
+                Tell("style", "holds the word " + InQuotes(*word) + " twice");
             else
                 style = row->takesAway ? style & ~row->bits : style | row->bits;
         }
@@ -379,7 +379,7 @@ bool ParseDialogTemplate(std::string_view json, HINSTANCE texts, CTovDialogTempl
         } else if (event == object_end) {
             keys.pop_back();
         } else if (event == key && !keys.back().insert(parsed.get<std::string>()).second) {
-            tell(Quoted(parsed.get_ref<std::string const&>()) + " stands twice");
+            tell(InQuotes(parsed.get_ref<std::string const&>()) + " stands twice");
         }
         return !tooDeep;
     };

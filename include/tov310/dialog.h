@@ -20,6 +20,9 @@ class TOV_CORE_API CDialog : public CWnd {
     // Ends it with a number. The object stays.
     virtual void EndDialog(int /*result*/) {}
 
+    // The window that it stands in or, on the screen by itself, belongs to; null for none.
+    virtual CWnd* GetOwner() const { return GetParent(); }
+
     int OnCommand(WPARAM wParam, LPARAM lParam) override;
 
     // Commands from 0x8000 on that the dialog has no handler for go to the window it stands in or belongs to,

@@ -5,10 +5,12 @@
 
 #include <tov310/accelerator_keys.h>
 #include <tov310/dialog_builder.h>
+#include <tov310/button_event.h>
 #include <tov310/qt_values.h>
 #include <tov310/size_gripper.h>
 #include <tov310/tool_bar.h>
 #include <tov310/tov_dialog.h>
 #include <tov310/tov_frame.h>
 #include <tov310/wnd_on.h>
+#include <tov310/wnd_splash.h>
 #include <tov310/wnd_tool_tip.h>
