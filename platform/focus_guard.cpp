@@ -26,6 +26,8 @@ struct FocusChange {
 };
 constinit FocusChange const* undecided = nullptr;
 
+constinit QPoint lastPress;
+
 // The window that what happens on the widget belongs to.
 CWnd* Reached(QWidget const* widget) {
     return WindowRegistry::Instance().Nearest(widget);
@@ -51,6 +53,7 @@ class TopLevelGate : public QObject {
             case QEvent::MouseButtonPress:
             case QEvent::MouseButtonDblClick: {
                 auto const& mouse = static_cast<QMouseEvent const&>(*event);
+                lastPress = mouse.globalPosition().toPoint();
                 m_isRefused = !LetPass(mouse.position(), PressMessage(mouse.button()));
                 return m_isRefused;
             }
@@ -119,6 +122,10 @@ class TopLevelGate : public QObject {
 constexpr char const* gateProperty = "tovGate";
 
 }  // namespace
+
+QPoint LastPress() {
+    return lastPress;
+}
 
 bool MayBeReached(CWnd& window, unsigned mouseMessage) {
     HWND const self = window.GetSafeHwnd();

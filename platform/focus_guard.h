@@ -6,12 +6,16 @@
 #include <tov310/window.h>
 
 #include <QFocusEvent>
+#include <QPoint>
 #include <QWidget>
 
 namespace tov {
 
 // Whether the window, or a hook of it, agrees to be reached; `mouseMessage` is the press, 0 for none.
 bool MayBeReached(CWnd& window, unsigned mouseMessage);
+
+// Where the mouse was pressed last, on the screen: who gets the focus by that hears of the focus first.
+QPoint LastPress();
 
 // Looks at presses, wheel and touches on the top-level window around the widget, before the toolkit does.
 void GuardTopLevelOf(QWidget& widget);

@@ -2,6 +2,8 @@
 
 #include "platform/native_messages.h"
 
+#include <tov310/window_messages.h>
+
 #include <QKeyEvent>
 
 #include <bitset>
@@ -15,7 +17,12 @@ std::bitset<256> keysDown;  // by virtual key
 
 void NoteKey(QKeyEvent const& event) {
     if (event.isAutoRepeat()) return;
-    int const key = VirtualKeyOf(event.key(), event.modifiers().testFlag(Qt::KeypadModifier));
+    Qt::KeyboardModifiers const modifiers = event.modifiers();
+    int const key = VirtualKeyOf(event.key(), modifiers.testFlag(Qt::KeypadModifier));
+    // Modifiers may have gone down elsewhere.
+    keysDown.set(VK_SHIFT, modifiers.testFlag(Qt::ShiftModifier));
+    keysDown.set(VK_CONTROL, modifiers.testFlag(Qt::ControlModifier));
+    keysDown.set(VK_MENU, modifiers.testFlag(Qt::AltModifier));
     keysDown.set(static_cast<std::size_t>(key), event.type() == QEvent::KeyPress);
 }
 

@@ -4,10 +4,13 @@
 #pragma once
 
 #include <tov310/accelerator_keys.h>
-#include <tov310/dialog_builder.h>
 #include <tov310/button_event.h>
+#include <tov310/dialog_builder.h>
+#include <tov310/edit.h>
+#include <tov310/number_edits.h>
 #include <tov310/qt_values.h>
 #include <tov310/size_gripper.h>
+#include <tov310/string_edits.h>
 #include <tov310/tool_bar.h>
 #include <tov310/tov_dialog.h>
 #include <tov310/tov_frame.h>

@@ -1,0 +1,392 @@
+#include <tov310/edit.h>
+
+#include <tov310/cmd_ui.h>
+#include <tov310/messages.h>
+#include <tov310/qt_values.h>
+#include <tov310/styles.h>
+#include <tov310/system.h>
+
+#include "platform/focus_guard.h"
+#include "platform/native_messages.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFocusEvent>
+#include <QStyle>
+#include <QStyleOptionFrame>
+#include <QValidator>
+
+#include <limits>
+
+namespace tov {
+namespace {
+
+// Positions count characters in the engine and UTF-16 units in Qt.
+int ToUnits(QString const& text, int characters) {
+    qsizetype units = 0;
+    for (; characters > 0 && units < text.size(); --characters)
+        units += text[units].isHighSurrogate() && units + 1 < text.size() ? 2 : 1;
+    return static_cast<int>(units);
+}
+
+int ToCharacters(QString const& text, int units) {
+    int characters = 0;
+    for (int i = 0; i < units && i < text.size(); ++i)
+        characters += !(text[i].isLowSurrogate() && i > 0 && text[i - 1].isHighSurrogate());
+    return characters;
+}
+
+}  // namespace
+
+// What comes in by keys, paste, drop or input method.
+class CTovEdit::Gate : public QValidator {
+ public:
+    explicit Gate(CTovEdit& edit) : QValidator(&edit), m_edit(edit) {}
+
+    State validate(QString& input, int& position) const override {
+        CString text = TovText(input);
+        int caret = ToCharacters(input, position);
+        if (m_edit.m_text.AcceptInput(text, caret) == 0) {
+            m_edit.Beep();
+            return Invalid;
+        }
+        input = TovQString(text);
+        position = ToUnits(input, caret);
+        return Acceptable;
+    }
+
+ private:
+    CTovEdit& m_edit;
+};
+
+CTovEdit::CTovEdit(QWidget* parent) : CWndOn(parent) {
+    // The engine limits the length, by characters.
+    setMaxLength(std::numeric_limits<int>::max());
+    setValidator(std::make_unique<Gate>(*this).release());  // its child
+    connect(this, &QLineEdit::textChanged, this, &CTovEdit::OnTextChanged);
+}
+
+CTovEdit::~CTovEdit() {
+    // What still changes as the parts go is nobody's any more.
+    disconnect(this, nullptr, this, nullptr);
+    setValidator(nullptr);
+}
+
+void CTovEdit::PreSubclassWindow() {
+    CWndOn::PreSubclassWindow();
+    QString const present = text();
+    InitializeEdit();
+    if (!present.isEmpty()) m_text.AdoptWindowText();
+    ShowValue();
+}
+
+CTovCommandTable const* CTovEdit::GetCommandTable() const {
+    static constexpr auto handlers =
+        TovEditCommandHandlers<CTovEdit, &CTovEdit::OnEditCommand, &CTovEdit::OnUpdateEditCommand>();
+    static CTovCommandTable const table{CWndOn::GetCommandTable(), handlers};
+    return &table;
+}
+
+void CTovEdit::OnTextChanged() {
+    if (IgnoreEditChanged() != 0) return;
+    m_changedSinceFocus = true;
+    OnEditChanged(static_cast<unsigned>(GetDlgCtrlID()));
+    OnContentChanged();
+}
+
+void CTovEdit::OnContentChanged() {
+    TellValidity();
+}
+
+void CTovEdit::TellValidity() {
+    CString message;
+    eState const state = Validate(&message);
+    QString const words = TovQString(message);
+    if (state == m_lastState && words == accessibleDescription()) return;
+    m_lastState = state;
+    setAccessibleDescription(words);
+    Q_EMIT validityChanged(state, words);
+}
+
+CTovInputControl::eState CTovEdit::OnValidate(CString* message) {
+    CString text = m_text.GetRawString();
+    TrimString(text, 1);
+    return InternalValidate(text.c_str(), message);
+}
+
+void CTovEdit::OnEmptyChanged() {
+    CTovInputControl::OnEmptyChanged();
+    Q_EMIT emptyChanged(ValidateEmpty() != 0);
+}
+
+LRESULT CTovEdit::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_KEYDOWN:
+            if (m_text.OnKeyDown(static_cast<int>(wParam)) != 0) return 0;
+            break;
+        case WM_SETFOCUS: {
+            LRESULT result = 0;
+            GainFocus(result, wParam, lParam);
+            return result;
+        }
+        case WM_KILLFOCUS: {
+            HWND const self = GetSafeHwnd();
+            LRESULT const result = CWndOn::WindowProc(message, wParam, lParam);
+            if (!IsWindow(self)) return result;
+            m_text.OnKillFocus();
+            if (!IsWindow(self)) return result;
+            TellValidity();
+            if (std::exchange(m_changedSinceFocus, false)) Q_EMIT editingDone();
+            return result;
+        }
+        case WM_LBUTTONDOWN: {
+            // Shift extends the selection, as the toolkit does it.
+            bool const extends = (wParam & MK_SHIFT) != 0 && !m_pressGivesFocus;
+            if (!std::exchange(m_pressGivesFocus, false))
+                m_text.BeginLeftButton(CharacterAt(TovQPoint(TovPointOf(lParam))));
+            LRESULT const result = CWndOn::WindowProc(message, wParam, lParam);
+            int start = 0, end = 0;
+            if (extends) GetEditSel(start, end);
+            m_text.EndLeftButton();
+            if (extends) SetEditSel(start, end);
+            return result;
+        }
+        case WM_CONTEXTMENU:
+            m_text.OnContextMenu(TovPointOf(lParam));
+            return 0;
+        case WM_GETDLGCODE:
+            return CWndOn::WindowProc(message, wParam, lParam) | m_text.DialogCode();
+        case WM_SYSCOLORCHANGE: {
+            LRESULT const result = CWndOn::WindowProc(message, wParam, lParam);
+            if (!m_isApplyingColors) PrepareColors();
+            return result;
+        }
+        case WM_FONTCHANGE: {
+            LRESULT const result = CWndOn::WindowProc(message, wParam, lParam);
+            PlaceCompanions();
+            return result;
+        }
+        case WM_ENABLE: {
+            LRESULT const result = CWndOn::WindowProc(message, wParam, lParam);
+            ApplyColors();
+            return result;
+        }
+        default:
+            break;
+    }
+    return CWndOn::WindowProc(message, wParam, lParam);
+}
+
+void CTovEdit::GainFocus(LRESULT& result, WPARAM wParam, LPARAM lParam) {
+    auto const* const event = static_cast<QFocusEvent const*>(TovEventOf(*this, WM_SETFOCUS));
+    bool const isPressed = event != nullptr && event->reason() == Qt::MouseFocusReason;
+    // The focus comes before the press that brings it, and may show another text; the press means the one
+    // that is seen now.
+    m_pressGivesFocus = isPressed && rect().contains(mapFromGlobal(LastPress()));
+    if (m_pressGivesFocus) m_text.BeginLeftButton(CharacterAt(mapFromGlobal(LastPress())));
+    HWND const self = GetSafeHwnd();
+    result = CWndOn::WindowProc(WM_SETFOCUS, wParam, lParam);
+    if (!IsWindow(self)) return;
+    m_changedSinceFocus = false;
+    m_text.OnSetFocus();
+}
+
+bool CTovEdit::event(QEvent* event) {
+    // Keys of the engine are not shortcuts of the window while the edit has the focus.
+    if (event->type() == QEvent::ShortcutOverride) {
+        auto const& key = static_cast<QKeyEvent const&>(*event);
+        bool const isControl = key.modifiers().testFlag(Qt::ControlModifier);
+        int const number = VirtualKeyOf(key.key(), key.modifiers().testFlag(Qt::KeypadModifier));
+        if (TovEditKeyAction(number, isControl, key.modifiers().testFlag(Qt::ShiftModifier),
+                             number == VK_INSERT, m_spin != nullptr) != eEditActionNone) {
+            event->accept();
+            return true;
+        }
+    }
+    return CWndOn::event(event);
+}
+
+void CTovEdit::resizeEvent(QResizeEvent* event) {
+    CWndOn::resizeEvent(event);
+    PlaceCompanions();
+}
+
+// --- What the engine asks of the toolkit
+
+CString CTovEdit::GetEditText() {
+    return TovText(text());
+}
+
+void CTovEdit::SetEditText(CString const& content) {
+    QLineEdit::setText(TovQString(content));
+}
+
+void CTovEdit::GetEditSel(int& start, int& end) {
+    QString const content = text();
+    start = end = ToCharacters(content, cursorPosition());
+    if (!hasSelectedText()) return;
+    start = ToCharacters(content, selectionStart());
+    end = ToCharacters(content, selectionEnd());
+}
+
+void CTovEdit::SetEditSel(int start, int end) {
+    QString const content = text();
+    int const first = ToUnits(content, start);
+    int const last = ToUnits(content, end);
+    setCursorPosition(last);
+    if (first != last) setSelection(first, last - first);
+}
+
+void CTovEdit::LimitEditText(unsigned) {}
+
+void CTovEdit::ApplyReadOnly(int readOnly, int enabled) {
+    setReadOnly(readOnly != 0);
+    if (isEnabled() != (enabled != 0)) setEnabled(enabled != 0);
+    ApplyColors();
+}
+
+int CTovEdit::SetReadOnlyMode(int readOnly) {
+    return m_text.SetReadOnlyMode(readOnly);
+}
+
+int CTovEdit::ReadClipboard(CString& content) {
+    QClipboard const* const clipboard = QApplication::clipboard();
+    content = TovText(clipboard->text());
+    return !content.empty();
+}
+
+int CTovEdit::WriteClipboard(CString const& content) {
+    QApplication::clipboard()->setText(TovQString(content));
+    return 1;
+}
+
+void CTovEdit::Beep() {
+    QApplication::beep();
+}
+
+void CTovEdit::PrepareColors() {
+    CTovEditHost::PrepareColors();
+    ApplyColors();
+}
+
+void CTovEdit::ApplyColors() {
+    m_isApplyingColors = true;
+    CTovEditColors const colors = m_text.CtlColor();
+    QPalette const usual = QApplication::palette(this);
+    QPalette own = palette();
+    for (QPalette::ColorGroup const group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        auto const apply = [&](QPalette::ColorRole role, COLORREF color) {
+            own.setBrush(group, role,
+                         color == tovPlatformColor ? usual.brush(group, role) : QBrush(TovQColor(color)));
+        };
+        apply(QPalette::Text, colors.text);
+        apply(QPalette::Base, colors.back);
+    }
+    bool const isUsual = colors.text == tovPlatformColor && colors.back == tovPlatformColor;
+    QPalette const wanted = isUsual ? QPalette() : own;
+    if (wanted != palette() || testAttribute(Qt::WA_SetPalette) == isUsual) setPalette(wanted);
+    m_isApplyingColors = false;
+}
+
+int CTovEdit::CharacterAt(QPoint const& place) const {
+    return ToCharacters(text(), const_cast<CTovEdit*>(this)->cursorPositionAt(place));
+}
+
+void CTovEdit::setText(QString const& content) {
+    CTovKeepChangedByUserStatus const status(*this);
+    QLineEdit::setText(content);
+}
+
+// --- Companions
+
+int CTovEdit::CreateEditButton(char const* label) {
+    if (m_button != nullptr) return 1;
+    m_button = std::make_unique<CTovEditButton>(*this, TovQString(label)).release();  // its child
+    m_button->setEnabled(GetReadOnlyMode() == 0);
+    PlaceCompanions();
+    m_button->show();
+    OnDlgCtrlChildAdded(TovHandle(m_button));
+    return 1;
+}
+
+void CTovEdit::DeleteEditButton() {
+    delete std::exchange(m_button, nullptr);
+    PlaceCompanions();
+}
+
+int CTovEdit::CreateSpinButton() {
+    if (m_spin != nullptr) return 1;
+    m_spin = std::make_unique<CTovEditSpin>(*this).release();
+    m_spin->setEnabled(GetReadOnlyMode() == 0);
+    PlaceCompanions();
+    m_spin->show();
+    OnDlgCtrlChildAdded(TovHandle(m_spin));
+    SpinButtonSetBuddy();
+    return 1;
+}
+
+void CTovEdit::DeleteSpinButton() {
+    delete std::exchange(m_spin, nullptr);
+    PlaceCompanions();
+}
+
+void CTovEdit::EnableCompanions(int enable) {
+    if (m_button != nullptr) m_button->setEnabled(enable != 0);
+    if (m_spin != nullptr) m_spin->setEnabled(enable != 0);
+}
+
+// They lie at the right, the spin within the frame of the edit and the button behind it.
+void CTovEdit::PlaceCompanions() {
+    int const frame = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);
+    QSize const label =
+        m_button != nullptr ? fontMetrics().size(Qt::TextShowMnemonic, m_button->text()) : QSize();
+    m_text.companions.buttonWidth = m_button != nullptr ? CTovEditCompanions::ButtonWidth(TovSize(label)) : 0;
+    m_text.companions.spinWidth = m_spin != nullptr ? m_spin->WidthOf(height()) + frame : 0;
+    CRect const whole{0, 0, width(), height()};
+    int margin = 0;
+    if (m_button != nullptr) {
+        m_button->setGeometry(TovQRect(m_text.companions.Button(whole)));
+        margin += m_text.companions.buttonWidth;
+    }
+    if (m_spin != nullptr) {
+        CRect place = m_text.companions.Spin(whole);
+        place.top += frame;
+        place.bottom -= frame;
+        if (m_button == nullptr) place.right -= frame;
+        m_spin->setGeometry(TovQRect(place));
+        margin += m_text.companions.spinWidth;
+    }
+    setTextMargins(0, 0, margin, 0);
+}
+
+void CTovEdit::GetWindowBoundingRect(CRect* rect) {
+    if (rect != nullptr && GetSafeHwnd()) *rect = GetWindowRect();
+}
+
+void CTovEdit::UnhookControl() {
+    CTovInputControl::UnhookControl();
+}
+
+int CTovEdit::SetupInlineRect(CRect& container, CRect& control, HFONT font, unsigned long) {
+    return m_text.SetupInlineRect(container, control, font);
+}
+
+int CTovEdit::CreateInline(unsigned long style, CRect const& rect, CWnd* parent, unsigned int id,
+                           HFONT font) {
+    QWidget* const around = TovWidget(parent);
+    if (around == nullptr) return 0;
+    if (GetSafeHwnd()) DestroyWindow();
+    setParent(qobject_cast<QAbstractScrollArea*>(around) != nullptr
+                  ? static_cast<QAbstractScrollArea*>(around)->viewport()
+                  : around);
+    IsInline(1);
+    SetDlgCtrlID(static_cast<int>(id));
+    SetFont(font);
+    MoveWindow(rect);
+    TovHandle(this);
+    unsigned long const wanted = style | tovInlineEditStyle;
+    ModifyStyle(0, wanted & (ES_RIGHT | ES_PASSWORD | ES_READONLY | WS_DISABLED | WS_TABSTOP | WS_VISIBLE));
+    return 1;
+}
+
+}  // namespace tov

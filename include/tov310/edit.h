@@ -1,0 +1,159 @@
+// The line of text that all edits of the library are.
+//
+//   auto* const name = new tov::CTovEdit(this);
+//   name->SetMaxChars(20);
+//   name->SetConversion(tov::tovConvertToUpper);
+//   connect(name, &tov::CTovEdit::validityChanged, ...);
+//
+// What comes in, by keys, paste, drop or an input method, passes one filter; undo remembers selections; the
+// values that were entered last stand in the context menu; without the focus another text may be shown than
+// with it. To its right, within its rectangle, an edit can have a spin and a button. edit_host.h says what
+// may be overridden, edit_text.h what it does.
+#pragma once
+
+#include <tov310/controls.h>
+#include <tov310/edit_host.h>
+#include <tov310/edit_text.h>
+#include <tov310/input_control.h>
+#include <tov310/wnd_on.h>
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QString>
+
+#include <memory>
+
+namespace tov {
+
+class CTovEditButton;
+class CTovEditSpin;
+
+class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputControl, public CTovEditHost {
+    Q_OBJECT
+    TOV_DYNCREATE(CTovEdit, CEdit)
+ public:
+    explicit CTovEdit(QWidget* parent = nullptr);
+    ~CTovEdit() override;
+
+    using CTovInputControl::operator=;
+
+    // --- The contract of input controls
+
+    CWnd* GetWnd() override { return this; }
+    int ResetAttributes() override { return m_text.ResetAttributes(); }
+    int SetupInlineRect(CRect& container, CRect& control, HFONT font, unsigned long align) override;
+    int CreateInline(unsigned long style, CRect const& rect, CWnd* parent, unsigned int id,
+                     HFONT font) override;
+    void UnhookControl() override;
+    CString GetRawString() override { return m_text.GetRawString(); }
+    int IsEmpty() override { return m_text.IsEmpty(); }
+    int SetReadOnlyMode(int readOnly) override;
+    int GetMinWidth() const override { return m_text.companions.MinWidth(); }
+    void GetWindowBoundingRect(CRect* rect) override;
+    eState OnValidate(CString* message) override;
+    void OnEmptyChanged() override;
+
+    // --- The companions. Creating answers 1, also where there is one.
+
+    int CreateEditButton(char const* text) override;
+    void DeleteEditButton() override;
+    int CreateSpinButton() override;
+    void DeleteSpinButton() override;
+    CTovEditButton* GetEditButton() const { return m_button; }  // null for none; the edit's
+    CTovEditSpin* GetEditSpin() const { return m_spin; }
+
+    // As if it had been typed, but by the program.
+    void setText(QString const& text);
+
+ Q_SIGNALS:
+    // It has become wrongly empty, or is so no longer.
+    void emptyChanged(bool empty);
+    // What a validation finds now, a CTovInputControl::eState, and the words for it. Told when it is another
+    // than before, after every change and when the focus leaves.
+    void validityChanged(int state, QString const& message);
+    // The focus has left, and the user had changed something since it came.
+    void editingDone();
+    // A number is another, by the user or by the program; in the standard unit where there is one.
+    void valueChanged(double value);
+
+ protected:
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
+    void PreSubclassWindow() override;
+    CTovCommandTable const* GetCommandTable() const override;
+    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+    // What changes with the content: validity, and in derived classes the value.
+    virtual void OnContentChanged();
+
+    // --- What the engine asks of the toolkit
+
+    CTovInputControl& InputControl() override { return *this; }
+    CString GetEditText() override;
+    void SetEditText(CString const& text) override;
+    void GetEditSel(int& start, int& end) override;
+    void SetEditSel(int start, int end) override;
+    void LimitEditText(unsigned most) override;
+    void ApplyReadOnly(int readOnly, int enabled) override;
+    void EnableCompanions(int enable) override;
+    int ReadClipboard(CString& text) override;
+    int WriteClipboard(CString const& text) override;
+    void Beep() override;
+    void PrepareColors() override;
+
+ private:
+    class Gate;
+
+    void OnEditCommand(unsigned id) { m_text.DoCommand(id); }
+    void OnUpdateEditCommand(CCmdUI* state) { m_text.UpdateCommand(*state); }
+    void OnTextChanged();
+    void GainFocus(LRESULT& result, WPARAM wParam, LPARAM lParam);
+    void ApplyColors();
+    void PlaceCompanions();
+    void TellValidity();
+    int CharacterAt(QPoint const& place) const;
+
+    CTovEditText m_text{*this};
+    CTovEditButton* m_button = nullptr;  // its children
+    CTovEditSpin* m_spin = nullptr;
+    int m_lastState = eStateValid;
+    bool m_changedSinceFocus = false;
+    bool m_pressGivesFocus = false;
+    bool m_isApplyingColors = false;
+};
+
+// The push button at the right of an edit; it never becomes the default button of a dialog.
+class TOV_UI_API CTovEditButton : public CWndOn<QPushButton, CButton> {
+    Q_OBJECT
+    TOV_DYNAMIC(CTovEditButton, CButton)
+ public:
+    CTovEditButton(CTovEdit& edit, QString const& text);
+};
+
+// The two arrows at the right of an edit. They step once for a press, again while it lasts, and for the
+// wheel.
+class TOV_UI_API CTovEditSpin : public CWndOn<QWidget, CSpinButtonCtrl> {
+    Q_OBJECT
+    TOV_DYNAMIC(CTovEditSpin, CSpinButtonCtrl)
+ public:
+    explicit CTovEditSpin(CTovEdit& edit);
+    int WidthOf(int height) const;  // as the style wants it
+
+ protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+ private:
+    void Step(bool up);
+    void Stop();
+
+    CTovEdit& m_edit;
+    int m_timer = 0;
+    int m_pressed = 0;  // 1 up, -1 down, 0 none
+    int m_wheel = 0;    // what is left of a notch
+};
+
+}  // namespace tov
