@@ -1,5 +1,4 @@
-// Where the fields of a split angle stand, which has the focus, and the caret
-// in them.
+// Where the fields of a split angle stand, which has the focus, and the caret in them.
 #include <tov310/edit_angle_mask.h>
 #include <tov310/messages.h>
 #include <tov310/system.h>
@@ -45,8 +44,7 @@ CString CTovEditAngleMask::MaskText() const {
     return LibraryString(masks[unit == TOV_UNIT_DMS ? 0 : 1]);
 }
 
-// The fields are the three runs of digits, and the letter is the last
-// character.
+// The fields are the three runs of digits, and the letter is the last character.
 std::vector<CTovEditAngleMask::MaskSpan> CTovEditAngleMask::MaskSpans(CString const& mask) const {
     std::vector<MaskSpan> spans;
     constexpr char const* digits = "-0123456789.";
@@ -85,7 +83,7 @@ void CTovEditAngleMask::GetChildRect(CRect const& client, CRect& degrees, CRect&
 void CTovEditAngleMask::OnSize() {
     if (!IsSplit()) return;
     CRect rects[4];
-    GetChildRect(m_host.GetClientRect(), rects[0], rects[1], rects[2], rects[3]);
+    GetChildRect(m_host.GetMaskRect(), rects[0], rects[1], rects[2], rects[3]);
     for (std::size_t i = 0; i < m_fields.size(); ++i) {
         m_rects[i] = rects[i];
         m_fields[i]->Move(rects[i]);

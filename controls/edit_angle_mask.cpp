@@ -24,8 +24,7 @@ constexpr unsigned mgonsAbbreviationText = 26134;
 constexpr int mostSecondsDecimals = 5;
 
 // What SecOnly counts: how many are in a degree or gon, how many of these in a radian, and, as it always was,
-// after how many the limit begins again. Nothing for units that have no such
-// form.
+// after how many the limit begins again. Nothing for units that have no such form.
 struct SmallUnit {
     double perRadian = 0;
     double perWhole = 0;
@@ -289,7 +288,7 @@ int CTovEditAngleMask::CreateAdditionalEditFields(int unit) {
     DestroyAdditionalEditFields();
     m_unit = unit;
     CRect rects[4];
-    GetChildRect(m_host.GetClientRect(), rects[0], rects[1], rects[2], rects[3]);
+    GetChildRect(m_host.GetMaskRect(), rects[0], rects[1], rects[2], rects[3]);
     long minimum = 0;
     long maximum = 0;
     m_host.OnRangeDegree(m_eSignType, unit, minimum, maximum);
@@ -324,7 +323,7 @@ int CTovEditAngleMask::CreateAdditionalEditFields(int unit) {
         CTovInputControl& child = field->InputControl();
         child.SetReadOnlyMode(edit.GetReadOnlyMode());
         child.SetEmptyAllowed(1);
-        if (setup.field == eTovFieldSign) field->ShowText(SignLetter(false));
+        if (setup.field == eTovFieldSign) field->SetText(SignLetter(false));
     }
     int const changed = edit.GetChangedByUser();
     m_fields = std::move(fields);
@@ -462,14 +461,19 @@ CTovEditAngleMask::eState CTovEditAngleMask::InternalValidate(CString* message) 
 }
 
 int CTovEditAngleMask::IsEmpty() const {
-    return std::all_of(m_fields.begin(), m_fields.end(),
-                       [](ITovAngleField* field) { return field->InputControl().IsEmpty() != 0; });
+    return std::all_of(m_fields.begin(), m_fields.end(), [this](ITovAngleField* field) {
+        return field->InputControl().IsEmpty() != 0 ||
+               (field == Field(eTovFieldSign) && field->GetText() == SignLetter(false));
+    });
 }
 
 void CTovEditAngleMask::Empty() {
     for (ITovAngleField* const field : m_fields)
         field->Empty();
-    if (ITovAngleField* const letter = Field(eTovFieldSign)) letter->ShowText(SignLetter(false));
+    if (ITovAngleField* const letter = Field(eTovFieldSign)) {
+        letter->SetText(SignLetter(false));
+        letter->InputControl().SetChangedByUser(0);
+    }
     m_bKnown = false;
 }
 

@@ -25,8 +25,7 @@ struct Hemisphere {
 
 enum class PieceKind { kNumber, kSign, kSeparator, kMark, kHemisphere, kWord };
 
-// What the signs and words of the fields are: for which part they stand behind
-// it, and how it is divided.
+// What the signs and words of the fields are: for which part they stand behind it, and how it is divided.
 struct Mark {
     int part;
     AngleDivision division;
@@ -116,8 +115,7 @@ std::string WithPlainSigns(std::string_view text) {
     return plain;
 }
 
-// One comma between digits is a decimal point where there is no other one; all
-// others separate.
+// One comma between digits is a decimal point where there is no other one; all others separate.
 std::string WithPoint(std::string text) {
     std::size_t const comma = text.find(',');
     bool const isPoint = comma != text.npos && comma > 0 && comma + 1 < text.size() &&
@@ -199,8 +197,7 @@ class AngleReader {
             ++length;
         if (length == 0) length = LengthOfCharacter(m_rest);
         std::string const word = LowerLetters(m_rest.substr(0, length));
-        // "12d34m56s": behind minutes that are told by a letter it is the seconds'
-        // letter too.
+        // "12d34m56s": behind minutes that are told by a letter it is the seconds' letter too.
         if (m_rest[0] == 's' && length <= 2 && m_isAdjacent && m_isMinuteLetter &&
             m_parts[m_count - 1] == 2) {
             m_rest.remove_prefix(1);  // what follows is the letter of a hemisphere

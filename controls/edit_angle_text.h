@@ -19,8 +19,7 @@ std::string LowerLetters(std::string_view text);
 int CountCharacters(std::string_view text);
 std::size_t OffsetOfCharacter(std::string_view text, int position);
 
-// Whether the character is the letter, in either case and also in English and
-// Chinese.
+// Whether the character is the letter, in either case and also in English and Chinese.
 bool IsHemisphereCharacter(eSignType type, bool negative, char32_t character);
 
 // For which part the character is the sign: 0 for the degree sign. -1 for none.
@@ -41,9 +40,8 @@ struct WrittenAngle {
     bool hasPoint = false;  // in any number
 };
 
-// Nothing where the text is no angle, or none that is sure: minutes or seconds
-// of 60 or more, decimals before the last part, a sign and a letter, a letter
-// that is not known.
+// Nothing where the text is no angle, or none that is sure: minutes or seconds of 60 or more, decimals before
+// the last part, a sign and a letter, a letter that is not known.
 std::optional<WrittenAngle> ReadWrittenAngle(std::string_view text);
 
 }  // namespace tov

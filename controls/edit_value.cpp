@@ -93,6 +93,11 @@ void CTovEditValueUnits::HoldUnit() {
     if (m_lUnit == TOV_UNIT_NONE) TakeUnit();
 }
 
+void CTovEditValueUnits::Reset() {
+    m_lUnit = TOV_UNIT_NONE;
+    m_bShown = m_bKnown = m_bRangeKnown = false;
+}
+
 double CTovEditValueUnits::GetValue() {
     return ToStandard(m_host.GetShownNumber());
 }
@@ -101,8 +106,7 @@ double CTovEditValueUnits::ToStandard(double shown) {
     if (m_bKnown && SameBits(shown, m_dShown)) return m_dStandard;
     double const standard = InShownUnit([&] { return m_host.ConvertToStd(shown, 1, 1); });
     if (!m_bRangeKnown || shown < m_minimum.shown || shown > m_maximum.shown) return standard;
-    // What lies within the range as a number that is typed lies within it as a
-    // value.
+    // What lies within the range as a number that is typed lies within it as a value.
     for (Bound const& bound : {m_minimum, m_maximum}) {
         if (shown == bound.shown && IsRounding(standard, bound.standard)) return bound.standard;
     }

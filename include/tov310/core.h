@@ -23,6 +23,7 @@
 #include <tov310/edit_number.h>
 #include <tov310/edit_text.h>
 #include <tov310/edit_value.h>
+#include <tov310/edit_value_on.h>
 #include <tov310/event_channels.h>
 #include <tov310/export.h>
 #include <tov310/file.h>
@@ -56,6 +57,7 @@
 #include <tov310/plugin.h>
 #include <tov310/profile.h>
 #include <tov310/pump.h>
+#include <tov310/quick_draw.h>
 #include <tov310/raster.h>
 #include <tov310/requirements.h>
 #include <tov310/resources.h>

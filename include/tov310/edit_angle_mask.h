@@ -1,6 +1,5 @@
-// The engine of edits for angles. Where the unit has three parts (12: degrees,
-// minutes, seconds; 15: gon, c, cc) the edit shows a mask, and up to four child
-// edits stand over its digits: the fields.
+// The engine of edits for angles. Where the unit has three parts (12: degrees, minutes, seconds; 15: gon, c,
+// cc) the edit shows a mask, and up to four child edits stand over its digits: the fields.
 #pragma once
 
 #include <tov310/edit_value.h>
@@ -45,8 +44,7 @@ enum eTovAngleField {
 enum eTovCaretMove {
     eTovCaretLeft,      // Left, and Backspace at the beginning of a field
     eTovCaretRight,     // Right, and Delete at the end of a field
-    eTovCaretPrevious,  // to the beginning of this field, or from there of the one
-                        // before: Ctrl+Left
+    eTovCaretPrevious,  // to the beginning of this field, or from there of the one before: Ctrl+Left
     eTovCaretNext,      // to the beginning of the next field: Ctrl+Right
     eTovCaretHome,
     eTovCaretEnd,
@@ -61,8 +59,7 @@ struct CTovAngleFieldSetup {
     double maximum = 0;
     int inputDecimals = 0;  // of the seconds
     int displayDecimals = 0;
-    CString allowedChars;  // of the letter, which is converted to upper case; the
-                           // numbers have those of theirs
+    CString allowedChars;  // of the letter, which is converted to upper case
 };
 
 // The child edit of a field. Positions count characters (code points).
@@ -70,11 +67,9 @@ class TOV_CORE_API ITovAngleField {
  public:
     virtual CTovInputControl& InputControl() = 0;
 
-    // The text as it is seen. A text that is only shown leaves the field as empty
-    // as it is.
+    // The text as it is seen. What the program sets cannot be undone.
     virtual CString GetText() = 0;
     virtual void SetText(CString const& text) = 0;
-    virtual void ShowText(CString const& text) = 0;
 
     // The number; -0.0 stands for "-0" in the field of degrees.
     virtual double GetNumber() = 0;
@@ -100,25 +95,22 @@ class TOV_CORE_API ITovAngleField {
     virtual ~ITovAngleField();
 };
 
-// What the engine needs of an angle edit beyond what it needs of every value
-// edit.
+// What the engine needs of an angle edit beyond what it needs of every value edit.
 class TOV_CORE_API CTovEditAngleHost {
  public:
-    // The largest degrees or gon of the field in unit 12 or 15, and the smallest:
-    // 0, or with eSignPlusMinus the negative of the largest. By default those of
-    // the kind (TovRangeDegree).
+    // The largest degrees or gon of the field in unit 12 or 15, and the smallest: 0, or with eSignPlusMinus
+    // the negative of the largest. By default those of the kind (TovRangeDegree).
     virtual void OnRangeDegree(eSignType sign, int unit, long& minimum, long& maximum);
     virtual eTovAngleKind GetAngleKind() const;
 
-    // Makes the child edit of a field, which stays the host's. Null where it
-    // cannot.
+    // Makes the child edit of a field, which stays the host's. Null where it cannot.
     virtual ITovAngleField* CreateField(CTovAngleFieldSetup const& setup) = 0;
     virtual void DestroyFields() = 0;
 
     virtual bool HasWindow() = 0;
     // The window text, past the gate for the user's and other programs' texts.
     virtual void SetMaskText(CString const& text) = 0;
-    virtual CRect GetClientRect() = 0;
+    virtual CRect GetMaskRect() = 0;  // the client rectangle of the edit
     // How far to the right the text of the edit begins in its client rectangle.
     virtual int GetMaskIndent();
     // The width of a text in the font of the edit, in pixels.
@@ -140,29 +132,26 @@ class TOV_CORE_API CTovEditAngleHost {
 
 TOV_CORE_API void TovRangeDegree(eTovAngleKind kind, eSignType sign, int unit, long& minimum, long& maximum);
 
-// The edit is split while its unit is 12 or 15, SecOnly is off and it has a
-// window. Split, its value is that of its fields; in one piece it is that of
-// its number (CTovEditValueUnits). Either way what the program puts in comes
-// out bit for bit until somebody types.
+// The edit is split while its unit is 12 or 15, SecOnly is off and it has a window. Split, its value is that
+// of its fields; in one piece it is that of its number (CTovEditValueUnits). Either way what the program puts
+// in comes out bit for bit until somebody types.
 //
-// The edit calls from its own operations what has the same name here, Typed
-// from its OnEditChanged, OnSize when it is moved or its font changes, and
-// OnFieldFocus when a child gets the focus.
+// The edit (edit_value_on.h) calls from its operations what has the same name here, OnSize when it is sized
+// or its font changes, OnSetFocus when it gets the focus itself and OnFieldFocus when a child does; a child
+// asks here first when a key moves the caret, a character is typed, or a text is copied or pasted.
 class TOV_CORE_API CTovEditAngleMask {
  public:
     using eState = CTovInputControl::eState;
 
-    // A whole turn as a bound: the largest but one below 2 pi, which no
-    // conversion brings to 0.
+    // A whole turn as a bound: the largest but one below 2 pi, which no conversion brings to 0.
     static constexpr double wholeTurn = 6.2831853071795845;
 
     CTovEditAngleMask(CTovEditAngleHost& host, CTovEditValueUnits& units) : m_host(host), m_units(units) {}
     CTovEditAngleMask(CTovEditAngleMask const&) = delete;
     CTovEditAngleMask& operator=(CTovEditAngleMask const&) = delete;
 
-    // Sign types other than by the kind are set before. Gives the edit the range
-    // of its kind and splits it where it is to be split; to be called when the
-    // window is there.
+    // Sign types other than by the kind are set before. Gives the edit the range of its kind and splits it
+    // where it is to be split; to be called when the window is there.
     void Initialize();
 
     // Radians.
@@ -171,20 +160,16 @@ class TOV_CORE_API CTovEditAngleMask {
     int SafeSetValue(double radians);
     int SetRange(double minimum, double maximum) { return m_units.SetRange(minimum, maximum); }
     void GetRange(double& minimum, double& maximum);
-    void Typed() { m_units.Typed(); }
-    void Restored() { m_units.Restored(); }
 
-    // Between radians and the shown unit. With SecOnly that is seconds (units 11
-    // to 13) or thousandths of a gon (15, 16); the limit then takes off whole 360
-    // or 400 of them, as it always has.
+    // Between radians and the shown unit. With SecOnly that is seconds (units 11 to 13) or thousandths of a
+    // gon (15, 16); the limit then takes off whole 360 or 400 of them, as it always has.
     double ConvertStdTo(double radians, int usePrecision, int useLimit);
     double ConvertToStd(double shown, int usePrecision, int useLimit);
     double BoundToShown(double radians);
     double BoundToStd(double shown);
     void GetUnitAbbreviationText(CString& text);
 
-    // Changes of how the angle is shown; value, range, emptiness and the mark
-    // "changed by the user" stay.
+    // Changes of how the angle is shown; value, range, emptiness and the mark "changed by the user" stay.
     void SetSecOnly(int secOnly);
     int GetSecOnly() const { return m_bSecOnly; }
     void SetSignType(eSignType type);
@@ -192,34 +177,30 @@ class TOV_CORE_API CTovEditAngleMask {
     void SetLimitToCircle(int limit) { m_bLimitToCircle = limit; }
     int GetLimitToCircle() const { return m_bLimitToCircle; }
     void SetUnit(long unit);
-    int UnitChanged();  // for after the settings got another unit; 0 where they
-                        // have the one that is shown
-    // Decimals of the number in one piece; the seconds have 5 at the most.
-    // Initially 6.
+    // For after the settings got another unit; 0 where they have the one that is shown.
+    int UnitChanged();
+    // Decimals of the number in one piece; the seconds have 5 at the most. Initially 6.
     void SetInputDecimals(int decimals);
     void SetDisplayDecimals(int decimals);
 
-    // Splits the edit when the unit is 12 or 15. 0 where it is not or a child
-    // edit could not be made.
+    // Splits the edit when the unit is 12 or 15. 0 where it is not or a child edit could not be made.
     int CreateAdditionalEditFields(int unit);
     void DestroyAdditionalEditFields();
     bool IsSplit() const { return !m_fields.empty(); }
     // Null for a field that is not there.
     ITovAngleField* Field(eTovAngleField field) const;
-    // Whether a text may become that of the window; while it is split only its
-    // mask may.
+    // Whether a text may become that of the window; while it is split only its mask may.
     bool IsTextAllowed() const { return !IsSplit() || m_bSettingMask; }
 
     eState InternalValidate(CString* message);
-    int IsEmpty() const;  // of all fields
+    int IsEmpty() const;  // all fields; the letter that stands there from the beginning is no content
     void Empty();
     void SetEmptyAllowed(int allowed);
     void SetReadOnlyMode(int readOnly);
     int GetChangedByUser() const;  // of any field
     void SetChangedByUser(int changed);
 
-    // The mask of sign type and unit, and where its fields stand: empty
-    // rectangles for those that it has not.
+    // The mask of sign type and unit, and where its fields stand: empty rectangles for those that it has not.
     CString MaskText() const;
     void GetChildRect(CRect const& client, CRect& degrees, CRect& minutes, CRect& seconds, CRect& sign);
     void OnSize();
@@ -238,37 +219,30 @@ class TOV_CORE_API CTovEditAngleMask {
     void NextChildEdit() { StepChildEdit(1); }
     void PrevChildEdit() { StepChildEdit(-1); }
 
-    // Moves the caret where it leaves the active field; 0: that field does it
-    // itself.
+    // Moves the caret where it leaves the active field; 0: that field does it itself.
     int MoveCaret(eTovCaretMove move);
-    // A character typed into a field that stands for another one: signs and
-    // blanks lead to the next field, the letter of a hemisphere goes into its
-    // own. 0: it is the field's.
+    // A character typed into a field that stands for another one: signs and blanks lead to the next field,
+    // the letter of a hemisphere goes into its own. 0: it is the field's.
     int OnFieldChar(char32_t character);
 
-    // The whole angle as a text that Paste takes: `-12° 34' 56.78900"`. Empty
-    // while all fields are.
+    // The whole angle as a text that Paste takes: `-12° 34' 56.78900"`. Empty while all fields are.
     CString GetWholeText();
-    // What a copy in a field gives: a part of it that is selected, else the whole
-    // angle.
+    // What a copy in a field gives: a part of it that is selected, else the whole angle.
     CString TextToCopy();
-    // Whether a text is an angle rather than the text of the active field alone,
-    // and puts it into all fields.
+    // Whether a text is an angle rather than the text of the active field alone, and puts it into all fields.
     bool CanPaste(char const* text);
     int Paste(char const* text);
-    // Reads an angle in any of the usual forms, for the unit and sign type of
-    // this edit: "12°34'56.7\"", "12 34 56.7 S", "12-34-56.7", "12.5823" (degrees
-    // or gon, as the unit), "13.9803 gon", "0.2196 rad", "45296.7\"", with the
-    // letters of hemispheres in English, Chinese and those of the library. 0 for
-    // what is none: minutes of 60, letters of the other pair, a letter and a "-".
+    // Reads an angle in any of the usual forms, for the unit and sign type of this edit: "12°34'56.7\"",
+    // "12 34 56.7 S", "12-34-56.7", "12.5823" (degrees or gon, as the unit), "13.9803 gon", "0.2196 rad",
+    // "45296.7\"", with the letters of hemispheres in English, Chinese and those of the library. 0 for what
+    // is none: minutes of 60, letters of the other pair, a letter and a "-".
     int ReadAngle(char const* text, double& radians);
 
     void DispatchSpinDeltapos(int up, int delta);
     void ToggleSign();
-    // The value that a spin step of the edit in one piece leads to; `wrap` as
-    // GetWrapRange, `spinDelta` as GetSpinDeltaFloating, `permitted` the next of
-    // the permitted values in radians, null where there are none. 0: beyond the
-    // range, where it does not wrap.
+    // The value that a spin step of the edit in one piece leads to; `wrap` as GetWrapRange, `spinDelta` as
+    // GetSpinDeltaFloating, `permitted` the next of the permitted values in radians, null where there are
+    // none. 0: beyond the range, where it does not wrap.
     int SpinTarget(int up, int delta, double spinDelta, int wrap, double const* permitted, double& radians);
 
  private:

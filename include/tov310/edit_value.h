@@ -1,6 +1,5 @@
-// The engine of edits that hold a value with a unit: the user sees and types a
-// number in the shown unit, the program reads and writes the standard one
-// (value.h).
+// The engine of edits that hold a value with a unit: the user sees and types a number in the shown unit, the
+// program reads and writes the standard one (value.h).
 #pragma once
 
 #include <tov310/export.h>
@@ -10,39 +9,32 @@
 
 namespace tov {
 
-// What the engine needs of a value edit, and what a host may override in one.
-// The edit implements it.
+// What the engine needs of a value edit, and what a host may override in one. The edit implements it.
 class TOV_CORE_API CTovEditValueHost {
  public:
-    // Converts from the standard to the shown unit and back, with the precision
-    // and the limit of the settings where asked for. By default the value does
-    // it, which takes the number in and so normalises it.
+    // Converts from the standard to the shown unit and back, with the precision and the limit of the settings
+    // where asked for. By default the value does it, which takes the number in and so normalises it.
     virtual double ConvertStdTo(double standard, int usePrecision, int useLimit);
     virtual double ConvertToStd(double shown, int usePrecision, int useLimit);
 
-    // The same for a bound of the range, which is not normalised: a whole turn
-    // stays one.
+    // The same for a bound of the range, which is not normalised: a whole turn stays one.
     virtual double BoundToShown(double standard);
     virtual double BoundToStd(double shown);
 
-    // The text that stands beside the edit; by default the abbreviation of the
-    // unit. It may be empty.
+    // The text that stands beside the edit; by default the abbreviation of the unit. It may be empty.
     virtual void GetUnitAbbreviationText(CString& text);
 
-    // Writes that text into the label that was given to UnitAbbreviation. By
-    // default nothing.
+    // Writes that text into the label that was given to UnitAbbreviation. By default nothing.
     virtual void DisplayUnitAbbreviation();
 
-    // The value of the edit. It knows the unit; its number is used for
-    // conversions only. Never null.
+    // The value of the edit. It knows the unit; its number is used for conversions only. Never null.
     virtual CTovValue* TovValue() = 0;
 
     virtual CTovInputControl& InputControl() = 0;
 
     // The number that the edit holds, in the shown unit.
     virtual double GetShownNumber() = 0;
-    // Puts one in, as InternalSetDouble does: the edit is not empty and not
-    // changed by the user any more.
+    // Puts one in, as InternalSetDouble does: the edit is not empty and not changed by the user any more.
     virtual void SetShownNumber(double number) = 0;
     // Puts one in without a word on emptiness and change.
     virtual void SafeSetShownNumber(double number) = 0;
@@ -50,13 +42,11 @@ class TOV_CORE_API CTovEditValueHost {
     // Empties the edit as it is in one piece.
     virtual void EmptyShownNumber() = 0;
 
-    // The range in the shown unit. Setting answers 0 and changes nothing where it
-    // is refused.
+    // The range in the shown unit. Setting answers 0 and changes nothing where it is refused.
     virtual void GetShownRange(double& minimum, double& maximum) = 0;
     virtual int SetShownRange(double minimum, double maximum) = 0;
 
-    // A number in the display format of the edit, or, where it has none, in its
-    // input format.
+    // A number in the display format of the edit, or, where it has none, in its input format.
     virtual CString FormatNumber(double number) = 0;
 
  protected:
@@ -66,38 +56,33 @@ class TOV_CORE_API CTovEditValueHost {
     virtual ~CTovEditValueHost();
 };
 
-// Holds number and range of a value edit together in both units. What the
-// program puts in, it gets back bit for bit, in every unit and after changes of
-// the unit, until the user types: the shown number, which is rounded, is never
-// converted back unless it came from the keyboard.
+// Holds number and range of a value edit together in both units. What the program puts in, it gets back bit
+// for bit, in every unit and after changes of the unit, until the user types: the shown number, which is
+// rounded, is never converted back unless it came from the keyboard.
 //
-// The settings of a value may be shared, and their unit may change at any time.
-// The number stays in the unit in which it is shown until UnitChanged or
-// SetUnit.
+// The settings of a value may be shared, and their unit may change at any time. The number stays in the unit
+// in which it is shown until UnitChanged or SetUnit.
 class TOV_CORE_API CTovEditValueUnits {
  public:
     explicit CTovEditValueUnits(CTovEditValueHost& host) : m_host(host) {}
     CTovEditValueUnits(CTovEditValueUnits const&) = delete;
     CTovEditValueUnits& operator=(CTovEditValueUnits const&) = delete;
 
-    // The value in the standard unit. A typed number at a bound of the range is
-    // that bound.
+    // The value in the standard unit. A typed number at a bound of the range is that bound.
     double GetValue();
-    // Puts a value in the standard unit in, normalised by the kind of value. 0
-    // for one that is not finite, which changes nothing. The safe form leaves the
-    // marks "empty" and "changed by the user".
+    // Puts a value in the standard unit in, normalised by the kind of value. 0 for one that is not finite,
+    // which changes nothing. The safe form leaves the marks "empty" and "changed by the user".
     int SetValue(double standard);
     int SafeSetValue(double standard);
 
-    // The user has changed the text: from now on the value comes from the shown
-    // number.
+    // The user has changed the text: from now on the value comes from the shown number.
     void Typed();
     // Undo or redo has brought a number back; when it is the one that was shown, its value is known again.
     void Restored();
 
-    // The range in the standard unit. A bound beyond what the kind of value can
-    // hold, as a whole turn, is kept as it is given. 0, and nothing changes,
-    // where the minimum is above the maximum or the edit refuses.
+    // The range in the standard unit. A bound beyond what the kind of value can hold, as a whole turn, is
+    // kept as it is given. 0, and nothing changes, where the minimum is above the maximum or the edit
+    // refuses.
     int SetRange(double minimum, double maximum);
     void GetRange(double& minimum, double& maximum);
     bool HasRange() const { return m_bRangeKnown; }  // one was set here
@@ -106,27 +91,27 @@ class TOV_CORE_API CTovEditValueUnits {
     long Unit();
     // Gives the settings another unit and shows value and range in it.
     void SetUnit(long unit);
-    // For after the settings got another unit. 0 where they have the one that is
-    // shown.
+    // For after the settings got another unit. 0 where they have the one that is shown.
     int UnitChanged();
 
-    // Whether the number lies within the range, and if not a message with the
-    // bounds and the unit.
+    // Whether the number lies within the range, and if not a message with the bounds and the unit.
     CTovInputControl::eState InternalValidate(double shown, CString* message);
 
-    // Runs the call while the settings have the unit in which the number is
-    // shown.
+    // Runs the call while the settings have the unit in which the number is shown.
     template <class Call>
     auto InShownUnit(Call call) {
         UnitScope const scope(*this);
         return call();
     }
 
-    // From now on the number is shown in the unit that the settings have. The
-    // edit calls it when it is made; later whoever puts value and range in again.
+    // From now on the number is shown in the unit that the settings have. The edit calls it when it is made;
+    // later whoever puts value and range in again.
     void TakeUnit();
     // The same unless it is shown in a unit already.
     void HoldUnit();
+
+    // Forgets value, range and unit, as an edit without a window does.
+    void Reset();
 
     CTovEditValueHost& Host() { return m_host; }
 

@@ -1,14 +1,13 @@
-// Edits of values without a window, and the child edits of an angle's fields.
+// Edits of values and angles without a screen.
 #pragma once
 
-#include <tov310/edit_angle_mask.h>
-#include <tov310/edit_value.h>
+#include <tov310/edit_value_on.h>
+
+#include "support/fake_edit.h"
 
 #include <array>
-#include <cmath>
+#include <charconv>
 #include <cstdio>
-#include <cstdlib>
-#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -21,200 +20,105 @@ inline std::string Fixed(double number, int decimals) {
     return text.data();
 }
 
-// Without a window a control is exempt from validation; what the edits hold is asked for directly.
-struct FakeInputControl : CTovInputControl {
-    int IsEmpty() override { return 1; }
-    int SetReadOnlyMode(int readOnly) override { return CTovInputControl::SetReadOnlyMode(readOnly); }
-    eState OnValidate(CString*) override { return eStateValid; }
-    CWnd* GetWnd() override { return nullptr; }
-    int ValidateIgnore() override { return GetReadOnlyMode(); }
-};
-
-// Holds a number as an edit does.
-struct FakeValueEdit : CTovEditValueHost, FakeInputControl {
-    explicit FakeValueEdit(CTovValue& itsValue) : value(itsValue) {}
+class FakeValueEdit : public CTovEditValueOn<FakeFloatingEdit> {
+ public:
+    FakeValueEdit(FakeDesk& desk, CWnd* form, CTovValue& itsValue)
+        : CTovEditValueOn<FakeFloatingEdit>(desk, form, 7), value(itsValue) {}
 
     CTovValue* TovValue() override { return &value; }
-    CTovInputControl& InputControl() override { return *this; }
-    int IsEmpty() override { return empty; }
-    double GetShownNumber() override { return number; }
-    void SetShownNumber(double shown) override {
-        SafeSetShownNumber(shown);
-        SetChangedByUser(0);
-        empty = 0;
-    }
-    void SafeSetShownNumber(double shown) override { number = shown; }
-    void EmptyShownNumber() override {
-        number = 0;
-        empty = 1;
-    }
-    void GetShownRange(double& minimum, double& maximum) override {
-        minimum = least;
-        maximum = most;
-    }
-    int SetShownRange(double minimum, double maximum) override {
-        if (minimum > maximum) return 0;
-        least = minimum;
-        most = maximum;
-        return 1;
-    }
-    CString FormatNumber(double shown) override { return Fixed(shown, 3); }
-    void DisplayUnitAbbreviation() override { GetUnitAbbreviationText(label); }
+    void AddCurrentToLastItems() override {}  // which would go to the disk each time
+    CTovEditDouble& Number() { return m_number; }
 
-    void Type(double shown) {
-        number = shown;
-        empty = 0;
-        SetChangedByUser(1);
-        units.Typed();
+    // All digits, as a user may.
+    void TypeNumber(double number) {
+        std::array<char, 400> digits{};
+        SetEditText(
+            std::string(digits.data(), std::to_chars(digits.data(), digits.data() + 400, number).ptr));
+    }
+    void EnterAndLeave() {
+        SetFocus();
+        Leave();
     }
 
     CTovValue& value;
-    CTovEditValueUnits units{*this};
-    double number = 0;
-    int empty = 1;
-    double least = -std::numeric_limits<double>::max();
-    double most = std::numeric_limits<double>::max();
-    CString label;
 };
 
-// A child edit. Its text follows the number and the other way round; a range check as numeric edits have it.
-struct FakeField : ITovAngleField, FakeInputControl {
-    FakeField(CTovAngleFieldSetup const& asked, int& itsFocus) : setup(asked), focus(itsFocus) {}
-
-    CTovInputControl& InputControl() override { return *this; }
-    int IsEmpty() override { return raw.empty(); }
-    eState OnValidate(CString* message) override {
-        bool const isWithin = IsLetter() || (number >= setup.minimum && number <= setup.maximum);
-        if (isWithin) return eStateValid;
-        if (message != nullptr) *message = "field";
-        return eStateInvalid;
-    }
-    void SetFocusInputControl() override { focus = setup.field; }
-
-    CString GetText() override { return text; }
-    void SetText(CString const& to) override { raw = text = to; }
-    void ShowText(CString const& to) override { text = to; }
-    void TypeText(CString const& to) override {
-        SetText(to);
-        number = std::strtod(to.c_str(), nullptr);
-        SetChangedByUser(1);
-    }
-    double GetNumber() override { return number; }
-    void SetNumber(double to) override {
-        SetText(Fixed(to, setup.displayDecimals));
-        number = to;
-        SetChangedByUser(0);
-    }
-    void TypeNumber(double to) override { TypeText(Fixed(to, setup.inputDecimals)); }
-    void Empty() override {
-        SetText("");
-        number = 0;
-    }
-    void SetDecimals(int input, int display) override {
-        setup.inputDecimals = input;
-        setup.displayDecimals = display;
-    }
-    void Move(CRect const& rect) override { setup.rect = rect; }
-    void Spin(int up, int delta) override { TypeNumber(number + (up != 0 ? delta : -delta)); }
-    bool HasFocus() override { return focus == setup.field; }
-    void GetSelection(int& from, int& to) override {
-        from = start;
-        to = end;
-    }
-    void SetSelection(int from, int to) override {
-        start = from;
-        end = to;
+class FakeAngleEdit : public CTovEditValueAngleOn<FakeValueEdit> {
+ public:
+    FakeAngleEdit(FakeDesk& desk, CWnd* form, CTovValue& itsValue, eTovAngleKind itsKind, eSignType type)
+        : CTovEditValueAngleOn<FakeValueEdit>(desk, form, itsValue), kind(itsKind) {
+        SetSignType(type);
+        InitializeEdit();
     }
 
-    bool IsLetter() const { return setup.field == eTovFieldSign; }
-
-    CTovAngleFieldSetup setup;
-    int& focus;
-    CString text;
-    CString raw;  // what it holds
-    double number = 0;
-    int start = 0;
-    int end = 0;
-};
-
-struct FakeAngleEdit : FakeValueEdit, CTovEditAngleHost {
-    FakeAngleEdit(CTovValue& itsValue, eTovAngleKind itsKind, eSignType type)
-        : FakeValueEdit(itsValue), kind(itsKind) {
-        mask.SetSignType(type);
-        mask.Initialize();
-    }
-
-    double ConvertStdTo(double x, int precision, int limit) override {
-        return mask.ConvertStdTo(x, precision, limit);
-    }
-    double ConvertToStd(double x, int precision, int limit) override {
-        return mask.ConvertToStd(x, precision, limit);
-    }
-    double BoundToShown(double x) override { return mask.BoundToShown(x); }
-    double BoundToStd(double x) override { return mask.BoundToStd(x); }
-    void GetUnitAbbreviationText(CString& unit) override { mask.GetUnitAbbreviationText(unit); }
-    int IsEmpty() override { return mask.IsSplit() ? mask.IsEmpty() : empty; }
-    int GetChangedByUser() const override {
-        return FakeValueEdit::GetChangedByUser() != 0 || mask.GetChangedByUser() != 0;
-    }
-    void SetChangedByUser(int changed) override {
-        FakeValueEdit::SetChangedByUser(changed);
-        mask.SetChangedByUser(changed);
-    }
-    void EmptyShownNumber() override {
-        FakeValueEdit::EmptyShownNumber();
-        mask.Empty();
-    }
-
+    void DisplayUnitAbbreviation() override { GetUnitAbbreviationText(label); }
     eTovAngleKind GetAngleKind() const override { return kind; }
     ITovAngleField* CreateField(CTovAngleFieldSetup const& setup) override {
         if (static_cast<int>(fields.size()) == fieldsToMake) return nullptr;
-        fields.push_back(std::make_unique<FakeField>(setup, focus));
-        return fields.back().get();
+        fields.emplace_back();
+        fields.back().setup = setup;
+        if (setup.field == eTovFieldSign) return Make<FakeEdit>(setup, nullptr, nullptr);
+        if (setup.field == eTovFieldSeconds) return Make<FakeFloatingEdit>(setup, nullptr, this);
+        return Make<FakeIntegerEdit>(setup, this, nullptr);
     }
-    void DestroyFields() override {
-        fields.clear();
-        focus = -1;
-    }
-    bool HasWindow() override { return window; }
-    void SetMaskText(CString const& to) override {
-        if (mask.IsTextAllowed()) text = to;
-    }
-    CRect GetClientRect() override { return {0, 0, 400, 20}; }
+    void DestroyFields() override { fields.clear(); }
+    CRect GetMaskRect() override { return {0, 0, 400, 20}; }
     // A font with narrow and wide characters.
     int GetTextWidth(CString const& of) override {
         int width = 0;
-        for (char const c : of)
-            width += (static_cast<unsigned char>(c) & 0xC0) == 0x80 ? 4
-                     : c >= '0' && c <= '9'                         ? 7
-                     : c == 'W'                                     ? 11
-                                                                    : 3;
+        for (char32_t const c : Wide(of))
+            width += c > 0xFF ? 12 : c >= U'0' && c <= U'9' ? 7 : c == U'W' ? 14 : 3;
         return width;
     }
     int GetEditButtonWidth() override { return buttonWidth; }
-    void FocusEditButton() override { focus = buttonFocus; }
+    void FocusEditButton() override { m_desk->MoveFocus(button); }
     void PostNextDlgCtl(int previous) override {
-        focus = -1;
         left = previous != 0 ? 'p' : 'n';
+        m_desk->MoveFocus({});
     }
 
-    FakeField& operator[](int field) { return *fields.at(static_cast<std::size_t>(field)); }
+    FakeEdit& operator[](int field) { return *fields.at(static_cast<std::size_t>(field)).edit; }
     void TypeFields(std::vector<std::string> const& texts) {
         for (std::size_t i = 0; i < texts.size(); ++i)
-            (*this)[static_cast<int>(i)].TypeText(texts[i]);
+            (*this)[static_cast<int>(i)].SetEditText(texts[i]);
+    }
+    std::string Fields() {
+        std::string all;
+        for (auto const& field : fields)
+            all.append("|").append(field.edit->text);
+        return all.erase(0, 1);
     }
 
-    static constexpr int buttonFocus = 9;
+    struct Child {
+        CTovAngleFieldSetup setup;
+        std::unique_ptr<FakeEdit> edit;
+        std::unique_ptr<CTovAngleFieldEdit> field;
+    };
+
+    static constexpr HWND button{1u << 30};
 
     eTovAngleKind const kind;
-    CTovEditAngleMask mask{*this, units};
-    std::vector<std::unique_ptr<FakeField>> fields;
+    std::vector<Child> fields;
     int fieldsToMake = 4;
-    bool window = true;
-    int focus = -1;  // of the field, or of the button
     int buttonWidth = 0;
+    CString label;
     char left = 0;  // where the focus was given: next or previous
-    CString text;
+
+ private:
+    template <class Edit, class Integer, class Floating>
+    ITovAngleField* Make(CTovAngleFieldSetup const& setup, Integer, Floating) {
+        auto edit = std::make_unique<Edit>(*m_desk, this, 100 + setup.field);
+        edit->ModifyStyle(0, setup.style & 0xFFFF);
+        edit->InitializeEdit();
+        CTovEditIntegerHost* integer = nullptr;
+        CTovEditFloatingHost* floating = nullptr;
+        if constexpr (std::is_pointer_v<Integer>) integer = edit.get();
+        if constexpr (std::is_pointer_v<Floating>) floating = edit.get();
+        Child& child = fields.back();
+        child.field = std::make_unique<CTovAngleFieldEdit>(setup, *edit, integer, floating);
+        child.edit = std::move(edit);
+        return child.field.get();
+    }
 };
 
 }  // namespace tov::test
