@@ -8,8 +8,11 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QDateTimeEdit>
+#include <QDialogButtonBox>
 #include <QDoubleSpinBox>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QMetaMethod>
 #include <QPlainTextEdit>
 #include <QSpinBox>
 #include <QTextEdit>
@@ -22,10 +25,26 @@ bool IsButtonOfDialogs(int id) {
            id == ID_WIZFINISH;
 }
 
-void TellOfClick(CWnd& button) {
+// Opens what the class keeps to itself and its heirs.
+struct BoxSignals : QDialogButtonBox {
+    static constexpr auto IsHeard = &BoxSignals::isSignalConnected;
+};
+
+// Whether the host listens to the row of buttons, which ends the dialog by accept() or reject() then: the
+// command comes from there.
+bool IsToldByItsBox(QWidget const& button, int id) {
+    auto const* const box = qobject_cast<QDialogButtonBox const*>(button.parentWidget());
+    if (box == nullptr || (id != IDOK && id != IDCANCEL)) return false;
+    auto const signal = id == IDOK ? QMetaMethod::fromSignal(&QDialogButtonBox::accepted)
+                                   : QMetaMethod::fromSignal(&QDialogButtonBox::rejected);
+    return (box->*BoxSignals::IsHeard)(signal);
+}
+
+void TellOfClick(CWnd& button, QWidget const& widget) {
     CWnd const* const around = button.GetParent();
+    int const id = button.GetDlgCtrlID();
     bool const isOurDialog = around != nullptr && around->IsKindOf(&CDialog::classCDialog);
-    if (!isOurDialog && IsButtonOfDialogs(button.GetDlgCtrlID())) return;
+    if (IsButtonOfDialogs(id) && (!isOurDialog || IsToldByItsBox(widget, id))) return;
     TellParent(button, BN_CLICKED);
 }
 
@@ -61,7 +80,10 @@ void ConnectNotices(QWidget& control, CWnd& window) {
         QObject::connect(combo, &QComboBox::currentIndexChanged, combo, tell(CBN_SELCHANGE));
         QObject::connect(combo, &QComboBox::editTextChanged, combo, tell(CBN_EDITCHANGE));
     } else if (auto* const button = qobject_cast<QAbstractButton*>(&control)) {
-        QObject::connect(button, &QAbstractButton::clicked, button, [&window] { TellOfClick(window); });
+        QObject::connect(button, &QAbstractButton::clicked, button,
+                         [&window, button] { TellOfClick(window, *button); });
+    } else if (auto* const list = qobject_cast<QListWidget*>(&control)) {
+        QObject::connect(list, &QListWidget::itemSelectionChanged, list, tell(LBN_SELCHANGE));
     }
 }
 

@@ -135,6 +135,7 @@ void GiveBirth(CWnd& window, QWidget& widget) {
     // around is told of it.
     if (!widget.property(tellsProperty).toBool()) ConnectNotices(widget, window);
     widget.setProperty(tellsProperty, true);
+    WindowRegistry::Instance().NoteBirth(widget);
     TovWindowLife::Begin(window);
     if (widget.isVisible()) GuardTopLevelOf(widget);
 }

@@ -1,6 +1,7 @@
 // What a window is asked about, answered by its widget, and what it is told to be.
 #include "platform/event_routing.h"
 #include "platform/logical_tree.h"
+#include "platform/paint_devices.h"
 #include "platform/window_registry.h"
 
 #include <tov310/messages.h>
@@ -15,6 +16,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -104,6 +106,7 @@ CWnd* ParentOf(QWidget const& widget) {
 std::vector<HWND> ChildrenOf(QWidget const& widget) {
     std::vector<HWND> children;
     for (QWidget* const child : LogicalChildren(widget)) {
+        if (WindowRegistry::Instance().IsDead(*child)) continue;
         HWND const window = TovHandle(child);
         if (window) children.push_back(window);
     }
@@ -126,6 +129,7 @@ CString ClassNameOf(QWidget const& widget) {
     if (qobject_cast<QAbstractButton const*>(&widget) != nullptr) return "Button";
     if (qobject_cast<QLabel const*>(&widget) != nullptr) return "Static";
     if (qobject_cast<QScrollBar const*>(&widget) != nullptr) return "ScrollBar";
+    if (qobject_cast<QListWidget const*>(&widget) != nullptr) return "ListBox";
     return widget.metaObject()->className();
 }
 
@@ -248,7 +252,10 @@ void Redraw(QWidget& widget, unsigned flags) {
 }
 
 LRESULT AnswerAsToolkit(CWnd& window, QWidget& widget, unsigned message, WPARAM wParam, LPARAM) {
-    if (PassEvent(window, message)) return 0;
+    if (PassEvent(window, message)) {
+        if (message == WM_PAINT && wParam != 0) CopyPainted(window, *reinterpret_cast<CDC*>(wParam));
+        return 0;
+    }
     switch (message) {
         case WM_MOUSEACTIVATE:
             return 1;
@@ -269,6 +276,7 @@ LRESULT AnswerAsToolkit(CWnd& window, QWidget& widget, unsigned message, WPARAM 
 }
 
 void HideDead(QWidget& widget) {
+    WindowRegistry::Instance().NoteDeath(widget);
     widget.hide();
     if (widget.property(madeByFactoryProperty).toBool()) widget.deleteLater();
 }

@@ -71,6 +71,7 @@ void WindowRegistry::Add(QWidget& widget, CWnd& window) {
 void WindowRegistry::Remove(QWidget const& widget, CWnd const& window) {
     m_windows.remove(&widget);
     m_widgets.remove(&window);
+    m_dead.remove(&widget);
 }
 
 void WindowRegistry::Drop(QWidget const& widget) {

@@ -4,6 +4,7 @@
 #include <tov310/wnd_on.h>
 
 #include <QHash>
+#include <QSet>
 
 #include <memory>
 
@@ -41,12 +42,18 @@ class WindowRegistry {
     void Add(QWidget& widget, CWnd& window);
     void Remove(QWidget const& widget, CWnd const& window);
 
+    // Widgets whose window was destroyed are no windows again before somebody asks for them by themselves.
+    void NoteDeath(QWidget const& widget) { m_dead.insert(&widget); }
+    void NoteBirth(QWidget const& widget) { m_dead.remove(&widget); }
+    bool IsDead(QWidget const& widget) const { return m_dead.contains(&widget); }
+
  private:
     friend class ForeignWindow;
     void Drop(QWidget const& widget);
 
     QHash<QWidget const*, CWnd*> m_windows;
     QHash<CWnd const*, QWidget*> m_widgets;
+    QSet<QWidget const*> m_dead;
     std::unordered_map<QWidget const*, std::unique_ptr<ForeignWindow>> m_foreign;
 };
 

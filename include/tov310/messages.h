@@ -131,6 +131,7 @@ inline constexpr unsigned tovMessageCount = detail::messageCount;
 inline constexpr unsigned EN_CHANGE = 0x0300;  // an edit: its text has changed
 inline constexpr unsigned CBN_SELCHANGE = 1;   // a combo box: another item is selected
 inline constexpr unsigned CBN_EDITCHANGE = 5;  // a combo box: the text in it has changed
+inline constexpr unsigned LBN_SELCHANGE = 1;   // a list box: other items are selected
 inline constexpr unsigned BN_CLICKED = 0;      // a button, and every command
 
 // The halves of WM_COMMAND's wParam.
