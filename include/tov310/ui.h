@@ -6,8 +6,10 @@
 #include <tov310/accelerator_keys.h>
 #include <tov310/button_event.h>
 #include <tov310/dialog_builder.h>
+#include <tov310/dib_image.h>
 #include <tov310/edit.h>
 #include <tov310/number_edits.h>
+#include <tov310/painter_dc.h>
 #include <tov310/qt_values.h>
 #include <tov310/size_gripper.h>
 #include <tov310/string_edits.h>
