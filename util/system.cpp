@@ -1,5 +1,7 @@
 #include <tov310/system.h>
 
+#include <tov310/device_context.h>
+
 #include "util/system_guard.h"
 #include "vesk/immortal.h"
 
@@ -50,6 +52,15 @@ int ITovSystem::KillTimer(HWND, WPARAM) {
 
 std::uint32_t ITovSystem::GetSysColor(int) {
     return 0;
+}
+
+std::unique_ptr<CDC> ITovSystem::CreateMemoryDC(HWND, CSize const&) {
+    return nullptr;
+}
+
+std::unique_ptr<CDC> ITovSystem::CreatePaintDC(HWND, CRect* part) {
+    if (part != nullptr) *part = {};
+    return nullptr;
 }
 
 void TovSetDefaultSystem(ITovSystem* system) {

@@ -5,7 +5,11 @@
 #include <tov310/geometry.h>
 #include <tov310/types.h>
 
+#include <memory>
+
 namespace tov {
+
+class CDC;
 
 // Colours of the system by number.
 inline constexpr int COLOR_WINDOW = 5;
@@ -47,6 +51,14 @@ class TOV_CORE_API ITovSystem {
 
     // One of the system's colours, 0x00BBGGRR.
     virtual std::uint32_t GetSysColor(int index);
+
+    // A device in memory like that of the window: with its dots, font and colours, filled with its
+    // background. Null where there is none.
+    virtual std::unique_ptr<CDC> CreateMemoryDC(HWND window, CSize const& size);
+
+    // The device of a window while it is told to paint itself (WM_PAINT), and the rectangle around what is to
+    // be painted. Null, and an empty one, at other times.
+    virtual std::unique_ptr<CDC> CreatePaintDC(HWND window, CRect* part);
 
  protected:
     ITovSystem() = default;

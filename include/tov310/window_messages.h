@@ -30,7 +30,8 @@ inline constexpr unsigned WM_VSCROLL = 0x0115;
 
 // Before the fact; a swallowed one does not happen.
 inline constexpr unsigned WM_CLOSE = 0x0010;          // somebody wants to close it
-inline constexpr unsigned WM_PAINT = 0x000F;          // it is to be painted
+inline constexpr unsigned WM_PAINT = 0x000F;          // it is to be painted; wParam: the CDC* that wants its
+                                                      // picture, 0 for its own device
 inline constexpr unsigned WM_MOUSEACTIVATE = 0x0021;  // a press, a wheel or a key is about to reach it or to
                                                       // bring it the focus; 0 keeps that off. wParam: the
                                                       // handle of the top-level window
