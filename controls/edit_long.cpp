@@ -51,7 +51,8 @@ CTovEditLong::CTovEditLong(CTovEditText& text, CTovEditIntegerHost& host) : m_te
 CTovEditLong::~CTovEditLong() = default;
 
 long CTovEditLong::Read(CString const& text, bool isUnsigned) {
-    CString const number = SignInFront(text, false);
+    // The unsigned ones take no sign from elsewhere.
+    CString const number = isUnsigned ? CString(TrimmedSpaces(text, true, true)) : SignInFront(text, false);
     std::string_view digits = number;
     bool const negative = digits.starts_with('-');
     if (negative || digits.starts_with('+')) digits.remove_prefix(1);

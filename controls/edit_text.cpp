@@ -205,8 +205,11 @@ void CTovEditText::ChangeText(CString const& text, Selection const& selection) {
     bool const tells = m_host.IgnoreEditChanged() == 0;
     ShowText(text);
     m_host.SetEditSel(selection.start, selection.end);
+    if (!tells) return;
     CWnd const* const window = m_host.InputControl().GetWnd();
-    if (tells) m_host.OnEditChanged(static_cast<unsigned>(window != nullptr ? window->GetDlgCtrlID() : 0));
+    auto const id = static_cast<unsigned>(window != nullptr ? window->GetDlgCtrlID() : 0);
+    if (m_trimming != 0) return m_host.OnEditChanged(id);  // nothing that anybody has done
+    m_host.TellEditChanged(id);
 }
 
 void CTovEditText::InternalSetWindowTextNoTrimNoUndoRedo(char const* text) {

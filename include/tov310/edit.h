@@ -96,6 +96,7 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
     void LimitEditText(unsigned most) override;
     void ApplyReadOnly(int readOnly, int enabled) override;
     void EnableCompanions(int enable) override;
+    void TellEditChanged(unsigned) override { OnTextChanged(); }
     int ReadClipboard(CString& text) override;
     int WriteClipboard(CString const& text) override;
     void Beep() override;

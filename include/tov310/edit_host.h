@@ -25,6 +25,9 @@ namespace tov {
 
 class TOV_CORE_API CTovEditHost {
  public:
+    using eAllowedChars = eTovAllowedChars;
+    using enum eTovAllowedChars;
+
     CTovEditHost() = default;
     CTovEditHost(CTovEditHost const&) = delete;
     CTovEditHost& operator=(CTovEditHost const&) = delete;
@@ -47,6 +50,10 @@ class TOV_CORE_API CTovEditHost {
     virtual void ApplyReadOnly(int readOnly,
                                int enabled) = 0;      // of the edit's window
     virtual void EnableCompanions(int /*enable*/) {}  // of those that exist
+
+    // The edit has changed its text by itself (paste, undo ...). Overrides do what they do when the toolkit
+    // tells of a change.
+    virtual void TellEditChanged(unsigned id) { OnEditChanged(id); }
 
     virtual int ReadClipboard(CString& text) = 0;         // 0: no text, or it cannot be opened
     virtual int WriteClipboard(CString const& text) = 0;  // never empty

@@ -152,7 +152,8 @@ class TOV_CORE_API CTovEditLong {
     CTovEditLong& operator=(CTovEditLong const&) = delete;
     ~CTovEditLong();
 
-    // The number at the start of a text; a sign may stand anywhere in it. What is too large is limited.
+    // The number at the start of a text. Of a signed one the sign may stand anywhere in it. What is too large
+    // is limited.
     static long Read(CString const& text, bool isUnsigned);
 
     // The value as text; the display format may be any of printf's for integers.

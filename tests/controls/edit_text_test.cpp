@@ -237,6 +237,8 @@ TEST(EditUndo, FollowsTheModelThroughRandomEdits) {
             for (std::size_t n = 1 + below(4); n > 0; --n)
                 some += alphabet[below(alphabet.size())];
             auto const operation = below(13);
+            std::string const before = edit.text;
+            int const told = edit.told;
             switch (operation) {
                 case 0:
                     edit.Undo();
@@ -311,6 +313,9 @@ TEST(EditUndo, FollowsTheModelThroughRandomEdits) {
                       std::tuple(model.now.text, model.now.start, model.now.end))
                 << "run " << run << " step " << step << " operation " << operation;
             ASSERT_EQ(edit.GetRawString(), edit.text);
+            if (operation != 6 && operation != 7 && before != edit.text) {
+                ASSERT_EQ(edit.told, told + 1);
+            }
             ASSERT_EQ(std::pair(edit.CanUndo() != 0, edit.CanRedo() != 0),
                       std::pair(!model.undo.empty(), !model.redo.empty()));
         }

@@ -57,7 +57,7 @@ class FakeEdit : public FakeWindowOf<CWnd>, public CTovInputControl, public CTov
             wide.replace(static_cast<std::size_t>(start), selected, 1, character);
             start = end = start + 1;
             text = Narrow(wide);
-            OnEditChanged(static_cast<unsigned>(GetDlgCtrlID()));
+            TellEditChanged(static_cast<unsigned>(GetDlgCtrlID()));
         }
     }
     int Key(int virtualKey, std::set<int> const& held = {}) {
@@ -75,7 +75,7 @@ class FakeEdit : public FakeWindowOf<CWnd>, public CTovInputControl, public CTov
         if (text == words) return;
         text = words;
         start = end = 0;
-        OnEditChanged(static_cast<unsigned>(GetDlgCtrlID()));
+        if (IgnoreEditChanged() == 0) TellEditChanged(static_cast<unsigned>(GetDlgCtrlID()));
     }
     void GetEditSel(int& from, int& to) override { from = start, to = end; }
     void SetEditSel(int from, int to) override { start = from, end = to; }
@@ -85,6 +85,10 @@ class FakeEdit : public FakeWindowOf<CWnd>, public CTovInputControl, public CTov
         ModifyStyle(enabled ? WS_DISABLED : 0, enabled ? 0 : WS_DISABLED);
     }
     void EnableCompanions(int enable) override { companionsEnabled = enable; }
+    void TellEditChanged(unsigned id) override {
+        ++told;
+        OnEditChanged(id);
+    }
     int ReadClipboard(CString& words) override { return words = clipboard, clipboardWorks; }
     int WriteClipboard(CString const& words) override {
         if (clipboardWorks) clipboard = words;
@@ -116,6 +120,7 @@ class FakeEdit : public FakeWindowOf<CWnd>, public CTovInputControl, public CTov
     CString clipboard;
     int clipboardWorks = 1;
     int beeps = 0;
+    int told = 0;  // changes
     int companionsEnabled = -1;
     CTovEditText engine{*this};
 };
