@@ -2,6 +2,7 @@
 
 #include "platform/dialog_controls.h"
 #include "platform/event_routing.h"
+#include "platform/focus_order.h"
 
 #include <tov310/messages.h>
 #include <tov310/qt_values.h>
@@ -166,9 +167,16 @@ class DialogBuilder {
         // In a form within a form they come where the form does.
         QWidget* before = &m_host;
         for (QWidget* const widget : m_widgets) {
-            QWidget::setTabOrder(before, widget);
+            PutBehindInFocus(*before, *widget);
             before = widget;
         }
+    }
+
+    // The toolkit does so only once one of the group has had the focus.
+    static void LetTabStopAtChecked(QAbstractButton* button, bool isChecked) {
+        if (!isChecked) return;
+        for (QAbstractButton* const other : button->group()->buttons())
+            SetTabStop(*other, other == button);
     }
 
     void JoinRadioButtons() {
@@ -180,6 +188,7 @@ class DialogBuilder {
             if (group == nullptr) {
                 group = std::make_unique<QButtonGroup>(&m_host).release();
                 m_made.emplace_back(group);
+                QObject::connect(group, &QButtonGroup::buttonToggled, group, LetTabStopAtChecked);
             }
             group->addButton(qobject_cast<QAbstractButton*>(m_widgets[i]),
                              control.id != 0 ? static_cast<int>(control.id) : -1);
