@@ -7,14 +7,29 @@
 // all.
 #include "answer.h"
 #include "commands.h"
+#ifdef SURVEY_WINDOWS
+#include "window_commands.h"
+#endif
 
 #include <exception>
 #include <iostream>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace survey {
 namespace {
+
+// All of them; the first is what is done without a command.
+std::vector<Command> AllCommands() {
+    std::span<Command const> const plain = Commands();
+    std::vector<Command> all(plain.begin(), plain.end());
+#ifdef SURVEY_WINDOWS
+    std::span<Command const> const shown = WindowCommands();
+    all.insert(all.end(), shown.begin(), shown.end());
+#endif
+    return all;
+}
 
 void PrintUsage(Command const& command, std::string_view lead) {
     std::cout << lead << "survey " << command.name << (command.name.empty() ? "" : " ") << command.usage
@@ -22,7 +37,8 @@ void PrintUsage(Command const& command, std::string_view lead) {
 }
 
 void PrintHelp(Command const& command) {
-    std::span<Command const> const commands = Commands();
+    std::vector<Command> const all = AllCommands();
+    std::span<Command const> const commands = all;
     bool const isWhole = command.name.empty();
     PrintUsage(command, "usage: ");
     for (Command const& other : isWhole ? commands.subspan(1) : commands.first(0))
@@ -49,11 +65,12 @@ found), 2 wrong call, 3 something cannot be read or written, 130 ended by Ctrl-C
 
 int Run(Arguments arguments) {
     CommonOptions common;
-    Command const* command = &Commands().front();
+    std::vector<Command> const commands = AllCommands();
+    Command const* command = &commands.front();
     while (arguments.Next()) {
         if (TakeCommon(arguments, common)) continue;
         bool isCommand = false;
-        for (Command const& known : Commands()) {
+        for (Command const& known : commands) {
             isCommand = arguments.MayBeCommand() && !known.name.empty() && known.name == arguments.Name();
             if (isCommand) command = &known;
             if (isCommand) break;
@@ -72,6 +89,13 @@ int Run(Arguments arguments) {
 int main(int argc, char** argv) {
     try {
         std::span<char const* const> const arguments(argv, static_cast<std::size_t>(argc));
+#ifdef SURVEY_WINDOWS
+        // Whoever clicks on the program wants to see a window.
+        if (argc < 2 && survey::HasDisplay()) {
+            int const code = survey::RunFirstWindow();
+            if (code != survey::kNoDisplay) return code;
+        }
+#endif
         int const code = survey::Run(survey::Arguments(arguments.subspan(argc > 0 ? 1 : 0)));
         if (std::cout.flush()) return code;
         survey::Complain() << "the output cannot be written\n";

@@ -3,7 +3,6 @@
 #include "answer.h"
 #include "text.h"
 
-#include <tov310/last_documents.h>
 #include <tov310/profile.h>
 
 #include <charconv>
@@ -71,9 +70,17 @@ std::vector<std::string> RecentTables() {
     for (unsigned number = 1; number <= list.GetCapacity(); ++number) {
         std::string_view const kept = list.GetDocument(number);
         if (kept.empty()) break;
-        paths.push_back(Unescaped(kept.substr(0, kept.find(';'))));
+        paths.push_back(TableOf(std::string(kept)));
     }
     return paths;
+}
+
+std::unique_ptr<tov::CTovLastDocuments> RecentDocuments() {
+    return std::make_unique<RecentList>();
+}
+
+std::string TableOf(std::string const& document) {
+    return Unescaped(std::string_view(document).substr(0, document.find(';')));
 }
 
 void ForgetRecentTables() {

@@ -3,8 +3,11 @@
 
 #include "common.h"
 
+#include <tov310/last_documents.h>
+
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,6 +22,10 @@ void RememberTable(std::filesystem::path const& path);
 std::vector<std::string> RecentTables();
 
 void ForgetRecentTables();
+
+// The same list for menus, and the path of one of its entries.
+std::unique_ptr<tov::CTovLastDocuments> RecentDocuments();
+std::string TableOf(std::string const& document);
 
 // The list for the user.
 int RunRecent(Arguments& arguments, CommonOptions& common);

@@ -215,7 +215,8 @@ class Program : public testing::Test {
     };
 
     Answer Run(std::vector<std::string> const& arguments, std::string const& program = SURVEY_PROGRAM) const {
-        std::string command = "XDG_CONFIG_HOME=" + Quoted(m_folder.path()) + " " + Quoted(program);
+        std::string command = "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM XDG_CONFIG_HOME=" +
+                              Quoted(m_folder.path()) + " " + Quoted(program);
         for (std::string const& argument : arguments)
             command.append(" ").append(Quoted(argument));
         std::string const out = m_folder.File("out"), complaints = m_folder.File("complaints");

@@ -1,0 +1,16 @@
+// Pictures of all windows, for people to look at.
+#pragma once
+
+#include "common.h"
+
+#include <string>
+
+namespace survey {
+
+std::string ShotsHelp();
+int RunShots(Arguments& arguments, CommonOptions& common);
+
+// Has the program use its own texts in a language; UsageError where there are none.
+void UseWords(std::string const& language);
+
+}  // namespace survey
