@@ -73,7 +73,7 @@ int CTovWndSplash::LoadImage() {
 }
 
 int CTovWndSplash::Create(CWnd* parent, unsigned long style, unsigned long exStyle, int disableParent) {
-    if (GetSafeHwnd() || LoadImage() == 0) return 0;
+    if (m_isMade != 0 || LoadImage() == 0) return 0;
     if (parent == nullptr) parent = MainWindow();
     QWidget* const owner = TovWidget(parent);
     if (m_topmost != 0) exStyle |= WS_EX_TOPMOST;
@@ -81,7 +81,8 @@ int CTovWndSplash::Create(CWnd* parent, unsigned long style, unsigned long exSty
     if ((exStyle & WS_EX_TOPMOST) != 0) flags |= Qt::WindowStaysOnTopHint;
     setWindowFlags(flags);
     setGeometry(InTheMiddle(owner, {m_dib.GetWidth(), m_dib.GetHeight()}));
-    if (!TovHandle(this)) return 0;
+    m_isMade = TovHandle(this) ? 1 : 0;
+    if (m_isMade == 0) return 0;
     ModifyStyle(WS_VISIBLE, style & ~WS_VISIBLE);
     ModifyStyleEx(0, exStyle);
     if (owner != nullptr) {
@@ -98,7 +99,6 @@ int CTovWndSplash::Create(CWnd* parent, unsigned long style, unsigned long exSty
 // The program will not come to its main loop soon, so the picture is brought to the screen here.
 void CTovWndSplash::ShowNow() {
     show();
-    raise();
     constexpr int longest = 250;  // milliseconds; a desktop may refuse to show anything at all
     QElapsedTimer waited;
     waited.start();
@@ -113,6 +113,7 @@ void CTovWndSplash::ShowNow() {
 
 int CTovWndSplash::DestroyWindow() {
     EnableParent();
+    m_isMade = 0;
     int const result = CWndOn::DestroyWindow();
     if (result != 0) Q_EMIT ended();
     return result;
@@ -132,6 +133,12 @@ LRESULT CTovWndSplash::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam
     if (m_timeOut != noTimeOut && m_clickEnds != 0 && IsClickOrKey(message))
         TovPostMessage(GetSafeHwnd(), WM_CLOSE);
     return CWndOn::WindowProc(message, wParam, lParam);
+}
+
+bool CTovWndSplash::event(QEvent* event) {
+    // The toolkit prepares every widget in its next loop; this one is no window before it is made one.
+    if (event->type() == QEvent::Polish && m_isMade == 0) return QWidget::event(event);
+    return CWndOn::event(event);
 }
 
 void CTovWndSplash::closeEvent(QCloseEvent* event) {

@@ -44,7 +44,7 @@ int CTovWndToolTip::CreatePopUpNA(CWnd* parent) {
 
 int CTovWndToolTip::Create(CWnd* parent, int canBeActivated) {
     QWidget* const owner = TovWidget(parent);
-    if (GetSafeHwnd() || (parent != nullptr && owner == nullptr)) return 0;
+    if (m_isMade != 0 || (parent != nullptr && owner == nullptr)) return 0;
     m_parent = TovHandle(owner);
     m_canBeActivated = canBeActivated;
     // The owner is followed and does not become the parent, which would delete it.
@@ -55,7 +55,8 @@ int CTovWndToolTip::Create(CWnd* parent, int canBeActivated) {
         connect(owner, &QObject::destroyed, this, [this] { DestroyWindow(); });
     }
     TakeFont();
-    return TovHandle(this) ? 1 : 0;
+    m_isMade = TovHandle(this) ? 1 : 0;
+    return m_isMade;
 }
 
 int CTovWndToolTip::DestroyWindow() {
@@ -64,6 +65,7 @@ int CTovWndToolTip::DestroyWindow() {
         disconnect(owner, nullptr, this, nullptr);
     }
     m_parent = {};
+    m_isMade = 0;
     Hide();
     return CWndOn::DestroyWindow();
 }
@@ -117,7 +119,7 @@ void CTovWndToolTip::ShowAt(QString const& text, QPoint const& place, Tip::eAcro
 }
 
 void CTovWndToolTip::Show(char const* text, CPoint const& place, Tip::eAcross across, Tip::eDown down) {
-    if (!GetSafeHwnd() || (m_parent && !IsWindow(m_parent))) return;
+    if (m_isMade == 0 || (m_parent && !IsWindow(m_parent))) return;
     TakeFont();
     m_text.Update(text, [this](CString const& shown) {
         QFontMetrics const metrics = fontMetrics();
@@ -156,6 +158,12 @@ void CTovWndToolTip::HideOnClick(int left, int right) {
     m_hideOnRightClick = right;
 }
 
+bool CTovWndToolTip::event(QEvent* event) {
+    // The toolkit prepares every widget in its next loop; this one is no window before it is made one.
+    if (event->type() == QEvent::Polish && m_isMade == 0) return QWidget::event(event);
+    return CWndOn::event(event);
+}
+
 bool CTovWndToolTip::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Hide && watched == TovWidget(m_parent)) Hide();
     return CWndOn::eventFilter(watched, event);
@@ -164,7 +172,10 @@ bool CTovWndToolTip::eventFilter(QObject* watched, QEvent* event) {
 void CTovWndToolTip::changeEvent(QEvent* event) {
     CWndOn::changeEvent(event);
     if (event->type() == QEvent::FontChange) m_text.Hide();  // the next text is measured anew
-    if (event->type() == QEvent::ActivationChange && isActiveWindow()) GiveActivationBack();
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        // The desktop is in the middle of it.
+        QMetaObject::invokeMethod(this, &CTovWndToolTip::GiveActivationBack, Qt::QueuedConnection);
+    }
 }
 
 void CTovWndToolTip::GiveActivationBack() {

@@ -48,6 +48,7 @@ class TOV_UI_API CTovWndSplash : public CWndOn<QWidget, CWnd> {
 
  protected:
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
@@ -64,6 +65,7 @@ class TOV_UI_API CTovWndSplash : public CWndOn<QWidget, CWnd> {
     int m_topmost;
     unsigned int m_timeOut;
     int m_clickEnds;
+    int m_isMade = 0;
     HWND m_disabled;  // the parent, if this has disabled it
 };
 

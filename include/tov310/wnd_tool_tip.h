@@ -66,6 +66,7 @@ class TOV_UI_API CTovWndToolTip : public CWndOn<QWidget, CWnd> {
     // The mouse has left a tip that hides then; it is hidden already.
     virtual void OnToolTipMouseLeave() {}
 
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void leaveEvent(QEvent* event) override;
@@ -84,6 +85,7 @@ class TOV_UI_API CTovWndToolTip : public CWndOn<QWidget, CWnd> {
     QFont m_toolkitFont;
     HWND m_parent;
     QPointer<QWidget> m_activeBefore;
+    int m_isMade = 0;
     int m_canBeActivated = 0;
     int m_isHidden = 1;
     int m_hideOnLeave = 0;
