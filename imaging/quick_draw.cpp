@@ -94,6 +94,11 @@ unsigned int CTovQuickDraw::GetExcludeFromTop() const {
     return m_nExcludeFromTop;
 }
 
+void CTovQuickDraw::OnDestroyWindow() {
+    CTovSubclassWnd::OnDestroyWindow();
+    Clean();
+}
+
 void CTovQuickDraw::Draw(CPaintDC& paint) {
     CRect part = paint.GetPaintRect();
     auto const excluded = static_cast<int>(std::min(m_nExcludeFromTop, 0x7FFFFFFFU));
@@ -164,18 +169,18 @@ LRESULT CTovQuickDraw::OnPaint(LPARAM lParam) {
 }
 
 void CTovQuickDraw::PaintInMemory(CRect const& part, LPARAM lParam) {
-    CDC& memory = *m_memory;
-    memory.SetClipRect(&part);
-    memory.FillSolidRect(part, Background());
+    std::shared_ptr<CDC> const memory = m_memory;
+    memory->SetClipRect(&part);
+    memory->FillSolidRect(part, Background());
     CView* const view = GetNotifyWnd();
     if (view == nullptr) {
-        CTovSubclassWnd::WindowProc(WM_PAINT, reinterpret_cast<WPARAM>(&memory), lParam);
+        CTovSubclassWnd::WindowProc(WM_PAINT, reinterpret_cast<WPARAM>(memory.get()), lParam);
         return;
     }
     HWND const handle = view->GetSafeHwnd();
     std::weak_ptr<char> const life = m_life;
-    view->OnPrepareDC(&memory);
-    if (IsWindow(handle) && !life.expired() && m_memory.get() == &memory) view->OnDraw(&memory);
+    view->OnPrepareDC(memory.get());
+    if (IsWindow(handle) && !life.expired() && m_memory == memory) view->OnDraw(memory.get());
 }
 
 }  // namespace tov

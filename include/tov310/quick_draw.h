@@ -24,8 +24,8 @@ class TOV_CORE_API CPaintDC {
     CRect const& GetPaintRect() const { return m_rcPaint; }  // around what is to be painted
 
  private:
+    CRect m_rcPaint;  // told by what makes the device
     std::unique_ptr<CDC> m_dc;
-    CRect m_rcPaint;
 };
 
 // A hook that paints its window in memory, in the dots of the screen. Whoever answers WM_PAINT finds the
@@ -64,7 +64,7 @@ class TOV_CORE_API CTovQuickDraw : public CTovSubclassWnd {
     virtual int EraseBkgnd(CWnd* window);
 
     // The memory device, made when it is first asked for; null without a size, and without a screen. It lives
-    // until the size changes.
+    // until the size changes, and as long as a message to paint is on its way.
     virtual CDC* GetCompDC(CWnd* window);
 
     // The colour of the background, 0x00BBGGRR; until it is set, it is that of the window.
@@ -74,6 +74,8 @@ class TOV_CORE_API CTovQuickDraw : public CTovSubclassWnd {
     // Rows at the top that are never copied to the screen; 0 at first.
     virtual void SetExcludeFromTop(unsigned int rows);
     virtual unsigned int GetExcludeFromTop() const;
+
+    void OnDestroyWindow() override;
 
     // Copies the picture in memory to what is to be painted.
     void Draw(CPaintDC& paint);
@@ -91,8 +93,8 @@ class TOV_CORE_API CTovQuickDraw : public CTovSubclassWnd {
     HWND m_notify;
     int m_nStopCount = 0;
     SIZE m_size;
-    std::unique_ptr<CDC> m_memory;
-    bool m_isPainted = false;  // the memory shows the window
+    std::shared_ptr<CDC> m_memory;  // whoever paints on it may change the size
+    bool m_isPainted = false;       // the memory shows the window
     unsigned int m_nExcludeFromTop = 0;
     COLORREF m_customBkColor = 0;
     bool m_hasCustomBkColor = false;
