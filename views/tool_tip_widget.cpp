@@ -9,6 +9,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QTimer>
 #include <QToolTip>
 #include <QWindow>
 
@@ -172,14 +173,16 @@ bool CTovWndToolTip::eventFilter(QObject* watched, QEvent* event) {
 void CTovWndToolTip::changeEvent(QEvent* event) {
     CWndOn::changeEvent(event);
     if (event->type() == QEvent::FontChange) m_text.Hide();  // the next text is measured anew
-    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
-        // The desktop is in the middle of it.
-        QMetaObject::invokeMethod(this, &CTovWndToolTip::GiveActivationBack, Qt::QueuedConnection);
-    }
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) GiveActivationBack(10);
 }
 
-void CTovWndToolTip::GiveActivationBack() {
-    if (m_activeBefore != nullptr && m_activeBefore != this) m_activeBefore->activateWindow();
+// The desktop takes no notice of it while it is in the middle of the other change.
+void CTovWndToolTip::GiveActivationBack(int tries) {
+    QTimer::singleShot(20, this, [this, tries] {
+        if (tries == 0 || !isActiveWindow() || m_activeBefore == nullptr || m_activeBefore == this) return;
+        m_activeBefore->activateWindow();
+        GiveActivationBack(tries - 1);
+    });
 }
 
 void CTovWndToolTip::leaveEvent(QEvent* event) {

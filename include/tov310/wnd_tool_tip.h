@@ -78,7 +78,7 @@ class TOV_UI_API CTovWndToolTip : public CWndOn<QWidget, CWnd> {
     void Show(char const* text, CPoint const& place, CTovToolTipText::eAcross across,
               CTovToolTipText::eDown down);
     void TakeFont();
-    void GiveActivationBack();
+    void GiveActivationBack(int tries);
 
     CTovToolTipText m_text;
     CString m_said;

@@ -211,7 +211,7 @@ TEST(DisplayToolTip, NeverTakesTheActivation) {
         EXPECT_TRUE(desk.window.isActiveWindow() && desk.edit.hasFocus()) << canBeActivated;
         if (!canBeActivated) continue;
         desk.tip.activateWindow();
-        QTest::qWait(50);
+        EXPECT_TRUE(QTest::qWaitFor([&desk] { return desk.tip.isActiveWindow(); }));
         EXPECT_TRUE(QTest::qWaitForWindowActive(&desk.window)) << "it goes back";
         EXPECT_TRUE(QTest::qWaitFor([&desk] { return desk.edit.hasFocus(); }));
     }
