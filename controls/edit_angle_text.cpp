@@ -23,8 +23,6 @@ struct Hemisphere {
     bool isSouthOrWest;
 };
 
-enum class PieceKind { kNumber, kSign, kSeparator, kMark, kHemisphere, kWord };
-
 // What the signs and words of the fields are: for which part they stand behind it, and how it is divided.
 struct Mark {
     int part;
@@ -63,7 +61,7 @@ bool IsAsciiLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-bool IsDigit(char c) {
+bool IsDigitOfAngle(char c) {
     return c >= '0' && c <= '9';
 }
 
@@ -120,7 +118,7 @@ std::string WithPoint(std::string text) {
     std::size_t const comma = text.find(',');
     bool const isPoint = comma != text.npos && comma > 0 && comma + 1 < text.size() &&
                          text.find(',', comma + 1) == text.npos && text.find('.') == text.npos &&
-                         IsDigit(text[comma - 1]) && IsDigit(text[comma + 1]);
+                         IsDigitOfAngle(text[comma - 1]) && IsDigitOfAngle(text[comma + 1]);
     if (isPoint) text[comma] = '.';
     return text;
 }
@@ -140,7 +138,7 @@ class AngleReader {
                 if (!IsBlankChar(c) && (m_count == 0 || !IsDigitNext())) return {};
             } else if (c == '-' || c == '+') {
                 if (!TakeDash(c)) return {};
-            } else if (IsDigit(c) || c == '.') {
+            } else if (IsDigitOfAngle(c) || c == '.') {
                 if (!TakeNumber()) return {};
             } else if (!TakeHemisphereOrMark()) {
                 return {};
@@ -154,7 +152,7 @@ class AngleReader {
  private:
     bool IsDigitNext() const {
         std::size_t const next = m_rest.find_first_not_of(" \t");
-        return next != m_rest.npos && (IsDigit(m_rest[next]) || m_rest[next] == '.');
+        return next != m_rest.npos && (IsDigitOfAngle(m_rest[next]) || m_rest[next] == '.');
     }
 
     // A sign before the first number; behind one a dash separates.
