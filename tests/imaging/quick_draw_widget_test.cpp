@@ -49,7 +49,7 @@ class Window : public CWndOn<QWidget, CView> {
 
     // What the user sees.
     QRgb At(int x, int y) const {
-        QImage const shown = screen()->grabWindow(winId()).toImage();
+        auto const& shown = dynamic_cast<QImage const&>(*backingStore()->paintDevice());
         return shown.pixel(x * shown.width() / width(), y * shown.height() / height());
     }
     // How often it was painted since the last call, what it owes included.
