@@ -17,7 +17,8 @@ CPoint BrushOriginIn(CRect const& rect, CPoint const& origin, int dots) {
 
 // A device covers all of what is behind it.
 std::uint32_t OverDevice(std::uint32_t below, std::uint32_t above) {
-    return PixelOver(below | 0xFF000000, above);
+    constexpr std::uint32_t alpha = 0xFF000000;
+    return (PixelOver(below | alpha, above) & ~alpha) | (below & alpha);
 }
 
 }  // namespace
@@ -81,7 +82,8 @@ int CDC::AlphaBlend(CRect const& to, CTovPixels const& block) {
                          width, height, {0, 0, width, height}, m_nStretchMode);
     if (!above) return 0;
     std::span const pixels(below->GetBits(), below->GetCount());
-    std::ranges::transform(pixels, std::span(above->GetBits(), above->GetCount()), pixels.begin(), OverDevice);
+    std::ranges::transform(pixels, std::span(above->GetBits(), above->GetCount()), pixels.begin(),
+                           OverDevice);
     return StretchDIBits(to.left, to.top, to.Width(), to.Height(), 0, 0, width, height, below->GetBits(),
                          TovHeaderOf(*below), SRCCOPY);
 }
