@@ -3,6 +3,8 @@
 
 #include <tov310/profile.h>
 
+#include "util/profile_text.h"
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -83,7 +85,7 @@ int CTovLastDocuments::AddDocument(char const* document) {
         if (Identity(entry) == Identity(added)) break;
         after.push_back(std::move(entry));
     }
-    return Write(before, after, true);
+    return Write(before, after);
 }
 
 int CTovLastDocuments::RemoveDocument(char const* document, int compareFirstPartOnly) {
@@ -101,12 +103,12 @@ int CTovLastDocuments::RemoveDocument(char const* document, int compareFirstPart
     bool const found = std::ranges::count_if(before, [](CString const& entry) { return !entry.empty(); }) !=
                        static_cast<std::ptrdiff_t>(after.size());
     after.resize(before.size());
-    return Write(before, after, false) && found;
+    return Write(before, after) && found;
 }
 
 int CTovLastDocuments::RemoveAllDocuments() {
     auto const before = ReadAll();
-    return Write(before, std::vector<CString>(before.size()), true);
+    return Write(before, std::vector<CString>(before.size()));
 }
 
 CString& CTovLastDocuments::GetDocument(unsigned int number) {
@@ -121,14 +123,15 @@ CString CTovLastDocuments::GetProfileStringA(int number) {
 }
 
 int CTovLastDocuments::WriteProfileStringA(int number, char const* text) {
-    CString const value = text != nullptr ? text : "";
-    auto const write = [&](CString const& form) {
-        return CTovProfileEntries::WriteProfileStringA(
-            m_storePath.c_str(), Section().c_str(), (m_entry + std::to_string(number)).c_str(), form.c_str());
-    };
-    if (!write(value)) return 0;
-    if (!WouldLoseItsEnds(value) || GetProfileStringA(number) == value) return 1;
-    return write('"' + value + '"');
+    CString value = text != nullptr ? text : "";
+    if (NamesProfileFile(m_storePath) && WouldLoseItsEnds(value)) value = '"' + value + '"';
+    auto const entry = m_entry + std::to_string(number);
+    if (!m_change) {
+        return CTovProfileEntries::WriteProfileStringA(m_storePath.c_str(), Section().c_str(), entry.c_str(),
+                                                       value.c_str());
+    }
+    m_change->emplace_back(entry, std::move(value));
+    return 1;
 }
 
 std::vector<CString> CTovLastDocuments::ReadAll() {
@@ -149,24 +152,18 @@ std::vector<CString> CTovLastDocuments::Documents() {
     return documents;
 }
 
-// Replaces the first entries. The order is chosen so that a process which dies in the middle leaves a
-// document twice and none lost; where a write fails, what was written is taken back.
-int CTovLastDocuments::Write(std::vector<CString> const& before, std::vector<CString> const& after,
-                             bool lastFirst) {
-    std::vector<std::size_t> order;
+// Replaces the first entries, with one write.
+int CTovLastDocuments::Write(std::vector<CString> const& before, std::vector<CString> const& after) {
+    m_change.emplace();
+    struct Collecting {
+        ~Collecting() { change.reset(); }
+        decltype(m_change)& change;
+    } const collecting{m_change};
     for (std::size_t i = 0; i < after.size(); ++i) {
-        if (before[i] != after[i]) order.push_back(i);
+        bool const changes = before[i] != after[i];
+        if (changes && !WriteProfileStringA(static_cast<int>(i) + 1, after[i].c_str())) return 0;
     }
-    if (lastFirst) std::ranges::reverse(order);
-    for (auto place = order.begin(); place != order.end(); ++place) {
-        if (WriteProfileStringA(static_cast<int>(*place) + 1, after[*place].c_str())) continue;
-        while (place != order.begin()) {
-            --place;
-            WriteProfileStringA(static_cast<int>(*place) + 1, before[*place].c_str());
-        }
-        return 0;
-    }
-    return 1;
+    return CTovProfileEntries::WriteProfileStrings(m_storePath.c_str(), Section().c_str(), *m_change);
 }
 
 }  // namespace tov

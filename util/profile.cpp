@@ -23,6 +23,8 @@ constexpr std::size_t mostFileText = 4095;      // bytes of a text read from a f
 constexpr std::size_t mostRegistryData = 8192;  // bytes of a listed text with its zero
 constexpr std::size_t mostRegistryName = 260;   // characters of a listed name
 
+using ProfileTexts = std::vector<std::pair<CString, CString>>;
+
 CString& ProfilePath() {
     static Immortal<CString> path;
     return *path;
@@ -51,26 +53,12 @@ Result WithoutExceptions(Result failed, Action action) noexcept {
     }
 }
 
-constexpr bool IsAnySeparator(char c) {
-    return c == '/' || c == '\\';
-}
-
-constexpr bool NamesFile(std::string_view path) {
-    if (!path.empty() && IsAnySeparator(path.front())) return true;
-    for (std::size_t i = 0; i < path.size(); ++i) {
-        auto const rest = path.substr(i);
-        if (rest.front() == ':' && rest.size() > 1 && IsAnySeparator(rest[1])) return true;
-        if (rest.front() == '.' && FoldedEqual{}(rest.substr(0, 4), ".ini")) return true;
-    }
-    return false;
-}
-
 // The file of a path that names one. The usual path is taken as it is, without a copy.
 class ProfileFile {
  public:
     explicit ProfileFile(char const* path) : m_path(path) {
         std::string_view const view(path);
-        bool const bare = std::ranges::none_of(view, IsAnySeparator);
+        bool const bare = std::ranges::none_of(view, IsProfileSeparator);
         if (!bare && view.find('\\') == std::string_view::npos) return;
         if (bare) m_text = UserConfigFolder() + '/';
         m_text += view;
@@ -213,6 +201,34 @@ int WriteRegistryString(char const* path, char const* section, char const* entry
     return store.Write(ProfileRoot(), key, entry, {registryText, 0, value});
 }
 
+bool HasZero(std::string_view text) {
+    return text.find('\0') != std::string_view::npos;
+}
+
+int WriteFileStrings(char const* path, char const* section, ProfileTexts const& entries) {
+    auto const writable = [](auto const& entry) {
+        return IniText::IsWritableEntry(entry.first) && IniText::IsWritableValue(entry.second);
+    };
+    if (!IniText::IsWritableSection(section) || !std::ranges::all_of(entries, writable)) return 0;
+    return IniStore::Instance().Edit(ProfileFile(path).Path(), true, [&](IniText const& text) {
+        auto changed = text.Bytes();
+        for (auto const& [name, value] : entries) {
+            IniText const now(std::move(changed));
+            bool const isThere = now.Value(section, name) == value;
+            changed = isThere ? now.Bytes() : now.WithValue(section, name, value);
+        }
+        return changed;
+    });
+}
+
+int WriteRegistryStrings(char const* path, char const* section, ProfileTexts const& entries) {
+    auto const hasLineEnd = [](auto const& entry) {
+        return HasLineEnd(entry.first) || HasLineEnd(entry.second);
+    };
+    if (HasLineEnd(section) || std::ranges::any_of(entries, hasLineEnd)) return 0;
+    return RegistryStore::Instance().WriteTexts(ProfileRoot(), RegistrySection(path, section), entries);
+}
+
 }  // namespace
 
 void TovSetProfilePath(char const* path) {
@@ -251,14 +267,14 @@ HKEY TovGetRegistryProfileRoot() {
 int CTovProfileEntries::ReadProfileSection(char const* path, char const* section, char* buffer,
                                            unsigned long size) {
     return WithoutExceptions(0, [&] {
-        auto const list = NamesFile(OrEmpty(path)) ? ListFileSection : ListRegistrySection;
+        auto const list = NamesProfileFile(OrEmpty(path)) ? ListFileSection : ListRegistrySection;
         return list(OrEmpty(path), OrEmpty(section), buffer, size);
     });
 }
 
 int CTovProfileEntries::WriteProfileSectionA(char const* path, char const* section, char const* buffer) {
     return WithoutExceptions(0, [&] {
-        auto const write = NamesFile(OrEmpty(path)) ? WriteFileSection : WriteRegistrySection;
+        auto const write = NamesProfileFile(OrEmpty(path)) ? WriteFileSection : WriteRegistrySection;
         return write(OrEmpty(path), OrEmpty(section), OrEmpty(buffer));
     });
 }
@@ -266,7 +282,7 @@ int CTovProfileEntries::WriteProfileSectionA(char const* path, char const* secti
 unsigned int CTovProfileEntries::ReadProfileInt(char const* path, char const* section, char const* entry,
                                                 int defaultValue) {
     return static_cast<unsigned int>(WithoutExceptions(defaultValue, [&] {
-        if (NamesFile(OrEmpty(path))) {
+        if (NamesProfileFile(OrEmpty(path))) {
             return IniStore::Instance().Read(ProfileFile(path).Path(), [&](IniText const* text) {
                 auto const value =
                     text != nullptr ? text->Value(OrEmpty(section), OrEmpty(entry)) : std::nullopt;
@@ -282,7 +298,7 @@ unsigned int CTovProfileEntries::ReadProfileInt(char const* path, char const* se
 
 int CTovProfileEntries::WriteProfileInt(char const* path, char const* section, char const* entry, int value) {
     return WithoutExceptions(0, [&]() -> int {
-        if (NamesFile(OrEmpty(path))) {
+        if (NamesProfileFile(OrEmpty(path))) {
             return WriteFileString(path, OrEmpty(section), OrEmpty(entry), ProfileNumberText(value).c_str());
         }
         if (HasLineEnd(OrEmpty(section)) || HasLineEnd(OrEmpty(entry))) return 0;
@@ -296,7 +312,7 @@ CString CTovProfileEntries::ReadProfileString(char const* path, char const* sect
                                               char const* defaultValue) {
     defaultValue = OrEmpty(defaultValue);
     return WithoutExceptions(CString(), [&] {
-        if (NamesFile(OrEmpty(path))) {
+        if (NamesProfileFile(OrEmpty(path))) {
             return IniStore::Instance().Read(ProfileFile(path).Path(), [&](IniText const* text) {
                 auto const value =
                     text != nullptr ? text->Value(OrEmpty(section), OrEmpty(entry)) : std::nullopt;
@@ -314,8 +330,19 @@ CString CTovProfileEntries::ReadProfileString(char const* path, char const* sect
 int CTovProfileEntries::WriteProfileStringA(char const* path, char const* section, char const* entry,
                                             char const* value) {
     return WithoutExceptions(0, [&] {
-        auto const write = NamesFile(OrEmpty(path)) ? WriteFileString : WriteRegistryString;
+        auto const write = NamesProfileFile(OrEmpty(path)) ? WriteFileString : WriteRegistryString;
         return write(OrEmpty(path), OrEmpty(section), entry, value);
+    });
+}
+
+int CTovProfileEntries::WriteProfileStrings(char const* path, char const* section,
+                                            std::vector<std::pair<CString, CString>> const& entries) {
+    return WithoutExceptions(0, [&] {
+        auto const hasZero = [](auto const& entry) { return HasZero(entry.first) || HasZero(entry.second); };
+        if (std::ranges::any_of(entries, hasZero)) return 0;
+        if (entries.empty()) return 1;
+        auto const write = NamesProfileFile(OrEmpty(path)) ? WriteFileStrings : WriteRegistryStrings;
+        return write(OrEmpty(path), OrEmpty(section), entries);
     });
 }
 
@@ -354,7 +381,7 @@ int CTovProfileEntries::WriteProfileIntVector(CWinApp& app, char const* section,
 int CTovProfileEntries::ReadSectionNames(char const* path, std::vector<CString>& names) {
     names.clear();
     return WithoutExceptions(0, [&]() -> int {
-        if (!NamesFile(OrEmpty(path))) {
+        if (!NamesProfileFile(OrEmpty(path))) {
             bool const read =
                 RegistryStore::Instance().SubKeys(ProfileRoot(), RegistryBranch(OrEmpty(path)), names);
             if (!read) names.clear();
@@ -414,6 +441,11 @@ CString CTovProfileEntries::ReadTovProfileString(char const* section, char const
 
 int CTovProfileEntries::WriteTovProfileString(char const* section, char const* entry, char const* value) {
     return WriteProfileStringA(TovGetProfilePath(), section, entry, value);
+}
+
+int CTovProfileEntries::WriteTovProfileStrings(char const* section,
+                                               std::vector<std::pair<CString, CString>> const& entries) {
+    return WriteProfileStrings(TovGetProfilePath(), section, entries);
 }
 
 void CTovProfileEntries::ReadTovProfileIntVector(char const* section, char const* entry,

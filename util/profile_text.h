@@ -1,5 +1,6 @@
-// The rules of text that both profile stores share: how names compare, what counts as a blank, how numbers
-// and vectors of numbers are read and written. No rule depends on the locale of the process.
+// The rules of text that both profile stores share: which paths name a file, how names compare, what counts
+// as a blank, how numbers and vectors of numbers are read and written. No rule depends on the locale of the
+// process.
 #pragma once
 
 #include "util/trim.h"
@@ -39,6 +40,21 @@ struct FoldedEqual {
         return true;
     }
 };
+
+constexpr bool IsProfileSeparator(char c) {
+    return c == '/' || c == '\\';
+}
+
+// Whether the store of a path is a file; otherwise it is the registry.
+constexpr bool NamesProfileFile(std::string_view path) {
+    if (!path.empty() && IsProfileSeparator(path.front())) return true;
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        auto const rest = path.substr(i);
+        if (rest.front() == ':' && rest.size() > 1 && IsProfileSeparator(rest[1])) return true;
+        if (rest.front() == '.' && FoldedEqual{}(rest.substr(0, 4), ".ini")) return true;
+    }
+    return false;
+}
 
 // The number at the start of a text: blanks, a sign, decimal digits; what follows is ignored and nothing at
 // all is 0. Too large a number keeps its lowest 32 bits.

@@ -356,7 +356,12 @@ std::optional<RegistryStore::Key> RegistryStore::Find(HKEY root, std::string_vie
 std::optional<RegistryStore::Key> RegistryStore::Make(HKEY root, std::string_view key) {
     if (auto const found = Find(root, key); !found || *found != 0) return found;
     Transaction transaction(*this);
-    if (!transaction) return std::nullopt;
+    auto const made = transaction ? MakeSteps(root, key) : std::nullopt;
+    return made && transaction.Commit() ? made : std::nullopt;
+}
+
+// Within a transaction.
+std::optional<RegistryStore::Key> RegistryStore::MakeSteps(HKEY root, std::string_view key) {
     Key at = root == HKEY_LOCAL_MACHINE ? 2 : 1;
     for (auto step = NextStep(key); !step.empty(); step = NextStep(key)) {
         auto const child = Child(at, step);
@@ -368,7 +373,6 @@ std::optional<RegistryStore::Key> RegistryStore::Make(HKEY root, std::string_vie
         if (!Query(*this, addKey).Bind(1, at).Bind(2, step).Finish()) return std::nullopt;
         at = sqlite3_last_insert_rowid(m_database.get());
     }
-    if (!transaction.Commit()) return std::nullopt;
     return at;
 }
 
@@ -398,6 +402,17 @@ std::optional<RegistryValue> RegistryStore::Read(HKEY root, std::string_view key
     return std::nullopt;
 }
 
+bool RegistryStore::Put(Key key, std::string_view name, RegistryValue const& value) {
+    Query query(*this, writeValue);
+    query.Bind(1, key).Bind(2, name).Bind(3, value.type);
+    if (value.type == registryText) {
+        query.Bind(4, std::string_view(value.text));
+    } else {
+        query.Bind(4, value.number);
+    }
+    return query.Finish();
+}
+
 bool RegistryStore::Write(HKEY root, std::string_view key, std::string_view name,
                           RegistryValue const& value) {
     std::lock_guard const lock(m_mutex);
@@ -406,18 +421,30 @@ bool RegistryStore::Write(HKEY root, std::string_view key, std::string_view name
     for (int i = 0; i < tries; ++i) {
         auto const id = CachedKey(text, root, key);
         if (!id) return false;
-        Query query(*this, writeValue);
-        query.Bind(1, *id).Bind(2, name).Bind(3, value.type);
-        if (value.type == registryText) {
-            query.Bind(4, std::string_view(value.text));
-        } else {
-            query.Bind(4, value.number);
-        }
-        if (!query.Finish()) return false;
+        if (!Put(*id, name, value)) return false;
         if (sqlite3_changes(m_database.get()) != 0) return true;
         ForgetKeys();
     }
     return false;
+}
+
+bool RegistryStore::WriteTexts(HKEY root, std::string_view key,
+                               std::vector<std::pair<std::string, std::string>> const& texts) {
+    std::lock_guard const lock(m_mutex);
+    if (!Open()) return false;
+    Transaction transaction(*this);
+    if (!transaction) return false;
+    auto const id = MakeSteps(root, key);
+    if (!id) return false;
+    auto const isThere = [&](std::string_view name, std::string_view text) {
+        Query query(*this, readValue);
+        query.Bind(1, *id).Bind(2, name);
+        return query.Row() && query.Integer(0) == registryText && query.Text(1) == text;
+    };
+    for (auto const& [name, text] : texts) {
+        if (!isThere(name, text) && !Put(*id, name, {registryText, 0, text})) return false;
+    }
+    return transaction.Commit();
 }
 
 bool RegistryStore::ForEachValue(

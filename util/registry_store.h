@@ -25,6 +25,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 struct sqlite3;
@@ -53,6 +54,9 @@ class RegistryStore {
     // These make the key when it is missing.
     std::optional<RegistryValue> Read(HKEY root, std::string_view key, std::string_view name);
     bool Write(HKEY root, std::string_view key, std::string_view name, RegistryValue const& value);
+    // Several texts by name in one transaction: all or none. Those that are there already are not written.
+    bool WriteTexts(HKEY root, std::string_view key,
+                    std::vector<std::pair<std::string, std::string>> const& texts);
     bool ForEachValue(HKEY root, std::string_view key,
                       std::function<bool(std::string_view name, RegistryValue const& value)> const& visit);
     bool SubKeys(HKEY root, std::string_view key, std::vector<std::string>& names);
@@ -86,6 +90,8 @@ class RegistryStore {
     std::optional<Key> Child(Key parent, std::string_view name);
     std::optional<Key> Find(HKEY root, std::string_view key);
     std::optional<Key> Make(HKEY root, std::string_view key);
+    std::optional<Key> MakeSteps(HKEY root, std::string_view key);
+    bool Put(Key key, std::string_view name, RegistryValue const& value);
     std::optional<Key> CachedKey(std::string const& text, HKEY root, std::string_view key);
     void ForgetKeys() { m_keys.clear(); }
 

@@ -7,6 +7,8 @@
 #include <tov310/resources.h>
 #include <tov310/types.h>
 
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace tov {
@@ -125,7 +127,8 @@ class TOV_CORE_API CTovLastDocuments : public CObject {
 
  protected:
     // One entry of the store, by number. A text that begins or ends in a blank or a quote is put in quotes
-    // where the store would lose them.
+    // where the store would lose them. What changes the list hands every entry that changes to the second,
+    // which collects them then: they reach the store together at the end, or not at all where it answers 0.
     virtual CString GetProfileStringA(int number);
     virtual int WriteProfileStringA(int number, char const* text);
 
@@ -134,7 +137,7 @@ class TOV_CORE_API CTovLastDocuments : public CObject {
 
  private:
     std::vector<CString> ReadAll();
-    int Write(std::vector<CString> const& before, std::vector<CString> const& after, bool lastFirst);
+    int Write(std::vector<CString> const& before, std::vector<CString> const& after);
     std::vector<CString> Documents();
     void Remember(unsigned int command, std::vector<CString> const& documents);
     bool Refresh(unsigned int command, CMenu& menu, std::vector<CString> const& documents);
@@ -150,6 +153,7 @@ class TOV_CORE_API CTovLastDocuments : public CObject {
     std::vector<CString> m_promptSuffixes;
     unsigned int m_tab = 2;
     CString m_text;
+    std::optional<std::vector<std::pair<CString, CString>>> m_change;  // collected entries, during a change
 };
 
 }  // namespace tov

@@ -17,6 +17,7 @@
 #include <tov310/types.h>
 
 #include <map>
+#include <utility>
 #include <vector>
 
 namespace tov {
@@ -93,6 +94,12 @@ class TOV_CORE_API CTovProfileEntries {
     static int WriteProfileStringA(char const* path, char const* section, char const* entry,
                                    char const* value);
 
+    // Writes several entries (name, text) of one section, all of them or none: with one rewrite of the file
+    // or one transaction of the registry, so no reader ever sees a part. What is there already is not written
+    // again, and no entries at all are a success. A name or text with a zero is refused with 0, too.
+    static int WriteProfileStrings(char const* path, char const* section,
+                                   std::vector<std::pair<CString, CString>> const& entries);
+
     // Vectors are stored as text, every number followed by ";". Empty pieces and a number without ";" behind
     // it are passed over; what is no number is 0. The vector is emptied first.
     static void ReadProfileIntVector(char const* path, char const* section, char const* entry,
@@ -123,6 +130,8 @@ class TOV_CORE_API CTovProfileEntries {
     static int WriteTovProfileInt(char const* section, char const* entry, int value);
     static CString ReadTovProfileString(char const* section, char const* entry, char const* defaultValue);
     static int WriteTovProfileString(char const* section, char const* entry, char const* value);
+    static int WriteTovProfileStrings(char const* section,
+                                      std::vector<std::pair<CString, CString>> const& entries);
     static void ReadTovProfileIntVector(char const* section, char const* entry, std::vector<int>& values);
     static int WriteTovProfileIntVector(char const* section, char const* entry,
                                         std::vector<int> const& values);

@@ -41,7 +41,7 @@ class ProfileCrashTest : public testing::TestWithParam<char const*> {
             Progress;
 };
 
-TEST_P(ProfileCrashTest, AKilledWriterLeavesTheOldOrTheNewText) {
+TEST_P(ProfileCrashTest, AKilledWriterLeavesTheOldOrTheNewTexts) {
     std::mt19937 random(310);
     ASSERT_EQ(Entries::WriteProfileStringA(GetParam(), "S", "other", "stays"), 1);
     int kills = 0;
@@ -49,7 +49,8 @@ TEST_P(ProfileCrashTest, AKilledWriterLeavesTheOldOrTheNewText) {
         pid_t const child = test::StartChild([this] {
             for (int number = m_progress->started;; m_progress->done = number) {
                 m_progress->started = ++number;
-                if (!Entries::WriteProfileStringA(GetParam(), "S", "text", Text(number).c_str()))
+                CString const text = Text(number);
+                if (!Entries::WriteProfileStrings(GetParam(), "S", {{"text", text}, {"twin", text}}))
                     return false;
             }
         });
@@ -59,6 +60,7 @@ TEST_P(ProfileCrashTest, AKilledWriterLeavesTheOldOrTheNewText) {
         auto const text = Entries::ReadProfileString(GetParam(), "S", "text", Text(0).c_str());
         int const stored = std::atoi(text.c_str());
         ASSERT_EQ(text, Text(stored));
+        ASSERT_EQ(text, Entries::ReadProfileString(GetParam(), "S", "twin", Text(0).c_str()));
         ASSERT_TRUE(stored == m_progress->done || stored == m_progress->started)
             << stored << " after " << m_progress->done << ", before " << m_progress->started;
         ASSERT_EQ(Entries::ReadProfileString(GetParam(), "S", "other", ""), "stays");

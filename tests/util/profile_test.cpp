@@ -268,6 +268,26 @@ TEST_F(ProfileTest, RandomOperationsAgainstAMirror) {
     EXPECT_TRUE(names.empty());
 }
 
+TEST_F(ProfileTest, SeveralEntriesAreWrittenTogetherOrNotAtAll) {
+    Put("a.ini", ";1\r\n[S]\r\nb = 2 \r\n");
+    for (char const* path : stores) {
+        std::pair<CString, CString> const refused[] = {
+            {"n", "x\ny"}, {"n\r", "x"}, {"n", "x\0y"s}, {"\0"s, "x"}};
+        EXPECT_EQ(Write(path, "S", "b", "2") + Write(path, "S", "c", "3"), 2);
+        for (auto const& entry : refused)
+            EXPECT_EQ(Entries::WriteProfileStrings(path, "S", {{"b", "5"}, entry, {"c", "6"}}), 0);
+        EXPECT_EQ(Entries::WriteProfileStrings(path, "T\n", {{"b", "5"}}), 0);
+        EXPECT_EQ(Read(path, "S", "b") + Read(path, "S", "c"), "23");
+        EXPECT_EQ(Entries::WriteProfileStrings(path, "s", {{"d", "7"}, {"B", "2"}, {"c", "8"}, {"D", ""}}),
+                  1);
+        EXPECT_EQ(Read(path, "S", "b") + Read(path, "S", "c") + Read(path, "S", "d"), "28");
+    }
+    EXPECT_EQ(Entries::WriteProfileStrings(stores[0], "S", {{"a", "1"}, {"x=y", "1"}}), 0);
+    EXPECT_EQ(Get("a.ini"), ";1\r\n[S]\r\nb = 2\r\nc=8\r\nd=\r\n");
+    EXPECT_EQ(Entries::WriteProfileStrings("/no/such.ini", "S", {}), 1);
+    EXPECT_EQ(Entries::WriteProfileStrings("/no/such.ini", "S", {{"a", "1"}}), 0);
+}
+
 // A file refuses what it could not read back; the registry takes any name and text of one line.
 TEST_F(ProfileTest, NamesAndTextsThatAreRefused) {
     std::tuple<char const*, char const*, char const*, int> const rows[] = {

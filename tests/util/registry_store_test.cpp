@@ -93,6 +93,19 @@ TEST_F(RegistryStoreTest, LivesWithWhatAnotherProgramDoes) {
     EXPECT_EQ(Store().Read(user, "software\\A\\S", "v").value().type, 3) << "kept, and of no use";
 }
 
+// A text that the file refuses takes back those before it; one that is there already is not written at all.
+TEST_F(RegistryStoreTest, SeveralTextsAreWrittenTogether) {
+    ASSERT_TRUE(Store().WriteTexts(user, section, {{"a", "1"}, {"b", "2"}, {"A", "3"}, {"c", ""}}));
+    Sql("CREATE TRIGGER refusal BEFORE INSERT ON entries WHEN new.name = 'b' OR new.type != 1"
+        " BEGIN SELECT RAISE(ABORT, 'no'); END");
+    EXPECT_FALSE(Store().WriteTexts(user, section, {{"a", "4"}, {"b", "5"}}));
+    EXPECT_FALSE(Store().WriteTexts(user, "software\\New\\S", {{"b", "5"}}));
+    EXPECT_EQ(Values(section), (Names{"a=3", "b=2", "c="}));
+    EXPECT_EQ(SubKeys("software"), Names{"S"});
+    EXPECT_TRUE(Store().WriteTexts(user, section, {{"B", "2"}, {"c", "6"}}));
+    EXPECT_EQ(Values(section), (Names{"a=3", "b=2", "c=6"}));
+}
+
 TEST_F(RegistryStoreTest, FollowsTheConfigurationFolderAndTheFileInIt) {
     for (char const* const folder : {"", "other"}) {
         UseFolder(folder);
