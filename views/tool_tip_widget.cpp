@@ -205,9 +205,10 @@ void CTovWndToolTip::mousePressEvent(QMouseEvent* event) {
 void CTovWndToolTip::paintEvent(QPaintEvent*) {
     ITovSystem& system = *TovGetSystem();
     QPainter painter(this);
-    painter.fillRect(rect(), TovQColor(system.GetSysColor(COLOR_INFOBK)));
-    painter.setPen(TovQColor(system.GetSysColor(COLOR_INFOTEXT)));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    QColor const ink = TovQColor(system.GetSysColor(COLOR_INFOTEXT));
+    painter.fillRect(rect(), ink);  // what is left of it is the frame, whole at every scale
+    painter.fillRect(rect().adjusted(1, 1, -1, -1), TovQColor(system.GetSysColor(COLOR_INFOBK)));
+    painter.setPen(ink);
     constexpr int corner = 2;
     QRect const place = rect().adjusted(corner, corner, -corner, -corner);
     QString const shown =
