@@ -16,77 +16,67 @@ namespace tov {
 namespace {
 
 // The keys of the toolkit that have this number.
-std::vector<QKeyCombination> ToolkitKeys(int virtualKey,
-                                         Qt::KeyboardModifiers modifiers) {
-  std::vector<QKeyCombination> keys;
-  auto const look = [&](int first, int last) {
-    for (int key = first; key <= last; ++key) {
-      // Plain ones serve for the keypad as well.
-      bool const isPlain = VirtualKeyOf(key, false) == virtualKey;
-      if (!isPlain && VirtualKeyOf(key, true) != virtualKey)
-        continue;
-      keys.emplace_back(modifiers |
-                            (isPlain ? Qt::NoModifier : Qt::KeypadModifier),
-                        static_cast<Qt::Key>(key));
-    }
-  };
-  if (virtualKey == 0)
+std::vector<QKeyCombination> ToolkitKeys(int virtualKey, Qt::KeyboardModifiers modifiers) {
+    std::vector<QKeyCombination> keys;
+    auto const look = [&](int first, int last) {
+        for (int key = first; key <= last; ++key) {
+            // Plain ones serve for the keypad as well.
+            bool const isPlain = VirtualKeyOf(key, false) == virtualKey;
+            if (!isPlain && VirtualKeyOf(key, true) != virtualKey) continue;
+            keys.emplace_back(modifiers | (isPlain ? Qt::NoModifier : Qt::KeypadModifier),
+                              static_cast<Qt::Key>(key));
+        }
+    };
+    if (virtualKey == 0) return keys;
+    look(Qt::Key_Space, Qt::Key_AsciiTilde);
+    look(Qt::Key_Escape, Qt::Key_Direction_R);  // all that have no letter
     return keys;
-  look(Qt::Key_Space, Qt::Key_AsciiTilde);
-  look(Qt::Key_Escape, Qt::Key_Direction_R); // all that have no letter
-  return keys;
 }
 
 class AcceleratorKey final : public QShortcut {
-public:
-  AcceleratorKey(QKeyCombination keys, unsigned command, QWidget &window)
-      : QShortcut(QKeySequence(keys), &window) {
-    setAutoRepeat(false);
-    connect(this, &QShortcut::activated, &window,
-            [&window, command] { Press(window, command); });
-  }
+ public:
+    AcceleratorKey(QKeyCombination keys, unsigned command, QWidget& window)
+        : QShortcut(QKeySequence(keys), &window) {
+        setAutoRepeat(false);
+        connect(this, &QShortcut::activated, &window, [&window, command] { Press(window, command); });
+    }
 
-private:
-  static void Press(QWidget &widget, unsigned command) {
-    QPointer<QWidget> const alive(&widget);
-    CWnd *const window = TovWnd(&widget);
-    HWND const self = window->GetSafeHwnd();
-    CTovMenuPopUp::CCmdUIPopUp state;
-    state.m_nID = command;
-    state.DoUpdate(window, 0);
-    if (!alive || (state.m_bEnableChanged != 0 && state.m_bEnabled == 0))
-      return;
-    TovSendMessage(self, WM_COMMAND, TovCommandParam(command, 0));
-  }
+ private:
+    static void Press(QWidget& widget, unsigned command) {
+        QPointer<QWidget> const alive(&widget);
+        CWnd* const window = TovWnd(&widget);
+        HWND const self = window->GetSafeHwnd();
+        CTovMenuPopUp::CCmdUIPopUp state;
+        state.m_nID = command;
+        state.DoUpdate(window, 0);
+        if (!alive || (state.m_bEnableChanged != 0 && state.m_bEnabled == 0)) return;
+        TovSendMessage(self, WM_COMMAND, TovCommandParam(command, 0));
+    }
 };
 
-Qt::KeyboardModifiers ModifiersOf(ACCEL const &entry) {
-  Qt::KeyboardModifiers modifiers;
-  modifiers.setFlag(Qt::ShiftModifier, (entry.modifiers & ACCEL::eShift) != 0);
-  modifiers.setFlag(Qt::ControlModifier,
-                    (entry.modifiers & ACCEL::eControl) != 0);
-  modifiers.setFlag(Qt::AltModifier, (entry.modifiers & ACCEL::eAlt) != 0);
-  return modifiers;
+Qt::KeyboardModifiers ModifiersOf(ACCEL const& entry) {
+    Qt::KeyboardModifiers modifiers;
+    modifiers.setFlag(Qt::ShiftModifier, (entry.modifiers & ACCEL::eShift) != 0);
+    modifiers.setFlag(Qt::ControlModifier, (entry.modifiers & ACCEL::eControl) != 0);
+    modifiers.setFlag(Qt::AltModifier, (entry.modifiers & ACCEL::eAlt) != 0);
+    return modifiers;
 }
 
-} // namespace
+}  // namespace
 
-void TovSetAccelerators(QWidget *window, HACCEL const &keys) {
-  if (window == nullptr)
-    return;
-  // One of them may be what is being done.
-  for (QObject *const child : QObjectList(window->children())) {
-    auto *const key = dynamic_cast<AcceleratorKey *>(child);
-    if (key == nullptr)
-      continue;
-    key->setEnabled(false);
-    key->deleteLater();
-  }
-  for (ACCEL const &entry : keys.Entries()) {
-    for (QKeyCombination const key :
-         ToolkitKeys(static_cast<int>(entry.key), ModifiersOf(entry)))
-      std::make_unique<AcceleratorKey>(key, entry.command, *window).release();
-  }
+void TovSetAccelerators(QWidget* window, HACCEL const& keys) {
+    if (window == nullptr) return;
+    // One of them may be what is being done.
+    for (QObject* const child : QObjectList(window->children())) {
+        auto* const key = dynamic_cast<AcceleratorKey*>(child);
+        if (key == nullptr) continue;
+        key->setEnabled(false);
+        key->deleteLater();
+    }
+    for (ACCEL const& entry : keys.Entries()) {
+        for (QKeyCombination const key : ToolkitKeys(static_cast<int>(entry.key), ModifiersOf(entry)))
+            std::make_unique<AcceleratorKey>(key, entry.command, *window).release();
+    }
 }
 
-} // namespace tov
+}  // namespace tov

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <tov310/export.h>
+#include <tov310/resources.h>
 #include <tov310/window.h>
 #include <tov310/wnd_on.h>
 
@@ -26,6 +27,18 @@ class TOV_UI_API CTovToolBar : public CWndOn<QToolBar, CWnd> {
     // The buttons by their commands, from left to right in the place of those before; 0 is a separator.
     void SetButtons(std::span<unsigned const> commands);
 
+    // The same from the resource toolbars/ID.json, with the pictures of bitmaps/ID.*. Answers 1, or 0, with
+    // nothing changed, where there is none or it is faulty. Buttons without pictures show their short names.
+    int LoadToolBar(HINSTANCE module, unsigned id);
+
+    // Pictures alone, those of the toolbar resource with this number, for the commands that are the same.
+    // Answers 1, or 0, with nothing changed.
+    int LoadBitmap(HINSTANCE module, unsigned id);
+
+    // More pictures: the bitmap ID holds so many side by side, which go to the buttons without one, from left
+    // to right. Answers how many found a button, or -1 where there is no such bitmap.
+    int AddBitmap(int count, HINSTANCE module, unsigned id);
+
     // The button of a command, for an icon or a menu of the host's; it stays the bar's. Null for none.
     QAction* ButtonOf(unsigned command) const;
 
@@ -43,5 +56,8 @@ class TOV_UI_API CTovToolBar : public CWndOn<QToolBar, CWnd> {
 
     QMetaObject::Connection m_idle;
 };
+
+// The bar and the control in it are one.
+using CTovToolBarCtrl = CTovToolBar;
 
 }  // namespace tov
