@@ -1,4 +1,5 @@
 #include <tov310/application.h>
+#include <tov310/painter_dc.h>
 #include <tov310/pump.h>
 #include <tov310/qt_values.h>
 #include <tov310/styles.h>
@@ -147,12 +148,9 @@ void CTovWndSplash::closeEvent(QCloseEvent* event) {
 }
 
 void CTovWndSplash::paintEvent(QPaintEvent*) {
-    if (m_dib.GetCrBits() == nullptr) return;
-    QImage const rows(reinterpret_cast<uchar const*>(m_dib.GetCrBits()), m_dib.GetWidth(), m_dib.GetHeight(),
-                      QImage::Format_RGB32);
     QPainter painter(this);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(rect(), m_dib.IsTopDown() ? rows : rows.mirrored());
+    CTovPainterDC dc(painter);
+    m_drawDib.DrawDib(&dc, &m_dib, TovRect(rect()));
 }
 
 }  // namespace tov

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <tov310/dib.h>
+#include <tov310/draw_dib.h>
 #include <tov310/styles.h>
 #include <tov310/wnd_on.h>
 
@@ -62,6 +63,7 @@ class TOV_UI_API CTovWndSplash : public CWndOn<QWidget, CWnd> {
     unsigned int m_id = 0;
     CString m_path;
     CTovDib m_dib;
+    CTovDrawDib m_drawDib;
     int m_topmost;
     unsigned int m_timeOut;
     int m_clickEnds;
