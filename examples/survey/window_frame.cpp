@@ -102,14 +102,12 @@ void SurveyFrame::MakeToolBar() {
         {idOpen, QStyle::SP_DialogOpenButton},
         {idReload, QStyle::SP_BrowserReload},
         {tov::WM_TOV_PROPERTIES, QStyle::SP_FileDialogInfoView}};
-    constexpr unsigned buttons[] = {idOpen,         idReload, 0,           tov::WM_TOV_PROPERTIES,
-                                    idCopy,         0,        idAngleUnit, idAngleUnit + 1,
-                                    idAngleUnit + 3};
     m_toolBar.setObjectName("toolBar");
     m_toolBar.setMovable(false);
-    m_toolBar.SetButtons(buttons);
+    m_toolBar.LoadToolBar(tov::TovGetResourceHandle(), menuMain);
     for (auto const& [command, picture] : pictures)
-        m_toolBar.ButtonOf(command)->setIcon(style()->standardIcon(picture));
+        if (QAction* const button = m_toolBar.ButtonOf(command))
+            button->setIcon(style()->standardIcon(picture));
     addToolBar(&m_toolBar);
 }
 

@@ -1,4 +1,6 @@
 // Frames, tool bars, keys and the gripper, as a user meets them.
+#include "support/files.h"
+#include "support/temporary_folder.h"
 #include "support/widgets.h"
 
 #include <tov310/accelerator_keys.h>
@@ -10,6 +12,8 @@
 #include <tov310/tov_frame.h>
 
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 namespace tov {
 namespace {
@@ -140,6 +144,38 @@ TEST(Frames, MenusAndToolBarsCommandTheViewThatHasTheFocus) {
     EXPECT_EQ(frame.LoadMenu(nullptr, 1), 0);
     EXPECT_EQ(frame.LoadMenu(nullptr, 26269), 1);
     bar.setParent(nullptr), left.setParent(nullptr), right.setParent(nullptr), edit.setParent(nullptr);
+}
+
+// The resource has pictures for its buttons, or none, and a bar takes pictures for the buttons that lack one.
+TEST(Frames, ToolBarsComeFromResources) {
+    test::TemporaryFolder const folder;
+    test::PutFile(folder.File("strings.json"), "{}");
+    for (char const* const name : {"toolbars", "bitmaps"})
+        std::filesystem::create_directory(folder.path() / name);
+    test::PutFile(folder.File("toolbars/7.json"), R"({"width": 4, "height": 4, "items": [1, 0, 2]})");
+    test::PutFile(folder.File("toolbars/8.json"), R"({"width": 4, "height": 4, "items": [3, 1]})");
+    QImage strip(8, 4, QImage::Format_ARGB32);
+    strip.fill(Qt::blue);
+    QPainter(&strip).fillRect(0, 0, 4, 4, Qt::red);
+    ASSERT_TRUE(strip.save(QString::fromStdString(folder.File("bitmaps/7.png"))));
+    HINSTANCE const module = TovLoadResourceModule(folder.path().c_str());
+    auto const color = [](QAction const* button) {
+        return button->icon().isNull() ? QColor() : button->icon().pixmap(4, 4).toImage().pixelColor(2, 2);
+    };
+    CTovToolBar bar;
+    EXPECT_EQ(bar.LoadToolBar(module, 9), 0);
+    EXPECT_EQ(bar.LoadToolBar(module, 8), 1);
+    EXPECT_EQ(bar.actions().size(), 2);
+    EXPECT_EQ(bar.LoadBitmap(module, 8), 0);
+    EXPECT_EQ(bar.LoadBitmap(module, 7), 1);
+    EXPECT_EQ(color(bar.ButtonOf(1)), QColor(Qt::red));
+    EXPECT_EQ(color(bar.ButtonOf(3)), QColor()) << "the pictures know no such command";
+    EXPECT_EQ(bar.AddBitmap(2, module, 9), -1);
+    EXPECT_EQ(bar.AddBitmap(2, module, 7), 1);
+    EXPECT_EQ(color(bar.ButtonOf(3)), QColor(Qt::red));
+    EXPECT_EQ(bar.LoadToolBar(module, 7), 1);
+    EXPECT_TRUE(bar.actions().at(1)->isSeparator());
+    EXPECT_EQ(color(bar.ButtonOf(2)), QColor(Qt::blue));
 }
 
 TEST(Frames, KeysAreCommandsUnlessAnEditUsesThem) {
