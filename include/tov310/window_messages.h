@@ -41,7 +41,7 @@ inline constexpr unsigned WM_CONTEXTMENU =
 inline constexpr unsigned WM_KEYDOWN = 0x0100;  // wParam: a VK_ number, 0 where the key has none
 inline constexpr unsigned WM_KEYUP = 0x0101;
 inline constexpr unsigned WM_INITMENUPOPUP = 0x0117;  // a menu opens; wParam: its CMenu*, whose states may be
-                                                      // set still
+                                                      // set still; who ends the menu does not pass it on
 // The mouse. wParam: MK_ bits; lParam: the place in the window.
 inline constexpr unsigned WM_MOUSEMOVE = 0x0200;
 inline constexpr unsigned WM_LBUTTONDOWN = 0x0201;

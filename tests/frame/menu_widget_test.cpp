@@ -37,7 +37,9 @@ struct Owner : CTovFrameWnd {
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override {
         if (message == WM_INITMENUPOPUP) {
             opened.push_back(reinterpret_cast<CMenu*>(wParam));
+            std::weak_ptr<void const> const life = opened.back()->Life();
             onOpen(opened.back());
+            if (life.expired()) return 0;
         }
         return CTovFrameWnd::WindowProc(message, wParam, lParam);
     }
