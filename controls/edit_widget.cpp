@@ -98,6 +98,11 @@ void CTovEdit::OnContentChanged() {
     TellValidity();
 }
 
+void CTovEdit::TellDone() {
+    TellValidity();
+    if (std::exchange(m_changedSinceFocus, false)) Q_EMIT editingDone();
+}
+
 void CTovEdit::TellValidity() {
     CString message;
     eState const state = Validate(&message);
@@ -135,8 +140,7 @@ LRESULT CTovEdit::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
             if (!IsWindow(self)) return result;
             m_text.OnKillFocus();
             if (!IsWindow(self)) return result;
-            TellValidity();
-            if (std::exchange(m_changedSinceFocus, false)) Q_EMIT editingDone();
+            TellDone();
             return result;
         }
         case WM_LBUTTONDOWN: {
@@ -283,7 +287,7 @@ void CTovEdit::ApplyColors() {
         apply(QPalette::Base, colors.back);
     }
     bool const isUsual = colors.text == tovPlatformColor && colors.back == tovPlatformColor;
-    QPalette const wanted = isUsual ? QPalette() : own;
+    QPalette const wanted = isUsual ? UsualPalette() : own;
     if (wanted != palette() || testAttribute(Qt::WA_SetPalette) == isUsual) setPalette(wanted);
     m_isApplyingColors = false;
 }
@@ -356,7 +360,10 @@ void CTovEdit::PlaceCompanions() {
         m_spin->setGeometry(TovQRect(place));
         margin += m_text.companions.spinWidth;
     }
-    setTextMargins(0, 0, margin, 0);
+    // The rest of the margins is the host's.
+    QMargins margins = textMargins();
+    margins.setRight(margins.right() + margin - std::exchange(m_companionMargin, margin));
+    if (margins != textMargins()) setTextMargins(margins);
 }
 
 void CTovEdit::GetWindowBoundingRect(CRect* rect) {

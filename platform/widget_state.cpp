@@ -10,6 +10,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -90,6 +91,24 @@ unsigned long ButtonStyleOf(QWidget const& widget, unsigned long stored) {
 constexpr unsigned long stylesOfAll = WS_CHILD | WS_VISIBLE | WS_DISABLED | WS_TABSTOP;
 constexpr unsigned long stylesOfButtons = BS_TYPEMASK | BS_PUSHLIKE;
 constexpr unsigned long stylesOfEdits = ES_READONLY | ES_PASSWORD | ES_RIGHT;
+
+// Gives the focus to the control of the window that comes after, or before, the one that has it.
+void FocusNextControl(QWidget& around, bool previous) {
+    QWidget* const focus = QApplication::focusWidget();
+    if (focus == nullptr) return;
+    QWidget* control = focus;
+    while (control != nullptr && LogicalParent(*control) != &around)
+        control = LogicalParent(*control);
+    if (control == nullptr) return;
+    QWidget* next = control;
+    do {
+        next = previous ? next->previousInFocusChain() : next->nextInFocusChain();
+        bool const isElsewhere = next != control && !control->isAncestorOf(next);
+        if (isElsewhere && next->isVisible() && next->isEnabled() &&
+            (next->focusPolicy() & Qt::TabFocus) != 0)
+            return next->setFocus(previous ? Qt::BacktabFocusReason : Qt::TabFocusReason);
+    } while (next != control);
+}
 
 LRESULT DialogCodeOf(QWidget const& widget) {
     return qobject_cast<QAbstractButton const*>(&widget) != nullptr ? DLGC_BUTTON : 0;
@@ -266,6 +285,9 @@ LRESULT AnswerAsToolkit(CWnd& window, QWidget& widget, unsigned message, WPARAM 
             return 0;
         case WM_CLOSE:
             widget.close();
+            return 0;
+        case WM_NEXTDLGCTL:
+            FocusNextControl(widget, wParam != 0);
             return 0;
         case BM_CLICK:
             if (auto* const button = qobject_cast<QAbstractButton*>(&widget)) button->click();

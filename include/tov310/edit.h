@@ -83,6 +83,13 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
     bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
+    // The user has changed something that stands in the edit, and the focus has left it with all that does.
+    void NoteChange() { m_changedSinceFocus = true; }
+    void TellDone();
+
+    // What it is painted with where no colour is set.
+    virtual QPalette UsualPalette() const { return {}; }
+
     // What changes with the content: validity, and in derived classes the value.
     virtual void OnContentChanged();
 
@@ -117,6 +124,7 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
     CTovEditText m_text{*this};
     CTovEditButton* m_button = nullptr;  // its children
     CTovEditSpin* m_spin = nullptr;
+    int m_companionMargin = 0;  // what they take of the text's room
     int m_lastState = eStateValid;
     bool m_changedSinceFocus = false;
     bool m_pressGivesFocus = false;

@@ -16,6 +16,7 @@
 #include <tov310/tool_bar.h>
 #include <tov310/tov_dialog.h>
 #include <tov310/tov_frame.h>
+#include <tov310/value_edits.h>
 #include <tov310/wnd_on.h>
 #include <tov310/wnd_splash.h>
 #include <tov310/wnd_tool_tip.h>

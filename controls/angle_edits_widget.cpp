@@ -1,0 +1,367 @@
+// Edits for angles: the mask is the text of the edit, and the fields are edits without a frame over its
+// digits.
+#include <tov310/value_edits.h>
+
+#include <tov310/messages.h>
+#include <tov310/qt_values.h>
+#include <tov310/string_edits.h>
+#include <tov310/styles.h>
+#include <tov310/system.h>
+
+#include "platform/control_notices.h"
+#include "platform/focus_guard.h"
+
+#include <QFontMetrics>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOptionFrame>
+
+#include <algorithm>
+
+namespace tov {
+
+namespace {
+
+constexpr int marginOfText = 2;  // QLineEdit's own, inside its frame
+
+bool IsOfField(QChar c) {
+    return c.isDigit() || c == QLatin1Char('-') || c == QLatin1Char('.');
+}
+
+}  // namespace
+
+// A field asks its angle first what a key, a character or a text means.
+template <class Edit>
+class CTovEditValueAngle::FieldOf : public Edit {
+ public:
+    explicit FieldOf(CTovEditValueAngle& angle) : Edit(&angle), m_angle(angle) {
+        this->setFrame(false);
+        // The rectangle of a field begins where its digits do and ends 2 pixels behind them, one of which is
+        // for the caret.
+        this->setTextMargins(-marginOfText, 0, 1 - marginOfText, 0);
+        this->setContentsMargins(0, 0, 0, 0);
+        this->setPalette(UsualPalette());
+    }
+
+    void Copy() override { this->SetClipboardText(m_angle.m_mask.TextToCopy().c_str()); }
+    int CanCopy() override { return this->ControlOrChildHasFocus(); }
+    void Paste() override {
+        CString text;
+        if (this->GetClipboardText(text) != 0 && m_angle.m_mask.CanPaste(text.c_str())) {
+            if (m_angle.m_mask.Paste(text.c_str()) == 0) this->Beep();
+            return;
+        }
+        Edit::Paste();
+    }
+    int CanPaste() override {
+        CString text;
+        if (this->GetClipboardText(text) != 0 && m_angle.m_mask.CanPaste(text.c_str())) return 1;
+        return Edit::CanPaste();
+    }
+    void AddCurrentToLastItems() override {}  // a part of an angle is no value
+
+ protected:
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override {
+        HWND const self = this->GetSafeHwnd();
+        if (message == WM_KEYDOWN && m_angle.OnFieldKey(static_cast<int>(wParam), *this)) return 0;
+        LRESULT const result = Edit::WindowProc(message, wParam, lParam);
+        if (!IsWindow(self)) return result;
+        if (message == WM_SETFOCUS) m_angle.m_mask.OnFieldFocus(m_angle.GetChildEditFocus());
+        if (message == WM_KILLFOCUS) m_angle.OnFieldLeft();
+        return result;
+    }
+
+    void keyPressEvent(QKeyEvent* event) override {
+        QString const typed = event->text();
+        bool const isPlain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+        if (isPlain && typed.size() == 1 && typed[0].isPrint() &&
+            m_angle.m_mask.OnFieldChar(typed[0].unicode()) != 0)
+            return;
+        Edit::keyPressEvent(event);
+    }
+
+    // The edit paints the background.
+    QPalette UsualPalette() const override {
+        QPalette palette = m_angle.palette();
+        palette.setColor(QPalette::Base, Qt::transparent);
+        return palette;
+    }
+
+    // Tab goes through the fields and then on.
+    bool focusNextPrevChild(bool next) override {
+        next ? m_angle.NextChildEdit() : m_angle.PrevChildEdit();
+        return true;
+    }
+
+ private:
+    CTovEditValueAngle& m_angle;
+};
+
+struct CTovEditValueAngle::Child {
+    eTovAngleField field = eTovFieldDegrees;
+    std::unique_ptr<CTovEdit> edit;
+    std::unique_ptr<CTovAngleFieldEdit> asField;
+};
+
+CTovEditValueAngle::CTovEditValueAngle(std::unique_ptr<CTovValueAngle> value, QWidget* parent)
+    : CTovEditValueAngleOn(parent), m_value(std::move(value)) {}
+
+CTovEditValueAngle::CTovEditValueAngle(QWidget* parent)
+    : CTovEditValueAngle(std::make_unique<CTovValueAngle>(), parent) {}
+
+CTovEditValueAngle::CTovEditValueAngle(CTovUnitSettingsAngle* settings, QWidget* parent)
+    : CTovEditValueAngle(std::make_unique<CTovValueAngle>(settings), parent) {}
+
+CTovEditValueAngle::~CTovEditValueAngle() {
+    for (auto const& child : m_children)
+        child->edit->disconnect();
+}
+
+unsigned CTovEditValueAngle::UnitMessage() const {
+    return WM_TOV_UNIT_CHANGED_ANGLE;
+}
+
+template <class Edit>
+void CTovEditValueAngle::MakeField(CTovAngleFieldSetup const& setup, Child& child) {
+    auto edit = std::make_unique<FieldOf<Edit>>(*this);
+    edit->setFont(font());
+    edit->ModifyStyle(0, setup.style & (ES_RIGHT | WS_TABSTOP));
+    HINSTANCE module{};
+    unsigned menu = 0;
+    GetMenu(module, menu);
+    edit->SetMenu(module, menu);
+    TovHandle(edit.get());
+    CTovEditIntegerHost* integer = nullptr;
+    CTovEditFloatingHost* floating = nullptr;
+    if constexpr (std::is_base_of_v<CTovEditIntegerHost, Edit>) integer = edit.get();
+    if constexpr (std::is_base_of_v<CTovEditFloatingHost, Edit>) floating = edit.get();
+    child.asField = std::make_unique<CTovAngleFieldEdit>(setup, *edit, integer, floating);
+    child.edit = std::move(edit);
+}
+
+ITovAngleField* CTovEditValueAngle::CreateField(CTovAngleFieldSetup const& setup) {
+    auto child = std::make_unique<Child>();
+    child->field = setup.field;
+    if (setup.field == eTovFieldSign)
+        MakeField<CTovEditString>(setup, *child);
+    else if (setup.field == eTovFieldSeconds)
+        MakeField<CTovEditFloating>(setup, *child);
+    else
+        MakeField<CTovEditInteger>(setup, *child);
+    CTovEdit& edit = *child->edit;
+    static constexpr char const* signs[] = {"°", "'", "\"", ""};
+    edit.setAccessibleName(accessibleName() + QString::fromUtf8(signs[setup.field]));
+    edit.show();
+    OnDlgCtrlChildAdded(edit.GetSafeHwnd());
+    ITovAngleField* const field = child->asField.get();
+    m_children.push_back(std::move(child));
+    PutFieldsIntoFocusChain();
+    setAcceptDrops(false);  // a text dropped beside a field would be nobody's
+    return field;
+}
+
+void CTovEditValueAngle::DestroyFields() {
+    // A field may be in the middle of a message.
+    for (auto& child : m_children) {
+        child->asField.reset();
+        child->edit->hide();
+        child->edit->DestroyWindow();
+        child->edit.release()->deleteLater();
+    }
+    m_children.clear();
+    setAcceptDrops(true);
+}
+
+CTovEdit* CTovEditValueAngle::FieldEdit(eTovAngleField field) const {
+    auto const found = std::ranges::find(m_children, field, [](auto const& child) { return child->field; });
+    return found != m_children.end() ? (*found)->edit.get() : nullptr;
+}
+
+// Behind the edit, in the order of the mask.
+void CTovEditValueAngle::PutFieldsIntoFocusChain() {
+    QWidget* before = this;
+    for (auto const& child : m_children) {
+        QWidget::setTabOrder(before, child->edit.get());
+        before = child->edit.get();
+    }
+}
+
+bool CTovEditValueAngle::OnFieldKey(int virtualKey, CTovEdit& field) {
+    ITovSystem& system = *TovGetSystem();
+    bool const isControl = system.IsKeyDown(VK_CONTROL) != 0;
+    if (system.IsKeyDown(VK_SHIFT) != 0) return false;
+    switch (virtualKey) {
+        case VK_LEFT:
+            return m_mask.MoveCaret(isControl ? eTovCaretPrevious : eTovCaretLeft) != 0;
+        case VK_RIGHT:
+            return m_mask.MoveCaret(isControl ? eTovCaretNext : eTovCaretRight) != 0;
+        case VK_HOME:
+            return m_mask.MoveCaret(eTovCaretHome) != 0;
+        case VK_END:
+            return m_mask.MoveCaret(eTovCaretEnd) != 0;
+        case VK_BACK:
+            return !field.hasSelectedText() && field.cursorPosition() == 0 &&
+                   m_mask.MoveCaret(eTovCaretLeft) != 0;
+        case VK_DELETE:
+            return !field.hasSelectedText() && field.cursorPosition() == field.text().size() &&
+                   m_mask.MoveCaret(eTovCaretRight) != 0;
+        case VK_UP:
+        case VK_DOWN:
+            DispatchSpinDeltapos(virtualKey == VK_UP, GetSpinDelta());
+            return true;
+        default:
+            return false;
+    }
+}
+
+void CTovEditValueAngle::OnFieldLeft() {
+    if (ControlOrChildHasFocus() == 0) TellDone();
+}
+
+LRESULT CTovEditValueAngle::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
+    if (!m_mask.IsSplit()) return CTovEditValueAngleOn::WindowProc(message, wParam, lParam);
+    switch (message) {
+        case WM_SETFOCUS: {
+            HWND const self = GetSafeHwnd();
+            auto const* const event = static_cast<QFocusEvent const*>(TovEventOf(*this, WM_SETFOCUS));
+            bool const isPressed = event != nullptr && event->reason() == Qt::MouseFocusReason;
+            LRESULT const result = DefWindowProc(message, wParam, lParam);
+            if (!IsWindow(self)) return result;
+            if (isPressed)
+                m_mask.OnFieldFocus(m_mask.FindClosestChildEdit(TovPoint(mapFromGlobal(LastPress()))));
+            m_mask.OnSetFocus();
+            return result;
+        }
+        case WM_KILLFOCUS:
+            return DefWindowProc(message, wParam, lParam);
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+            m_mask.OnFieldFocus(m_mask.FindClosestChildEdit(TovPointOf(lParam)));
+            m_mask.SetChildEditFocus(eFocusKeep);
+            return 0;
+        case WM_KEYDOWN:
+            return DefWindowProc(message, wParam, lParam);
+        case WM_CONTEXTMENU:
+            SetFocus();
+            return 0;
+        case WM_COMMAND:
+            if (TovNotificationOf(wParam) == EN_CHANGE &&
+                m_mask.IsChildEdit(CWnd::FromHandlePermanent(HWND{static_cast<std::uint64_t>(lParam)}))) {
+                NoteChange();
+                TellParent(*this, EN_CHANGE);
+                OnContentChanged();
+                return 0;
+            }
+            break;
+        case WM_FONTCHANGE: {
+            LRESULT const result = CTovEditValueAngleOn::WindowProc(message, wParam, lParam);
+            for (auto const& child : m_children)
+                child->edit->setFont(font());
+            m_mask.OnSize();
+            updateGeometry();
+            return result;
+        }
+        default:
+            break;
+    }
+    return CTovEditValueAngleOn::WindowProc(message, wParam, lParam);
+}
+
+void CTovEditValueAngle::resizeEvent(QResizeEvent* event) {
+    CTovEditValueAngleOn::resizeEvent(event);
+    m_mask.OnSize();
+}
+
+// In parts the edit shows the signs of its mask; the digits are those of the fields.
+void CTovEditValueAngle::paintEvent(QPaintEvent* event) {
+    if (!m_mask.IsSplit()) return CTovEditValueAngleOn::paintEvent(event);
+    QStyleOptionFrame panel;
+    initStyleOption(&panel);
+    QPainter painter(this);
+    style()->drawPrimitive(QStyle::PE_PanelLineEdit, &panel, &painter, this);
+    QFontMetrics const metrics = fontMetrics();
+    QRect const contents = style()->subElementRect(QStyle::SE_LineEditContents, &panel, this);
+    int const base = contents.top() + (contents.height() - metrics.height() + 1) / 2 + metrics.ascent();
+    painter.setPen(palette().color(QPalette::Text));
+    CTovEdit const* const letter = FieldEdit(eTovFieldSign);
+    QString const mask = text();
+    for (qsizetype begin = 0; begin < mask.size();) {
+        qsizetype end = begin + 1;
+        while (end < mask.size() && IsOfField(mask[end]) == IsOfField(mask[begin]))
+            ++end;
+        int const x = GetMaskIndent() + metrics.horizontalAdvance(mask, static_cast<int>(begin));
+        QString signs = mask.mid(begin, end - begin);
+        if (letter != nullptr && end == mask.size()) signs.chop(1);
+        if (!IsOfField(mask[begin])) painter.drawText(x, base, signs);
+        begin = end;
+    }
+}
+
+int CTovEditValueAngle::GetMaskIndent() {
+    QStyleOptionFrame option;
+    initStyleOption(&option);
+    QRect const contents = style()->subElementRect(QStyle::SE_LineEditContents, &option, this);
+    return contents.left() + textMargins().left() + marginOfText;
+}
+
+int CTovEditValueAngle::GetTextWidth(CString const& text) {
+    return fontMetrics().horizontalAdvance(TovQString(text));
+}
+
+int CTovEditValueAngle::GetEditButtonWidth() {
+    return Text().companions.MinWidth();
+}
+
+void CTovEditValueAngle::FocusEditButton() {
+    if (GetEditButton() != nullptr) GetEditButton()->setFocus(Qt::BacktabFocusReason);
+}
+
+void CTovEditValueAngle::PostNextDlgCtl(int previous) {
+    if (CWnd const* const around = GetParent())
+        TovPostMessage(around->GetSafeHwnd(), WM_NEXTDLGCTL, static_cast<WPARAM>(previous != 0));
+}
+
+QSize CTovEditValueAngle::minimumSizeHint() const {
+    QSize size = CTovEditValueAngleOn::minimumSizeHint();
+    auto& self = const_cast<CTovEditValueAngle&>(*this);
+    if (m_mask.IsSplit())
+        size.setWidth(std::max(size.width(), m_mask.GetMinEditWidth() + 2 * self.GetMaskIndent()));
+    return size;
+}
+
+QSize CTovEditValueAngle::sizeHint() const {
+    QSize size = CTovEditValueAngleOn::sizeHint();
+    return m_mask.IsSplit() ? QSize(minimumSizeHint().width(), size.height()) : size;
+}
+
+CTovEditLatitude::CTovEditLatitude(QWidget* parent)
+    : CTovEditValueAngle(std::make_unique<CTovValueAngleLat>(), parent) {
+    SetSignType(eSignNorthSouth);
+}
+
+int CTovEditLatitude::ResetAttributes() {
+    if (CTovEditValueAngle::ResetAttributes() == 0) return 0;
+    SetSignType(eSignNorthSouth);
+    return 1;
+}
+
+int CTovEditLatitude::SetupInlineRect(CRect& container, CRect& control, HFONT font, unsigned long align) {
+    CTovEditValueAngle::SetupInlineRect(container, control, font, align);
+    container.right = std::max(container.right, container.left + m_mask.GetMinEditWidth(font));
+    control = container;
+    return 1;
+}
+
+CTovEditLongitude::CTovEditLongitude(QWidget* parent)
+    : CTovEditValueAngle(std::make_unique<CTovValueAngleLon>(), parent) {
+    SetSignType(eSignEastWest);
+}
+
+int CTovEditLongitude::ResetAttributes() {
+    if (CTovEditValueAngle::ResetAttributes() == 0) return 0;
+    SetSignType(eSignEastWest);
+    return 1;
+}
+
+}  // namespace tov

@@ -1,0 +1,125 @@
+// Edits for values with units: the user sees and types them in the unit of the value's settings, the program
+// reads and writes radians and metres.
+//
+//   auto* const latitude = new tov::CTovEditLatitude(this);
+//   latitude->SetValue(0.9169);
+//   connect(latitude, &tov::CTovEdit::valueChanged, this, [](double radians) { ... });
+//
+// An angle in degrees, minutes and seconds (unit 12) or in gon, c and cc (unit 15) has a field for each of
+// them, over the mask of signs; to the user it is one text, through which the caret walks with the arrow
+// keys.
+#pragma once
+
+#include <tov310/angle.h>
+#include <tov310/distance.h>
+#include <tov310/edit_value_on.h>
+#include <tov310/number_edits.h>
+
+#include <memory>
+#include <vector>
+
+namespace tov {
+
+// Base of all; derived classes have the value.
+class TOV_UI_API CTovEditValue : public CTovEditValueOn<CTovEditFloating> {
+    TOV_DYNAMIC(CTovEditValue, CTovEditFloating)
+ public:
+    using CTovInputControl::operator=;
+    explicit CTovEditValue(QWidget* parent = nullptr) : CTovEditValueOn(parent) {}
+
+    // What is shown, with the abbreviation of the unit.
+    QString valueText();
+
+ protected:
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
+    void OnContentChanged() override;  // valueChanged comes in the standard unit
+
+    // The message that tells of another unit in the settings; 0 for none.
+    virtual unsigned UnitMessage() const { return 0; }
+};
+
+class TOV_UI_API CTovEditValueDistance : public CTovEditValue {
+    TOV_DYNCREATE(CTovEditValueDistance, CTovEditValue)
+ public:
+    using CTovInputControl::operator=;
+    explicit CTovEditValueDistance(QWidget* parent = nullptr);
+    explicit CTovEditValueDistance(CTovUnitSettingsDistance* settings, QWidget* parent = nullptr);
+
+    CTovValue* TovValue() override { return &m_value; }
+    virtual void OnUnitChangedDistance() { OnUnitChanged(); }
+
+ protected:
+    unsigned UnitMessage() const override;
+
+ private:
+    CTovValueDistance m_value;
+};
+
+class TOV_UI_API CTovEditValueAngle : public CTovEditValueAngleOn<CTovEditValue> {
+    TOV_DYNCREATE(CTovEditValueAngle, CTovEditValue)
+ public:
+    using CTovInputControl::operator=;
+    explicit CTovEditValueAngle(QWidget* parent = nullptr);
+    explicit CTovEditValueAngle(CTovUnitSettingsAngle* settings, QWidget* parent = nullptr);
+    ~CTovEditValueAngle() override;
+
+    CTovValue* TovValue() override { return m_value.get(); }
+    virtual void OnUnitChangedAngle() { OnUnitChanged(); }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+    // The child edit of a field; null while the edit is in one piece.
+    CTovEdit* FieldEdit(eTovAngleField field) const;
+
+ protected:
+    explicit CTovEditValueAngle(std::unique_ptr<CTovValueAngle> value, QWidget* parent);
+
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
+    unsigned UnitMessage() const override;
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+    ITovAngleField* CreateField(CTovAngleFieldSetup const& setup) override;
+    void DestroyFields() override;
+    int GetMaskIndent() override;
+    int GetTextWidth(CString const& text) override;
+    int GetEditButtonWidth() override;
+    void FocusEditButton() override;
+    void PostNextDlgCtl(int previous) override;
+
+ private:
+    template <class Edit>
+    class FieldOf;
+    struct Child;
+
+    template <class Edit>
+    void MakeField(CTovAngleFieldSetup const& setup, Child& child);
+    void PutFieldsIntoFocusChain();
+    bool OnFieldKey(int virtualKey, CTovEdit& field);
+    void OnFieldLeft();
+
+    std::unique_ptr<CTovValueAngle> m_value;
+    std::vector<std::unique_ptr<Child>> m_children;  // in the order in which they were made
+};
+
+class TOV_UI_API CTovEditLatitude : public CTovEditValueAngle {
+    TOV_DYNCREATE(CTovEditLatitude, CTovEditValueAngle)
+ public:
+    using CTovInputControl::operator=;
+    explicit CTovEditLatitude(QWidget* parent = nullptr);
+    int ResetAttributes() override;
+    eTovAngleKind GetAngleKind() const override { return eTovAngleLatitude; }
+    int SetupInlineRect(CRect& container, CRect& control, HFONT font, unsigned long align) override;
+};
+
+class TOV_UI_API CTovEditLongitude : public CTovEditValueAngle {
+    TOV_DYNCREATE(CTovEditLongitude, CTovEditValueAngle)
+ public:
+    using CTovInputControl::operator=;
+    explicit CTovEditLongitude(QWidget* parent = nullptr);
+    int ResetAttributes() override;
+    eTovAngleKind GetAngleKind() const override { return eTovAngleLongitude; }
+};
+
+}  // namespace tov

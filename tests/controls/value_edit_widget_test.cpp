@@ -1,0 +1,210 @@
+// Edits for angles and distances as their users meet them.
+#include "support/widgets.h"
+
+#include <tov310/messages.h>
+#include <tov310/qt_values.h>
+#include <tov310/value_edits.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+namespace tov {
+namespace {
+
+constexpr double degree = 0.017453292519943295;
+
+template <class Edit>
+struct ValueForm : QDialog {
+    explicit ValueForm(long unit) {
+        settings.Unit(unit);
+        auto* const layout = new QVBoxLayout(this);
+        layout->addWidget(&before);
+        layout->addWidget(&edit);
+        layout->addWidget(&after);
+        resize(400, 160);
+        show();
+        activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(this));
+    }
+    void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+    }
+    void Type(char const* text) { QTest::keyClicks(QApplication::focusWidget(), text); }
+    CTovEdit& Field(eTovAngleField field) { return *edit.FieldEdit(field); }
+
+    CTovUnitSettingsAngle settings;
+    QLineEdit before, after;
+    Edit edit{&settings};
+};
+using AngleForm = ValueForm<CTovEditValueAngle>;
+
+TEST(AngleEditWidget, LaysItsFieldsOverTheDigitsOfTheMask) {
+    for (long const unit : {12L, 15L}) {
+        for (int const pixels : {10, 13, 31}) {
+            AngleForm form(unit);
+            QFont font = form.edit.font();
+            font.setPixelSize(pixels);
+            form.edit.setFont(font);
+            form.adjustSize();
+            QCoreApplication::processEvents();
+            QString const mask = form.edit.text();
+            ASSERT_FALSE(mask.isEmpty());
+            QFontMetrics const metrics(form.edit.font());
+            // Where the edit itself would show the mask; the toolkit's rectangle of the caret begins 5 before
+            // it.
+            form.edit.setCursorPosition(0);
+            int const begin = form.edit.inputMethodQuery(Qt::ImCursorRectangle).toRectF().toRect().left() + 5;
+            int at = 0;
+            for (eTovAngleField const field : {eTovFieldDegrees, eTovFieldMinutes, eTovFieldSeconds}) {
+                CTovEdit& child = form.Field(field);
+                auto const digits = QRegularExpression("[-0-9.]+").match(mask, at);
+                at = static_cast<int>(digits.capturedEnd());
+                int const right = begin + metrics.horizontalAdvance(mask, at);
+                EXPECT_EQ(child.geometry().right() + 1, right + 2) << unit << ' ' << pixels << ' ' << field;
+                EXPECT_TRUE(form.edit.rect().contains(child.geometry()));
+                // Its digits stand where those of the mask would, to the pixel.
+                child.QLineEdit::setText(digits.captured().replace('-', '0'));
+                child.setCursorPosition(static_cast<int>(child.text().size()));
+                child.grab();  // the toolkit scrolls as it paints
+                int const end = child.inputMethodQuery(Qt::ImCursorRectangle).toRectF().toRect().left() + 5;
+                EXPECT_NEAR(child.x() + end, right, 1);
+            }
+        }
+    }
+}
+
+TEST(AngleEditWidget, TakesAnAngleFieldByField) {
+    AngleForm form(12);
+    form.before.setFocus();
+    QTest::keyClick(form.windowHandle(), Qt::Key_Tab);
+    ASSERT_EQ(QApplication::focusWidget(), &form.Field(eTovFieldDegrees));
+    form.Type("-12");
+    QTest::keyClick(form.windowHandle(), Qt::Key_Tab);
+    form.Type("34");
+    QTest::keyClick(form.windowHandle(), Qt::Key_Tab);
+    form.Type("30.5");
+    QTest::keyClick(form.windowHandle(), Qt::Key_Tab);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return form.after.hasFocus(); }, 1000));
+    EXPECT_NEAR(form.edit.GetValue(), -(12 + 34 / 60.0 + 30.5 / 3600) * degree, 1e-12);
+    QTest::keyClick(form.windowHandle(), Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_EQ(QApplication::focusWidget(), &form.Field(eTovFieldSeconds)) << "from behind into the last";
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(form.windowHandle(), Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return form.before.hasFocus(); }, 1000));
+}
+
+TEST(AngleEditWidget, IsOneTextForTheCaretAndTheClipboard) {
+    AngleForm form(12);
+    form.edit.SetValue((12 + 34 / 60.0 + 56.7 / 3600) * degree);
+    form.Field(eTovFieldDegrees).setFocus();
+    form.Key(Qt::Key_End);
+    EXPECT_EQ(QApplication::focusWidget(), &form.Field(eTovFieldSeconds));
+    form.Key(Qt::Key_Home);
+    EXPECT_EQ(QApplication::focusWidget(), &form.Field(eTovFieldDegrees));
+    int steps = 0;
+    while (QApplication::focusWidget() != &form.Field(eTovFieldMinutes) && ++steps < 10)
+        form.Key(Qt::Key_Right);
+    EXPECT_LT(steps, 10);
+    form.Key(Qt::Key_Left);
+    EXPECT_EQ(QApplication::focusWidget(), &form.Field(eTovFieldDegrees));
+
+    form.Key(Qt::Key_Home);
+    form.Key(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(QApplication::clipboard()->text().contains(QString::fromUtf8("34'")));
+    struct {
+        char const* text;
+        double degrees;
+    } const pasted[] = {{"1°2'3.5\"", 1 + 2 / 60.0 + 3.5 / 3600},
+                        {"-10-20-30", -(10 + 20 / 60.0 + 30 / 3600.0)},
+                        {"12.5823", 12.5823},
+                        {"13.9803 gon", 13.9803 * 0.9}};
+    for (auto const& [text, degrees] : pasted) {
+        QApplication::clipboard()->setText(QString::fromUtf8(text));
+        form.Key(Qt::Key_V, Qt::ControlModifier);
+        EXPECT_NEAR(form.edit.GetValue(), degrees * degree, 1e-9) << text;
+    }
+}
+
+TEST(AngleEditWidget, GivesTheFocusToTheNearestField) {
+    AngleForm form(12);
+    QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {},
+                      form.edit.mapTo(&form, QPoint(form.edit.width() - 3, form.edit.height() / 2)));
+    EXPECT_EQ(QApplication::focusWidget(), &form.Field(eTovFieldSeconds));
+    QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {},
+                      form.edit.mapTo(&form, form.Field(eTovFieldMinutes).geometry().center()));
+    EXPECT_EQ(QApplication::focusWidget(), &form.Field(eTovFieldMinutes));
+}
+
+TEST(AngleEditWidget, KeepsEveryBitAcrossUnitsAndLooking) {
+    AngleForm form(12);
+    std::mt19937_64 random(3);
+    std::uniform_real_distribution<double> angles(-6, 6);
+    for (int i = 0; i < 40; ++i) {
+        double const value = angles(random);
+        form.edit.SetValue(value);
+        double const held = form.edit.GetValue();
+        for (long const unit : {12L, 11L, 15L, 18L, 13L, 12L}) {
+            form.settings.Unit(unit);
+            TovSendMessage(TovHandle(&form.edit), WM_TOV_UNIT_CHANGED_ANGLE);
+            EXPECT_EQ(form.edit.FieldEdit(eTovFieldDegrees) != nullptr, unit == 12 || unit == 15);
+            form.edit.setFocus();
+            form.after.setFocus();
+            ASSERT_EQ(form.edit.GetValue(), held) << unit;
+        }
+    }
+}
+
+TEST(AngleEditWidget, TellsItsWholeValueAndEndsOnce) {
+    AngleForm form(12);
+    std::vector<double> told;
+    int done = 0;
+    QObject::connect(&form.edit, &CTovEdit::valueChanged, [&](double value) { told.push_back(value); });
+    QObject::connect(&form.edit, &CTovEdit::editingDone, [&] { ++done; });
+    form.Field(eTovFieldDegrees).setFocus();
+    form.Type("7");
+    ASSERT_FALSE(told.empty());
+    EXPECT_NEAR(told.back(), 7 * degree, 1e-12);
+    EXPECT_EQ(form.edit.GetChangedByUser(), 1);
+    form.Field(eTovFieldMinutes).setFocus();
+    EXPECT_EQ(done, 0) << "still in the edit";
+    form.after.setFocus();
+    EXPECT_EQ(done, 1);
+}
+
+TEST(LatitudeEditWidget, KnowsItsHemispheres) {
+    QDialog form;
+    CTovEditLatitude edit(&form);
+    form.show();
+    form.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    edit.SetUnit(12);
+    edit.SetValue(-0.5 * degree);
+    ASSERT_NE(edit.FieldEdit(eTovFieldSign), nullptr);
+    EXPECT_EQ(edit.FieldEdit(eTovFieldSign)->text(), "S");
+    edit.FieldEdit(eTovFieldSign)->setFocus();
+    QTest::keyClick(edit.FieldEdit(eTovFieldSign), Qt::Key_Up);
+    EXPECT_NEAR(edit.GetValue(), 0.5 * degree, 1e-12);
+    edit.FieldEdit(eTovFieldDegrees)->setText("91");
+    CString message;
+    EXPECT_EQ(edit.Validate(&message), CTovInputControl::eStateInvalid);
+    EXPECT_NE(message, "");
+}
+
+TEST(DistanceEditWidget, FollowsTheUnitOfItsSettings) {
+    CTovUnitSettingsDistance settings;
+    settings.Unit(21);
+    CTovEditValueDistance edit(&settings);
+    edit.show();
+    edit.SetValue(1234.5678);
+    EXPECT_EQ(edit.GetDouble(), 1234.5678);
+    settings.Unit(22);
+    TovSendMessage(TovHandle(&edit), WM_TOV_UNIT_CHANGED_DISTANCE);
+    EXPECT_NEAR(edit.GetDouble(), 1234.5678 / 0.3048, 0.01);
+    EXPECT_EQ(edit.GetValue(), 1234.5678);
+    EXPECT_FALSE(edit.valueText().isEmpty());
+}
+
+}  // namespace
+}  // namespace tov
