@@ -12,6 +12,7 @@ file(GLOB TOV_CORE_SOURCES CONFIGURE_DEPENDS
     "${PROJECT_SOURCE_DIR}/values/*.cpp"
     "${PROJECT_SOURCE_DIR}/controls/*.cpp"
     "${PROJECT_SOURCE_DIR}/views/*.cpp"
+    "${PROJECT_SOURCE_DIR}/reports/*.cpp"
     "${PROJECT_SOURCE_DIR}/imaging/*.cpp"
     "${PROJECT_SOURCE_DIR}/mail/*.cpp")
 

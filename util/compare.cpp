@@ -1,16 +1,15 @@
 #include <tov310/compare.h>
 
 #include "util/case_fold.h"
+#include "util/compare_doubles.h"
 #include "vesk/cpu.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <limits>
 
 // Blocks of 16 bytes are read even where a text ends within them, but never over the end of a page, so
 // nothing is read that the processor would refuse; what lies behind the end of a text does not count.
@@ -231,12 +230,7 @@ int TovCompare(int a, int b) {
 }
 
 int TovCompare(double a, double b) {
-    constexpr double e = std::numeric_limits<double>::epsilon();
-    if (a == b) return 0;  // also two infinities, which have no difference
-    if (std::isnan(a) || std::isnan(b))
-        return static_cast<int>(std::isnan(a)) - static_cast<int>(std::isnan(b));
-    if (std::abs(a - b) < e * std::max(std::abs(a), std::abs(b)) + e) return 0;
-    return a < b ? -1 : 1;
+    return CompareDoubles(a, b);
 }
 
 }  // namespace tov

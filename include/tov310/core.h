@@ -41,6 +41,7 @@
 #include <tov310/input_control_container.h>
 #include <tov310/last_documents.h>
 #include <tov310/leap_seconds.h>
+#include <tov310/list_port.h>
 #include <tov310/log_file.h>
 #include <tov310/mail_message.h>
 #include <tov310/mapi.h>
@@ -59,6 +60,9 @@
 #include <tov310/pump.h>
 #include <tov310/quick_draw.h>
 #include <tov310/raster.h>
+#include <tov310/report_items.h>
+#include <tov310/report_model.h>
+#include <tov310/report_view_host.h>
 #include <tov310/requirements.h>
 #include <tov310/resources.h>
 #include <tov310/single_instance.h>
