@@ -82,18 +82,19 @@ void CTovReportTable::DisplayRealCols(int notify) {
     SetUnsortedState();
     RefreshHeaderSortedState();
     ITovListPort* const port = Port();
-    int left = 0;
+    unsigned int const generation = m_colGeneration;
     for (unsigned int real = 0; real < m_vecRealCols.size(); ++real) {
         CTovReportViewCol& col = *m_vecRealCols[real];
-        unsigned int const screen = GetColumns();
         if (col.IsDeleted() != 0) continue;
-        if (notify != 0 && m_host.OnInsertRealCol(real, screen) == 0 && col.DeleteCol(1) != 0) continue;
-        if (GetRealCol(real) != &col || col.IsVisible() == 0) continue;
-        if (port != nullptr)
-            port->Header().InsertColumn(screen, col.m_nAlignment, col.m_nWidth, col.m_strLabel.c_str());
-        m_vecScreenCols.push_back(real);
-        col.m_nLeft = left;
-        left += col.m_nWidth;
+        bool const isRefused = notify != 0 && m_host.OnInsertRealCol(real, PlaceInHeader(real)) == 0;
+        if (isRefused && generation == m_colGeneration && col.DeleteCol(1) != 0) continue;
+        if (generation != m_colGeneration) return;
+        if (col.IsVisible() != 0 && !IsInHeader(real)) InsertIntoHeader(real);
+    }
+    int left = 0;
+    for (unsigned int const real : m_vecScreenCols) {
+        m_vecRealCols[real]->m_nLeft = left;
+        left += m_vecRealCols[real]->m_nWidth;
     }
     std::vector<unsigned int> order(m_vecScreenCols.size());
     for (unsigned int i = 0; i < order.size(); ++i)
@@ -128,11 +129,13 @@ void CTovReportTable::ApplyStoredCols() {
     }
 }
 
-void CTovReportTable::UpdateScreenCols() {
-    m_vecScreenCols.clear();
-    for (unsigned int real = 0; real < m_vecRealCols.size(); ++real) {
-        if (m_vecRealCols[real]->IsVisible() != 0) m_vecScreenCols.push_back(real);
-    }
+unsigned int CTovReportTable::PlaceInHeader(unsigned int real) const {
+    auto const place = std::lower_bound(m_vecScreenCols.begin(), m_vecScreenCols.end(), real);
+    return static_cast<unsigned int>(place - m_vecScreenCols.begin());
+}
+
+bool CTovReportTable::IsInHeader(unsigned int real) const {
+    return std::binary_search(m_vecScreenCols.begin(), m_vecScreenCols.end(), real);
 }
 
 void CTovReportTable::HoldAllColInfos() {
@@ -153,6 +156,7 @@ void CTovReportTable::HoldAllColInfos() {
 void CTovReportTable::CleanupRealCols() {
     if (!m_vecScreenItems->empty()) return;
     Operation const operation(*this);
+    ++m_colGeneration;
     std::move(m_vecRealCols.begin(), m_vecRealCols.end(), std::back_inserter(m_goneCols));
     m_vecRealCols.clear();
     std::size_t const shown = std::exchange(m_vecScreenCols, {}).size();
@@ -185,7 +189,6 @@ int CTovReportTable::HideRealCol(unsigned int real, int hide, int notify) {
     Operation const operation(*this);
     if (m_host.HideRealColInternal(real, hide, notify) == 0) return 0;
     if (hide == 0) InvalidateHeldColumn(*m_vecRealCols[real]);
-    UpdateScreenCols();
     HoldAllColInfos();
     ITovListPort* const port = Port();
     if (hide != 0 && port != nullptr) port->Header().Invalidate();
@@ -205,8 +208,7 @@ int CTovReportTable::HideRealColInternal(unsigned int real, int hide, int notify
     if (GetRealCol(real) != col || col->IsDeleted() != 0 || (col->m_bHidden != 0) == (hide != 0)) return 0;
     if (RealColToScreen(real, 1) == 0) return 0;
     if (col->HideCol(hide, notify) == 0 || GetRealCol(real) != col) return 0;
-    auto const shown = std::find(m_vecScreenCols.begin(), m_vecScreenCols.end(), real);
-    if ((shown == m_vecScreenCols.end()) == (hide != 0)) return 1;  // it is done already
+    if (IsInHeader(real) != (hide != 0)) return 1;  // it is done already
     HideHeaderSortedState();
     if (hide == 0) {
         if (col->m_nWidth < 1) col->m_nWidth = widthOfLostColumn;
@@ -219,7 +221,8 @@ int CTovReportTable::HideRealColInternal(unsigned int real, int hide, int notify
 
 void CTovReportTable::InsertIntoHeader(unsigned int real) {
     CTovReportViewCol const& col = *m_vecRealCols[real];
-    unsigned int const screen = RealColToScreen(real, 1);
+    unsigned int const screen = PlaceInHeader(real);
+    m_vecScreenCols.insert(m_vecScreenCols.begin() + static_cast<std::ptrdiff_t>(screen), real);
     if (ITovListPort* const port = Port())
         port->Header().InsertColumn(screen, col.m_nAlignment, col.m_nWidth, col.m_strLabel.c_str());
     OnHeaderColumnsChanged();
@@ -227,8 +230,8 @@ void CTovReportTable::InsertIntoHeader(unsigned int real) {
 
 // What was sorted by the column is not sorted any more.
 void CTovReportTable::RemoveFromHeader(unsigned int real) {
-    auto const found = std::find(m_vecScreenCols.begin(), m_vecScreenCols.end(), real);
-    auto const screen = static_cast<unsigned int>(found - m_vecScreenCols.begin());
+    unsigned int const screen = PlaceInHeader(real);
+    m_vecScreenCols.erase(m_vecScreenCols.begin() + static_cast<std::ptrdiff_t>(screen));
     if (ITovListPort* const port = Port()) {
         m_vecRealCols[real]->m_nWidth = port->Header().GetColumnWidth(screen);
         port->Header().DeleteColumn(screen);
@@ -240,7 +243,6 @@ void CTovReportTable::RemoveFromHeader(unsigned int real) {
 }
 
 void CTovReportTable::OnHeaderColumnsChanged() {
-    UpdateScreenCols();
     UpdateSortStateScreen();
     RefreshHeaderSortedState();
     MarkAllRows();
@@ -255,7 +257,7 @@ int CTovReportTable::DeleteRealCol(unsigned int real, int notify) {
     if (notify != 0 && m_host.OnDeleteRealCol(real, screen) == 0) return 0;
     if (GetRealCol(real) != col || col->IsDeleted() != 0) return 0;
     if (col->DeleteCol(notify) == 0 || GetRealCol(real) != col) return 0;
-    if (std::find(m_vecScreenCols.begin(), m_vecScreenCols.end(), real) != m_vecScreenCols.end()) {
+    if (IsInHeader(real)) {
         HideHeaderSortedState();
         RemoveFromHeader(real);
     }
@@ -276,7 +278,6 @@ unsigned int CTovReportTable::HideAllCols(int hide, int skipExcluded, int notify
         ++changed;
         if (hide == 0) InvalidateHeldColumn(*m_vecRealCols[real]);
     }
-    UpdateScreenCols();
     HoldAllColInfos();
     ITovListPort* const port = Port();
     if (hide != 0 && port != nullptr) port->Header().Invalidate();

@@ -30,6 +30,14 @@ void SortFromBottom(std::vector<COMPLETE_ITEM>& items) {
 
 }  // namespace
 
+// Where the object is that was at that index before it was told something; rows may have been exchanged.
+unsigned int CTovReportTable::RealOf(CTovReportViewItem const* item, unsigned int real) const {
+    if (m_vecRealItems[real].get() == item) return real;
+    auto const at = std::find_if(m_vecRealItems.begin(), m_vecRealItems.end(),
+                                 [item](auto const& other) { return other.get() == item; });
+    return static_cast<unsigned int>(at - m_vecRealItems.begin());
+}
+
 unsigned int CTovReportTable::HideRealItems(std::vector<COMPLETE_ITEM>& items, int hide, int notify) {
     hide = hide != 0;
     notify = notify != 0 && m_host.GetSuppressHideNotifications() == 0;
@@ -59,18 +67,18 @@ unsigned int CTovReportTable::HideRealItems(std::vector<COMPLETE_ITEM>& items, i
         std::uint64_t const stamp = m_vecScreenItems->Stamp();
         if (item->HideItem(hide, notify) == 0) continue;
         if (generation != m_generation) break;
+        unsigned int const real = RealOf(item, entry.nReal);
         if (hide == 0) {
             InvalidateHeldTexts(*item);
             if (item->IsVisible() == 0) continue;
-            bool const hasCome = stamp != m_vecScreenItems->Stamp() &&
-                                 m_vecScreenItems->Find(entry.nReal) != CTovReportRows::none;
-            if (!hasCome) InsertRow(entry.nReal);
-        } else if (unsigned int const screen = Locate(entry.nReal, entry.nScreen); screen != tovNoIndex) {
+            bool const hasCome =
+                stamp != m_vecScreenItems->Stamp() && m_vecScreenItems->Find(real) != CTovReportRows::none;
+            if (!hasCome) InsertRow(real);
+        } else if (unsigned int const screen = Locate(real, entry.nScreen); screen != tovNoIndex) {
             RemoveRow(screen);
         }
         ++changed;
-        m_host.OnItemNotice(hide != 0 ? WM_TOV_REPORTVIEW_ITEM_HIDE : WM_TOV_REPORTVIEW_ITEM_VIEW,
-                            entry.nReal);
+        m_host.OnItemNotice(hide != 0 ? WM_TOV_REPORTVIEW_ITEM_HIDE : WM_TOV_REPORTVIEW_ITEM_VIEW, real);
     }
     MarkAllRows();
     m_host.RestoreVScroll();
@@ -111,22 +119,22 @@ unsigned int CTovReportTable::DeleteRealItems(std::vector<COMPLETE_ITEM>& items,
         return generation == m_generation && m_vecRealItems[real]->IsDeleted() == 0;
     };
     for (COMPLETE_ITEM const& entry : items) {
-        unsigned int const real = entry.nReal;
+        unsigned int real = entry.nReal;
         if (!isThere(real)) continue;
-        std::uint64_t const stamp = m_vecScreenItems->Stamp();
+        auto const place = [this, &entry](unsigned int row) {
+            return IsRealItemVisible(row) ? Locate(row, entry.nScreen) : tovNoIndex;
+        };
         if (notify != 0) {
-            unsigned int const screen =
-                entry.nScreen != tovNoIndex ? Locate(real, entry.nScreen) : tovNoIndex;
+            unsigned int const screen = place(real);
             if (screen != tovNoIndex && m_host.OnDeleteItem(screen) == 0) continue;
-            if (!isThere(real)) continue;
-            if (m_host.OnDeleteRealItem(real,
-                                        entry.nScreen != tovNoIndex ? Locate(real, screen) : tovNoIndex) == 0)
-                continue;
-            if (!isThere(real)) continue;
+            if (!isThere(real) || m_host.OnDeleteRealItem(real, place(real)) == 0 || !isThere(real)) continue;
         }
-        if (m_vecRealItems[real]->DeleteItem(notify) == 0 || generation != m_generation) continue;
-        // A hidden row may have come to the screen meanwhile.
-        bool const mayStand = entry.nScreen != tovNoIndex || stamp != m_vecScreenItems->Stamp();
+        CTovReportViewItem* const item = m_vecRealItems[real].get();
+        bool const wasVisible = item->IsVisible() != 0;
+        std::uint64_t const stamp = m_vecScreenItems->Stamp();
+        if (item->DeleteItem(notify) == 0 || generation != m_generation) continue;
+        real = RealOf(item, real);
+        bool const mayStand = wasVisible || stamp != m_vecScreenItems->Stamp();
         unsigned int const screen = mayStand ? Locate(real, entry.nScreen) : tovNoIndex;
         if (screen != tovNoIndex) RemoveRow(screen);
         if (notify != 0)

@@ -309,6 +309,7 @@ class TOV_CORE_API CTovReportTable {
     void MarkRow(unsigned int screen);
     void MarkAllRows() { m_rowsChanged = true; }
     unsigned int Locate(unsigned int real, unsigned int near) const;
+    unsigned int RealOf(CTovReportViewItem const* item, unsigned int real) const;
     void Complete(std::vector<COMPLETE_ITEM>& items) const;
     std::vector<unsigned int> AllScreenItems() const;
     void MoveRows(std::vector<unsigned int> const& newIndex);
@@ -319,7 +320,8 @@ class TOV_CORE_API CTovReportTable {
     void RefreshRows(int notify, bool holds, Invalidate const& invalidate);
     void InvalidateHeldTexts(CTovReportViewItem& item) const;
     void InvalidateHeldColumn(CTovReportViewCol const& col);
-    void UpdateScreenCols();
+    unsigned int PlaceInHeader(unsigned int real) const;
+    bool IsInHeader(unsigned int real) const;
     void UpdateSortStateScreen();
     void ApplyStoredCols();
     void InsertIntoHeader(unsigned int real);
@@ -373,7 +375,8 @@ class TOV_CORE_API CTovReportTable {
     unsigned int m_depth = 0;  // operations that are going on
     unsigned int m_sending = 0;
     unsigned int m_generation = 0;  // of rows, from one clean-up to the next
-    bool m_rowsChanged = false;     // not told the control yet
+    unsigned int m_colGeneration = 0;
+    bool m_rowsChanged = false;  // not told the control yet
     unsigned int m_firstMarked = tovNoIndex;
     unsigned int m_lastMarked = 0;
     std::vector<std::unique_ptr<CTovReportViewItem>> m_goneItems;  // alive until the operations are over

@@ -1,0 +1,542 @@
+#include "support/report_mirror.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <set>
+
+namespace tov::test {
+namespace {
+
+using Rows = std::vector<unsigned>;
+using Keys = std::vector<SORT_STATE_REALCOL>;
+constexpr unsigned none = tovNoIndex;
+
+// A report and its mirror, to which the same happens.
+class Twins {
+ public:
+    explicit Twins(unsigned seed) : m_random(seed) { Refill(true); }
+
+    void Step(unsigned step) {
+        m_report.log.entries.clear();
+        m_mirror.log.entries.clear();
+        m_report.log.step = m_mirror.log.step = step;
+        m_report.log.vetoOneIn = m_mirror.log.vetoOneIn = Chance(2) ? 6 : 0;
+        if (m_mirror.rows.size() > 30 && Chance(20)) return Refill(Chance(4));
+        Act();
+    }
+
+    // What differs, or an empty text.
+    std::string Difference() {
+        if (m_report.log.entries != m_mirror.log.entries)
+            return "told\n" + testing::PrintToString(m_report.log.entries) + "\ninstead of\n" +
+                   testing::PrintToString(m_mirror.log.entries);
+        Rows screen;
+        for (unsigned i = 0; i < m_report.GetItemCount(); ++i)
+            screen.push_back(m_report.ScreenItemToReal(i));
+        if (screen != m_mirror.screen)
+            return testing::PrintToString(screen) + " instead of " + testing::PrintToString(m_mirror.screen);
+        for (unsigned real = 0; real < m_mirror.rows.size(); ++real) {
+            MirrorRow const& wanted = m_mirror.rows[real];
+            auto const& row = static_cast<FakeRow const&>(*m_report.GetRealItem(real));
+            bool const same =
+                row.id == wanted.id && row.IsHidden() == wanted.hidden && row.IsDeleted() == wanted.deleted &&
+                m_report.GetRealItemSelected(real) == m_mirror.Is(ReportMirror::selecting, real) &&
+                m_report.GetRealItemChecked(real) == m_mirror.Is(ReportMirror::checking, real) &&
+                m_report.GetRealItemDisabled(real) == m_mirror.Disabled(real) &&
+                m_report.RealItemToScreen(real) == m_mirror.ScreenOf(real);
+            if (!same) return "row " + std::to_string(real);
+        }
+        if (m_report.GetFocusedRealItem() != m_mirror.focus ||
+            m_report.table.AnchorRealItem() != m_mirror.anchor)
+            return "focus or anchor";
+        if (m_report.table.SortState() != m_mirror.keys || m_report.list.marks != m_mirror.Marks())
+            return "keys";
+        for (unsigned real = 0; real < m_mirror.cols.size(); ++real) {
+            MirrorCol const& wanted = m_mirror.cols[real];
+            CTovReportViewCol const& col = *m_report.GetRealCol(real);
+            if (col.IsHidden() != wanted.hidden || col.IsDeleted() != wanted.deleted ||
+                col.GetWidth() != wanted.width ||
+                (wanted.Visible() && (col.GetOrder() != wanted.order || col.GetLeft() != wanted.left)))
+                return "column " + std::to_string(real);
+        }
+        if (m_report.list.order != m_mirror.list.order || m_report.list.top != m_mirror.list.top)
+            return "control";
+        return "";
+    }
+
+ private:
+    unsigned Below(std::size_t count) { return count == 0 ? 0 : static_cast<unsigned>(m_random() % count); }
+    bool Chance(unsigned oneIn) { return Below(oneIn) == 0; }
+    unsigned AnyRow() { return Below(m_mirror.rows.size() + 1); }
+    Rows SomeRows() {
+        Rows rows(Below(6));
+        for (unsigned& row : rows)
+            row = AnyRow();
+        return rows;
+    }
+    Rows Screens(Rows const& reals) {
+        Rows screens;
+        for (unsigned const real : reals)
+            if (m_mirror.ScreenOf(real) != none) screens.push_back(m_mirror.ScreenOf(real));
+        return screens;
+    }
+    Rows Reals(Rows const& screens) {
+        Rows reals;
+        for (unsigned const at : screens)
+            reals.push_back(m_mirror.screen[at]);
+        return reals;
+    }
+    Keys SomeKeys() {
+        Keys keys(Below(9) == 0 ? 4 : Below(4));
+        for (auto& key : keys)
+            key = {Chance(12) ? none : Below(m_mirror.cols.size()), Chance(2) ? 1 : 0};
+        return keys;
+    }
+    MirrorRow NewRow() {
+        unsigned const states = Chance(2) ? 0 : Below(16);
+        return {m_nextId++,
+                {static_cast<int>(Below(5)), static_cast<int>(Below(12)), static_cast<int>(Below(3))},
+                (states & 1) != 0,
+                (states & 2) != 0,
+                (states & 4) != 0,
+                (states & 8) != 0};
+    }
+    FakeRow* Twin(MirrorRow const& row) {
+        return new FakeRow(&m_report, row.id, row.keys,
+                           row.hidden * 1u | row.checked * 2u | row.selected * 4u | row.disabled * 8u);
+    }
+
+    void Refill(bool columns) {
+        bool const notify = Chance(2);
+        m_report.CleanupRealItems(notify);
+        m_mirror.Cleanup(notify);
+        EXPECT_EQ(FakeRow::alive, 0);
+        if (columns) {
+            m_report.CleanupRealCols();
+            m_mirror.list.columns.clear();
+            m_mirror.list.order.clear();
+            m_mirror.cols.clear();
+            m_report.stored["ColWidth"].clear();
+            m_report.stored["ColOrder"].clear();
+            for (unsigned real = 0; real < 5; ++real) {
+                MirrorCol const col{real, static_cast<int>(Below(90)), real != 0 && Chance(4)};
+                m_mirror.cols.push_back(col);
+                m_report.AddRealCol(new FakeCol(&m_report, real, col.hidden, col.width));
+            }
+            m_report.DisplayRealCols(0);
+            for (unsigned const real : m_mirror.ScreenCols())
+                m_mirror.list.InsertColumn(m_mirror.ColsBefore(real), 0, m_mirror.cols[real].width, "");
+            m_mirror.HoldCols();
+        }
+        if (Chance(4)) m_report.stored["SortState"] = {1, 1, Chance(2) ? 4 : 0, 0, Chance(9) ? -3 : 2, 1};
+        m_mirror.stored = m_report.stored;
+        m_report.tellsKeys = Chance(2);
+        for (unsigned i = Below(24); i > 0; --i) {
+            m_mirror.rows.push_back(NewRow());
+            m_report.AddRealItem(Twin(m_mirror.rows.back()));
+        }
+        m_report.DisplayRealItems(notify);
+        m_mirror.Display(notify);
+    }
+
+    void SetGates() {
+        unsigned const bits = Chance(2) ? 0 : Below(1u << gateCount);
+        for (std::size_t i = 0; i < gateCount; ++i)
+            m_mirror.gates[i] = static_cast<int>(bits >> i & 1);
+        m_report.SetSuppressDeletionNotifications(m_mirror.gates[gateDelete]);
+        m_report.SetSuppressSelectionNotifications(m_mirror.gates[gateSelect]);
+        m_report.SetSuppressCheckNotifications(m_mirror.gates[gateCheck]);
+        m_report.SetSuppressScrollNotifications(m_mirror.gates[gateScroll]);
+        m_report.SetSuppressHideNotifications(m_mirror.gates[gateHide]);
+        m_report.SetSuppressRefreshNotifications(m_mirror.gates[gateRefresh]);
+        m_report.SetSuppressDisableNotifications(m_mirror.gates[gateDisable]);
+        EXPECT_EQ(m_report.GetSuppressAllNotifications(), bits == (1u << gateCount) - 1);
+        m_mirror.boxes = !Chance(3);
+        m_report.ShowCheckboxes(m_mirror.boxes);
+        m_mirror.disableEnabled = !Chance(3);
+        m_report.DisableRealItemsEnabled(m_mirror.disableEnabled);
+        long const mask = static_cast<long>(Below(1024));
+        bool const adds = Chance(2);
+        adds ? m_report.AddItemNotification(m_window.GetSafeHwnd(), mask)
+             : m_report.RemoveItemNotification(m_window.GetSafeHwnd(), mask);
+        long const before = m_mirror.masks.empty() ? 0 : m_mirror.masks[0];
+        m_mirror.masks.assign(1, adds ? before | mask : before & (1023 - mask));
+    }
+
+    void Act() {
+        bool const notify = !Chance(3);
+        bool const on = Chance(2);
+        bool const even = Chance(3);
+        unsigned const row = AnyRow();
+        bool const visible = m_mirror.Visible(row);
+        Rows rows = SomeRows();
+        switch (Below(34)) {
+            case 0:
+                return SetGates();
+            case 1:
+            case 2:
+            case 3: {
+                MirrorRow const added = NewRow();
+                m_report.AppendRealItem(Twin(added), notify);
+                return m_mirror.Append(added, notify);
+            }
+            case 4: {
+                std::vector<COMPLETE_ITEM> items;
+                m_report.CompleteItemFromReal(rows, items);
+                if (!items.empty() && Chance(4)) items[0].nScreen = Below(40);  // out of date
+                return Same(m_report.HideRealItems(items, on, notify), m_mirror.Hide(rows, on, notify));
+            }
+            case 5:
+                return Same(static_cast<unsigned>(m_report.HideRealItem(row, on, notify)),
+                            m_mirror.Hide({row}, on, notify));
+            case 6: {
+                Rows reals = m_mirror.screen;
+                if (!on) {
+                    reals.clear();
+                    for (unsigned real = 0; real < m_mirror.rows.size(); ++real)
+                        if (m_mirror.rows[real].hidden && !m_mirror.rows[real].deleted) reals.push_back(real);
+                }
+                return Same(m_report.HideAllItems(on, notify), m_mirror.Hide(reals, on, notify));
+            }
+            case 7:
+                return Same(m_report.DeleteRealItems(rows, notify), m_mirror.Delete(rows, notify));
+            case 8: {
+                Rows screens = Screens(rows);
+                Rows const reals = Reals(screens);
+                return Same(m_report.DeleteItems(screens, notify), m_mirror.Delete(reals, notify));
+            }
+            case 9:
+                if (on)
+                    return Same(m_report.DeleteSelectedItems(notify),
+                                m_mirror.Delete(m_mirror.RowsThat(ReportMirror::selecting), notify));
+                return Same(m_report.DeleteDisabledItems(notify),
+                            m_mirror.Delete(m_mirror.RowsThat(ReportMirror::disabling), notify));
+            case 10: {
+                unsigned const other = AnyRow();
+                unsigned const count = Below(5);
+                return Same(m_report.SwapRealItems(row, other, count, notify),
+                            m_mirror.Swap(row, other, count, notify));
+            }
+            case 11:
+            case 12:
+            case 13: {
+                Keys const keys = SomeKeys();
+                m_report.SortList(keys);
+                return m_mirror.Sort(keys);
+            }
+            case 14: {
+                unsigned const col = Below(m_mirror.cols.size());
+                bool const flips = m_mirror.keys.size() == 1 && m_mirror.keys[0].nCol == col;
+                m_report.OnHeaderClick(col, 0);
+                m_mirror.Sort({{col, flips && m_mirror.keys[0].bAscending != 0 ? 0 : 1}});
+                EXPECT_EQ(m_report.stored["SortState"].size(), 2u);
+                m_mirror.stored["SortState"] = m_report.stored["SortState"];
+                return;
+            }
+            case 15:
+                return Same(m_report.SelectAllItems(on, notify, even), m_mirror.SelectAll(on, notify, even));
+            case 16: {
+                bool const refused = !visible || (m_mirror.Disabled(row) && !even);
+                bool const done = !refused && m_mirror.Is(ReportMirror::selecting, row) == on;
+                int const wanted = refused ? 0
+                                   : done  ? 1
+                                   : m_mirror.Disabled(row)
+                                       ? 0
+                                       : m_mirror.ChangeOne(ReportMirror::selecting, row, on, notify);
+                return Same(m_report.SelectRealItem(row, on, notify, even), wanted);
+            }
+            case 17:
+                return Same(m_report.SelectRealItems(rows, on, notify, even),
+                            m_mirror.ChangeListed(ReportMirror::selecting, rows, on, notify, !even));
+            case 18:
+                return Same(m_report.InvertSelection(notify),
+                            m_mirror.ChangeAll(ReportMirror::selecting, notify, [this](unsigned real) {
+                                return m_mirror.Disabled(real) ? -1 : !m_mirror.rows[real].selected;
+                            }));
+            case 19: {
+                unsigned const count = m_report.GetItemCount();
+                unsigned const a = Below(count);
+                unsigned const b = Below(count);
+                Rows range;
+                for (unsigned at = std::min(a, b); at <= std::max(a, b) && at < count; ++at)
+                    range.push_back(m_mirror.screen[at]);
+                unsigned const done = m_report.SetItemSelection(a, b, notify);
+                m_mirror.SelectAll(false, notify, false);
+                return Same(done, m_mirror.ChangeListed(ReportMirror::selecting, range, true, notify, true));
+            }
+            case 20:
+                if (!m_mirror.boxes) return Same(m_report.CheckAllItems(on, notify), none);
+                return Same(m_report.CheckAllItems(on, notify),
+                            m_mirror.ChangeAll(ReportMirror::checking, notify, [this, on](unsigned real) {
+                                return m_mirror.Disabled(real) ? -1 : int{on};
+                            }));
+            case 21: {
+                bool const refused = !visible || !m_mirror.boxes;
+                bool const done = !refused && m_mirror.Is(ReportMirror::checking, row) == on;
+                int const wanted = refused ? 0
+                                   : done  ? 1
+                                           : m_mirror.ChangeOne(ReportMirror::checking, row, on, notify);
+                return Same(m_report.CheckRealItem(row, on, notify), wanted);
+            }
+            case 22:
+                if (!m_mirror.boxes) return Same(m_report.CheckRealItems(rows, on, notify), none);
+                return Same(m_report.CheckRealItems(rows, on, notify),
+                            m_mirror.ChangeListed(ReportMirror::checking, rows, on, notify, true));
+            case 23:
+                if (!m_mirror.boxes) return Same(m_report.SelectCheckedItems(notify), none);
+                if (on)
+                    return Same(m_report.CheckSelectedItems(even, notify),
+                                m_mirror.ChangeListed(ReportMirror::checking,
+                                                      m_mirror.RowsThat(ReportMirror::selecting), even,
+                                                      notify, false));
+                return Same(m_report.SelectCheckedItems(notify),
+                            m_mirror.ChangeAll(ReportMirror::selecting, notify, [this](unsigned real) {
+                                return m_mirror.Disabled(real) ? -1 : int{m_mirror.rows[real].checked};
+                            }));
+            case 24:
+                if (!m_mirror.boxes) return Same(m_report.InvertChecked(notify), none);
+                return Same(m_report.InvertChecked(notify),
+                            m_mirror.ChangeAll(ReportMirror::checking, notify, [this](unsigned real) {
+                                return m_mirror.Disabled(real) ? -1 : !m_mirror.rows[real].checked;
+                            }));
+            case 25:
+                if (!m_mirror.disableEnabled) return Same(m_report.DisableAllItems(on, notify), 0u);
+                if (even)
+                    return Same(m_report.DisableAllItems(on, notify),
+                                m_mirror.ChangeAll(ReportMirror::disabling, notify,
+                                                   [on](unsigned) { return int{on}; }));
+                return Same(m_report.DisableRealItems(rows, on, notify),
+                            m_mirror.ChangeListed(ReportMirror::disabling, rows, on, notify, false));
+            case 26: {
+                bool const refused = !visible || !m_mirror.disableEnabled;
+                bool const done = !refused && m_mirror.Disabled(row) == on;
+                int const wanted = refused ? 0
+                                   : done  ? 1
+                                           : m_mirror.ChangeOne(ReportMirror::disabling, row, on, notify);
+                return Same(m_report.DisableRealItem(row, on, notify), wanted);
+            }
+            case 27:
+            case 28: {  // a row is edited
+                if (row >= m_mirror.rows.size()) return;
+                m_mirror.rows[row].keys[0] = static_cast<int>(Below(5));
+                static_cast<FakeRow*>(m_report.GetRealItem(row))->keys = m_mirror.rows[row].keys;
+                if (on && m_mirror.ScreenOf(row) != none) {
+                    m_report.RefreshItem(m_mirror.ScreenOf(row), notify);
+                } else {
+                    m_report.RefreshRealItem(row, notify);
+                }
+                return m_mirror.Refresh(row, notify);
+            }
+            case 29: {
+                on ? m_report.RefreshAllItems(notify) : m_report.RefreshColItems(0, notify);
+                for (unsigned const real : m_mirror.screen)
+                    m_mirror.Refresh(real, notify);
+                return;
+            }
+            case 30: {
+                unsigned const col = Below(m_mirror.cols.size());
+                if (even)
+                    return Same(m_report.DeleteRealCol(col, notify), int{m_mirror.DeleteCol(col, notify)});
+                return Same(static_cast<unsigned>(m_report.HideRealCol(col, on, notify)),
+                            m_mirror.HideCols({col}, on, notify));
+            }
+            case 31: {
+                unsigned const excluded = 1 + Below(m_mirror.cols.size() - 1);
+                m_report.SetExcludeRealColFromViewHide(excluded, 1);
+                Rows cols;
+                for (unsigned col = 1; col < m_mirror.cols.size(); ++col)
+                    if (!(even && col == excluded)) cols.push_back(col);
+                Same(m_report.HideAllCols(on, even, notify), m_mirror.HideCols(cols, on, notify));
+                return m_report.SetExcludeRealColFromViewHide(excluded, 0);
+            }
+            case 32: {  // the user drags a column, or its edge
+                std::vector<unsigned>& order = m_mirror.list.order;
+                std::swap(order[Below(order.size())], order[Below(order.size())]);
+                unsigned const col = Below(order.size());
+                m_mirror.list.columns[col].width = m_report.list.columns[col].width =
+                    static_cast<int>(Below(200));
+                m_report.list.order = order;
+                m_report.table.OnColumnOrderChanged();
+                m_report.table.OnColumnWidthChanged();
+                return m_mirror.HoldCols();
+            }
+            default:
+                if (m_mirror.screen.empty()) return;
+                unsigned const at = Below(m_mirror.screen.size());
+                if (on) {
+                    m_report.table.SetAnchor(at);
+                    m_mirror.anchor = m_mirror.screen[at];
+                } else {
+                    m_report.FocusItem(at, 1);
+                    m_mirror.focus = m_mirror.screen[at];
+                }
+                m_report.list.top = m_mirror.list.top = at;
+        }
+    }
+
+    template <class Answer>
+    void Same(Answer own, std::type_identity_t<Answer> mirrored) {
+        EXPECT_EQ(own, mirrored);
+    }
+
+    std::mt19937 m_random;
+    FakeReport m_report;
+    ReportMirror m_mirror;
+    ToldWindow m_window{m_report.log};
+    int m_nextId = 0;
+};
+
+TEST(ReportModel, AMillionRandomOperationsLeaveWhatTheirMirrorSays) {
+    char const* const asked = std::getenv("TOV_REPORT_STEPS");
+    unsigned const steps =
+        asked != nullptr ? static_cast<unsigned>(std::strtoul(asked, nullptr, 10)) : 1'000'000;
+    for (unsigned seed = 1; seed <= 10; ++seed) {
+        Twins twins(seed);
+        for (unsigned step = 0; step < steps / 10; ++step) {
+            twins.Step(step);
+            std::string const difference = twins.Difference();
+            ASSERT_TRUE(difference.empty() && !testing::Test::HasFailure())
+                << "seed " << seed << " step " << step << ": " << difference;
+        }
+    }
+    EXPECT_EQ(FakeRow::alive, 0);
+}
+
+// --- Handlers that change the report in the middle of what tells them
+
+// What must be true of every report at any time.
+std::string Broken(FakeReport& report) {
+    Rows screen;
+    for (unsigned i = 0; i < report.GetItemCount(); ++i)
+        screen.push_back(report.ScreenItemToReal(i));
+    std::set<unsigned> const shown(screen.begin(), screen.end());
+    if (shown.size() != screen.size()) return "a row twice";
+    for (unsigned real = 0; real < report.GetRealItemCount(); ++real) {
+        bool const visible = report.GetRealItem(real)->IsVisible() != 0;
+        if (visible != shown.contains(real))
+            return "row " + std::to_string(real) + (visible ? " is not" : " is still") + " on the screen";
+        if (visible && screen.at(report.RealItemToScreen(real)) != real) return "a wrong index";
+    }
+    unsigned const focus = report.GetFocusedRealItem();
+    if (focus != none && !shown.contains(focus)) return "focus on a row that is not shown";
+    Rows cols;
+    for (unsigned real = 0; real < report.GetRealColumns(); ++real)
+        if (report.GetRealCol(real)->IsVisible() != 0) cols.push_back(real);
+    if (report.list.columns.size() != cols.size() || report.GetColumns() != cols.size()) return "columns";
+    for (std::size_t i = 0; i < cols.size(); ++i)
+        if (report.GetCol(static_cast<unsigned>(i))->GetLabel() != report.list.columns[i].label)
+            return "labels";
+    if (report.list.marks.size() != report.table.SortState().size()) return "marks";
+    for (std::size_t i = 0; i < report.list.marks.size(); ++i)
+        if (report.list.marks[i].nCol != report.RealColToScreen(report.table.SortState()[i].nCol, 0))
+            return "marks";
+    return "";
+}
+
+std::string Tail(ToldLog const& log) {
+    auto const first = log.entries.end() - std::min<std::ptrdiff_t>(30, std::ssize(log.entries));
+    return testing::PrintToString(std::vector<Told>(first, log.entries.end()));
+}
+
+TEST(ReportModel, HandlersMayChangeTheReportInsideTheirEvents) {
+    std::mt19937 random(7);
+    auto const below = [&random](unsigned count) {
+        return count == 0 ? 0 : static_cast<unsigned>(random() % count);
+    };
+    for (unsigned round = 0; round < 1500; ++round) {
+        FakeReport report;
+        ToldWindow window(report.log);
+        int id = 0;
+        unsigned depth = 0;
+        bool ends = false;
+        auto const newRow = [&] {
+            return new FakeRow(&report, id++, {static_cast<int>(below(5)), static_cast<int>(below(5)), 0},
+                               below(16));
+        };
+        auto const fill = [&] {
+            report.AddRealCols({"A", "B", "C", "D"});
+            report.CleanupRealItems(0);  // rows that came while columns were told of
+            for (unsigned i = 0; i < 12; ++i)
+                report.AddRealItem(newRow());
+            report.DisplayRealItems(1);
+        };
+        auto const act = [&] {
+            unsigned const row = below(report.GetRealItemCount());
+            Rows rows{row, below(report.GetRealItemCount()), below(report.GetRealItemCount())};
+            int const on = static_cast<int>(below(2));
+            switch (below(20)) {
+                case 0:
+                    return report.AppendRealItem(newRow(), 1);
+                case 1:
+                    return report.SortList(Keys{{below(4), on}, {below(4), 1}});
+                case 2:
+                    return static_cast<void>(report.HideRealItem(row, on, 1));
+                case 3:
+                    return static_cast<void>(report.HideAllItems(on, 1));
+                case 4:
+                    return static_cast<void>(report.DeleteRealItems(rows, 1));
+                case 5:
+                    return static_cast<void>(
+                        report.SwapRealItems(row, below(report.GetRealItemCount()), 2, 1));
+                case 6:
+                    return static_cast<void>(report.SelectAllItems(on, 1, 0));
+                case 7:
+                    return static_cast<void>(report.CheckAllItems(on, 1));
+                case 8:
+                    return static_cast<void>(report.DisableRealItems(rows, on, 1));
+                case 9:
+                    return static_cast<void>(report.SelectRealItems(rows, on, 1, 0));
+                case 10:
+                    return static_cast<void>(report.CheckRealItem(row, on, 1));
+                case 11:
+                    return static_cast<void>(report.InvertSelection(1));
+                case 12:
+                    return static_cast<void>(report.HideRealCol(below(4), on, 1));
+                case 13:
+                    return static_cast<void>(report.DeleteRealCol(below(4), 1));
+                case 14:
+                    return report.RefreshAllItems(1);
+                case 15:
+                    return report.RefreshRealItem(row, 1);
+                case 16:
+                    return static_cast<void>(report.FocusRealItem(row, 1));
+                case 17:
+                    return report.RemoveItemNotification(window.GetSafeHwnd(), eNotifyItemAll);
+                case 18:
+                    return report.AddItemNotification(window.GetSafeHwnd(), eNotifyItemAll);
+                default:
+                    if (below(4) != 0) return;
+                    report.CleanupRealItems(1);
+                    report.CleanupRealItems(0);  // rows that came while that was told of
+                    report.CleanupRealCols();
+                    return fill();
+            }
+        };
+        report.log.meddle = [&] {
+            if (ends || depth > 2 || below(6) != 0) return;
+            ++depth;
+            act();
+            --depth;
+        };
+        report.ShowCheckboxes(1);
+        report.DisableRealItemsEnabled(1);
+        report.SetSuppressAllNotifications(0);
+        report.AddItemNotification(window.GetSafeHwnd(), eNotifyItemAll);
+        fill();
+        for (unsigned step = 0; step < 60; ++step) {
+            act();
+            ASSERT_EQ(Broken(report), "") << "round " << round << " step " << step << '\n'
+                                          << Tail(report.log);
+            report.log.entries.clear();
+        }
+        ends = true;
+    }
+    EXPECT_EQ(FakeRow::alive, 0);
+}
+
+}  // namespace
+}  // namespace tov::test
