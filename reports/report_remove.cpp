@@ -6,8 +6,10 @@
 #include <tov310/wait_cursor.h>
 
 #include "reports/report_rows.h"
+#include "reports/report_sort.h"
 
 #include <algorithm>
+#include <iterator>
 #include <numeric>
 #include <utility>
 
@@ -53,6 +55,8 @@ unsigned int CTovReportTable::HideRealItems(std::vector<COMPLETE_ITEM>& items, i
     }
     unsigned int const generation = m_generation;
     unsigned int changed = 0;
+    bool const atOnce = hide == 0 && notify == 0 && RowsStandInOrder();
+    std::vector<unsigned int> coming;
     for (COMPLETE_ITEM const& entry : items) {
         if (generation != m_generation) break;
         CTovReportViewItem* item = m_vecRealItems[entry.nReal].get();
@@ -68,6 +72,11 @@ unsigned int CTovReportTable::HideRealItems(std::vector<COMPLETE_ITEM>& items, i
         if (item->HideItem(hide, notify) == 0) continue;
         if (generation != m_generation) break;
         unsigned int const real = RealOf(item, entry.nReal);
+        if (atOnce) {
+            InvalidateHeldTexts(*item);
+            coming.push_back(real);
+            continue;
+        }
         if (hide == 0) {
             InvalidateHeldTexts(*item);
             if (item->IsVisible() == 0) continue;
@@ -81,8 +90,23 @@ unsigned int CTovReportTable::HideRealItems(std::vector<COMPLETE_ITEM>& items, i
         m_host.OnItemNotice(hide != 0 ? WM_TOV_REPORTVIEW_ITEM_HIDE : WM_TOV_REPORTVIEW_ITEM_VIEW, real);
     }
     MarkAllRows();
+    if (atOnce) ShowRows(coming);
     m_host.RestoreVScroll();
-    return changed;
+    return changed + static_cast<unsigned int>(coming.size());
+}
+
+// Puts many rows into their places where nobody looks on meanwhile: the same ones that they would come to one
+// by one.
+void CTovReportTable::ShowRows(std::vector<unsigned int> coming) {
+    CTovReportSort(m_vecRealItems, m_vecSortState).Sort(coming);
+    std::vector<unsigned int> const rows = m_vecScreenItems->Copy();
+    std::vector<unsigned int> merged;
+    merged.reserve(rows.size() + coming.size());
+    std::merge(rows.begin(), rows.end(), coming.begin(), coming.end(), std::back_inserter(merged),
+               [this](unsigned int a, unsigned int b) { return StandsBefore(a, b); });
+    m_vecScreenItems->Assign(merged);
+    for (unsigned int const real : coming)
+        m_host.OnItemNotice(WM_TOV_REPORTVIEW_ITEM_VIEW, real);
 }
 
 unsigned int CTovReportTable::HideAllItems(int hide, int notify) {

@@ -2,33 +2,88 @@
 
 #include <tov310/compare.h>
 
+#include "util/case_fold.h"
+#include "util/code_points.h"
 #include "util/compare_doubles.h"
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
+#include <type_traits>
 #include <utility>
 
 namespace tov {
 namespace {
 
-// Merging needs no strict order: the tolerance by which numbers compare has none.
-template <class Entry, class Before>
-void SortEntries(std::vector<Entry>& entries, Before const& before) {
-    std::stable_sort(entries.begin(), entries.end(), before);
+constexpr std::size_t rankSize = sizeof(CTovTextRank);
+
+// Bytes of a rank, as far as there is room.
+struct RankBytes {
+    void Put(char32_t byte) {
+        if (size < rankSize) bytes[size++] = static_cast<unsigned char>(byte);
+    }
+    bool IsFull() const { return size == rankSize; }
+    std::uint64_t Number(std::size_t from) const {
+        std::uint64_t number = 0;
+        for (std::size_t i = 0; i < sizeof number; ++i)
+            number = number << 8 | bytes[from + i];
+        return number;
+    }
+
+    std::array<unsigned char, rankSize> bytes{};
+    std::size_t size = 0;
+};
+
+constexpr bool IsPlainDigit(char c) {
+    return c >= '0' && c <= '9';
 }
 
-int CompareTexts(eTovSortKey kind, char const* a, char const* b) {
-    switch (kind) {
-        case eSortKeyTextIS:
-            return TovCompareIS(a, b);
-        case eSortKeyTextNoCaseIS:
-            return TovCompareNoCaseIS(a, b);
-        default:
-            return std::strcmp(a, b);
-    }
+// A number stands at the place of its first digit: the longer one behind, and of the same length by digits.
+std::size_t PutNumber(std::string_view text, RankBytes& rank) {
+    std::size_t zeros = 0;
+    while (zeros < text.size() && text[zeros] == '0')
+        ++zeros;
+    std::size_t end = zeros;
+    while (end < text.size() && IsPlainDigit(text[end]))
+        ++end;
+    std::size_t const length = end - zeros;
+    constexpr std::size_t longest = 255;
+    rank.Put('0');
+    rank.Put(static_cast<char32_t>(std::min(length, longest)));
+    if (length >= longest) rank.size = rankSize;  // the texts decide
+    for (std::size_t i = zeros; i < end && !rank.IsFull(); ++i)
+        rank.Put(static_cast<unsigned char>(text[i]));
+    return end;
 }
 
 }  // namespace
+
+bool TovRankText(eTovSortKey kind, char const* text, CTovTextRank& result) {
+    RankBytes rank;
+    std::string_view rest = text;
+    constexpr char32_t noCharacter = 0xFFFD;
+    while (!rest.empty() && !rank.IsFull()) {
+        char const c = rest.front();
+        if (kind != eSortKeyText && IsPlainDigit(c)) {
+            rest.remove_prefix(PutNumber(rest, rank));
+        } else if (kind != eSortKeyTextNoCaseIS) {
+            rank.Put(static_cast<unsigned char>(c));
+            rest.remove_prefix(1);
+        } else if (static_cast<unsigned char>(c) < 0x80) {
+            rank.Put(static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c));
+            rest.remove_prefix(1);
+        } else {
+            char32_t const character = TakeCharacter(rest);
+            if (character == noCharacter) return false;
+            CString folded;
+            AppendCharacter(folded, FoldCase(character));
+            for (char const byte : folded)
+                rank.Put(static_cast<unsigned char>(byte));
+        }
+    }
+    result = {rank.Number(0), rank.Number(sizeof(std::uint64_t))};
+    return true;
+}
 
 CTovReportSort::CTovReportSort(Items const& items, std::vector<SORT_STATE_REALCOL> keys)
     : m_items(items), m_keys(std::move(keys)), m_ascending(m_keys.empty() || m_keys.front().bAscending != 0) {
@@ -37,15 +92,70 @@ CTovReportSort::CTovReportSort(Items const& items, std::vector<SORT_STATE_REALCO
     m_keys.erase(end, m_keys.end());
 }
 
-int CTovReportSort::Column::Compare(unsigned int a, unsigned int b) const {
-    return kind == eSortKeyNumber ? CompareDoubles(numbers[a], numbers[b])
-                                  : CompareTexts(kind, Text(a), Text(b));
+// --- What rows sort by
+
+void CTovReportSort::Column::Add(double number, CString const& text) {
+    if (kind == eSortKeyNumber) {
+        numbers.push_back(number);
+        return;
+    }
+    starts.push_back(letters.size());
+    letters.insert(letters.end(), text.c_str(), text.c_str() + std::strlen(text.c_str()) + 1);
+    ranks.emplace_back();
+    ranked = ranked && TovRankText(kind, text.c_str(), ranks.back());
 }
 
+CTovReportSort::Text CTovReportSort::Column::TextAt(std::size_t place) const {
+    return {ranked ? ranks[place] : CTovTextRank{}, letters.data() + starts[place]};
+}
+
+int CTovReportSort::Column::Compare(double a, double b) const {
+    return direction * CompareDoubles(a, b);
+}
+
+int CTovReportSort::Column::Compare(Text const& a, Text const& b) const {
+    if (a.rank.high != b.rank.high) return a.rank.high < b.rank.high ? -direction : direction;
+    if (a.rank.low != b.rank.low) return a.rank.low < b.rank.low ? -direction : direction;
+    int const order = kind == eSortKeyText     ? std::strcmp(a.text, b.text)
+                      : kind == eSortKeyTextIS ? TovCompareIS(a.text, b.text)
+                                               : TovCompareNoCaseIS(a.text, b.text);
+    return order < 0 ? -direction : order > 0 ? direction : 0;
+}
+
+int CTovReportSort::Column::CompareAt(std::size_t a, std::size_t b) const {
+    return kind == eSortKeyNumber ? Compare(numbers[a], numbers[b]) : Compare(TextAt(a), TextAt(b));
+}
+
+// Asks each row once. False when one of them does not tell.
+bool CTovReportSort::Extract(std::vector<unsigned int> const& rows) {
+    m_columns.resize(m_keys.size());
+    if (rows.empty()) return false;
+    CString text;
+    for (std::size_t i = 0; i < m_keys.size(); ++i) {
+        Column& column = m_columns[i];
+        column.direction = m_keys[i].bAscending != 0 ? 1 : -1;
+        for (unsigned int const row : rows) {
+            double number = 0;
+            text.clear();
+            eTovSortKey const kind = m_items[row]->OnGetItemSortKey(m_keys[i].nCol, number, text);
+            if (kind == eSortKeyNone || (row != rows.front() && kind != column.kind)) return false;
+            if (row == rows.front()) {
+                column.kind = kind;
+                (kind == eSortKeyNumber ? column.numbers.reserve(rows.size())
+                                        : column.starts.reserve(rows.size()));
+                if (kind != eSortKeyNumber) column.ranks.reserve(rows.size());
+            }
+            column.Add(number, text);
+        }
+    }
+    return true;
+}
+
+// --- Sorting. What is equal stays as it is. Merging needs no strict order: the tolerance by which numbers
+// compare has none.
+
 void CTovReportSort::Sort(std::vector<unsigned int>& rows) {
-    // What is equal stays as it is from here on.
-    bool const ordered = std::is_sorted(rows.begin(), rows.end());
-    if (!ordered) {
+    if (!std::is_sorted(rows.begin(), rows.end())) {
         std::vector<bool> shown(m_items.size());
         for (unsigned int const row : rows)
             shown[row] = true;
@@ -58,86 +168,50 @@ void CTovReportSort::Sort(std::vector<unsigned int>& rows) {
     if (m_keys.empty()) return;
     if (!Extract(rows)) {
         SortByItems(rows);
-        return;
-    }
-    Column const& first = m_columns.front();
-    if (first.kind == eSortKeyNumber) {
-        SortByFirst(
-            rows, [&first](unsigned int place) { return first.numbers[place]; },
-            [](double a, double b) { return CompareDoubles(a, b); });
-    } else if (first.kind == eSortKeyText) {
-        SortByFirst(
-            rows, [&first](unsigned int place) { return first.Text(place); },
-            [](char const* a, char const* b) { return std::strcmp(a, b); });
-    } else if (first.kind == eSortKeyTextIS) {
-        SortByFirst(
-            rows, [&first](unsigned int place) { return first.Text(place); },
-            [](char const* a, char const* b) { return TovCompareIS(a, b); });
+    } else if (Column const& first = m_columns.front(); first.kind == eSortKeyNumber) {
+        SortByFirst(rows, [&first](std::size_t place) { return first.numbers[place]; });
     } else {
-        SortByFirst(
-            rows, [&first](unsigned int place) { return first.Text(place); },
-            [](char const* a, char const* b) { return TovCompareNoCaseIS(a, b); });
+        SortByFirst(rows, [&first](std::size_t place) { return first.TextAt(place); });
     }
 }
 
-// Asks each row once for what it sorts by. False when one of them does not tell.
-bool CTovReportSort::Extract(std::vector<unsigned int> const& rows) {
-    for (SORT_STATE_REALCOL const& key : m_keys) {
-        Column column;
-        column.ascending = key.bAscending != 0;
-        if (!Extract(rows, key.nCol, column)) return false;
-        m_columns.push_back(std::move(column));
+template <class First>
+void CTovReportSort::SortByFirst(std::vector<unsigned int>& rows, First const& first) const {
+    if (m_columns.size() == 1) {
+        SortByTwo(rows, first, [](std::size_t) { return nullptr; });
+    } else if (Column const& next = m_columns[1]; next.kind == eSortKeyNumber) {
+        SortByTwo(rows, first, [&next](std::size_t place) { return next.numbers[place]; });
+    } else {
+        SortByTwo(rows, first, [&next](std::size_t place) { return next.TextAt(place); });
     }
-    return !rows.empty();
 }
 
-bool CTovReportSort::Extract(std::vector<unsigned int> const& rows, unsigned int col, Column& column) const {
-    double number = 0;
-    CString text;
-    for (unsigned int const row : rows) {
-        text.clear();
-        eTovSortKey const kind = m_items[row]->OnGetItemSortKey(col, number, text);
-        if (column.kind == eSortKeyNone) {
-            column.kind = kind;
-            if (kind == eSortKeyNumber) column.numbers.reserve(rows.size());
-            if (kind > eSortKeyNumber) column.texts.reserve(rows.size());
-        }
-        if (kind != column.kind || kind == eSortKeyNone) return false;
-        if (kind == eSortKeyNumber) {
-            column.numbers.push_back(number);
-        } else {
-            column.texts.push_back(column.letters.size());
-            column.letters.insert(column.letters.end(), text.c_str(), text.c_str() + text.size() + 1);
-        }
-    }
-    return true;
-}
-
-bool CTovReportSort::RestStandsBefore(unsigned int a, unsigned int b) const {
-    for (std::size_t i = 1; i < m_columns.size(); ++i) {
-        int const order = m_columns[i].Compare(a, b);
-        if (order != 0) return m_columns[i].ascending ? order < 0 : order > 0;
-    }
-    return false;
-}
-
-template <class Key, class Compare>
-void CTovReportSort::SortByFirst(std::vector<unsigned int>& rows, Key const& keyOf,
-                                 Compare const& compare) const {
-    struct Entry {
-        decltype(keyOf(0u)) key;
+// The first two keys lie side by side with the row, where comparing finds them without a way through memory.
+template <class First, class Second>
+void CTovReportSort::SortByTwo(std::vector<unsigned int>& rows, First const& firstOf,
+                               Second const& secondOf) const {
+    constexpr bool hasSecond = !std::is_null_pointer_v<decltype(secondOf(0))>;
+    struct One {
+        decltype(firstOf(0)) first;
         unsigned int place;
     };
-    std::vector<Entry> entries;
-    entries.reserve(rows.size());
-    for (unsigned int place = 0; place < rows.size(); ++place)
-        entries.push_back({keyOf(place), place});
-    bool const ascending = m_columns.front().ascending;
-    bool const more = m_columns.size() > 1;
-    SortEntries(entries, [this, &compare, ascending, more](Entry const& a, Entry const& b) {
-        int const order = compare(a.key, b.key);
-        if (order != 0) return ascending ? order < 0 : order > 0;
-        return more && RestStandsBefore(a.place, b.place);
+    struct Two : One {
+        decltype(secondOf(0)) second;
+    };
+    using Entry = std::conditional_t<hasSecond, Two, One>;
+    std::vector<Entry> entries(rows.size());
+    for (unsigned int place = 0; place < rows.size(); ++place) {
+        entries[place].first = firstOf(place);
+        entries[place].place = place;
+        if constexpr (hasSecond) entries[place].second = secondOf(place);
+    }
+    std::stable_sort(entries.begin(), entries.end(), [this](Entry const& a, Entry const& b) {
+        int order = m_columns[0].Compare(a.first, b.first);
+        if constexpr (hasSecond) {
+            if (order == 0) order = m_columns[1].Compare(a.second, b.second);
+            if (order == 0 && m_columns.size() > 2) order = m_columns[2].CompareAt(a.place, b.place);
+        }
+        return order < 0;
     });
     std::vector<unsigned int> sorted(rows.size());
     std::transform(entries.begin(), entries.end(), sorted.begin(),
@@ -154,7 +228,7 @@ void CTovReportSort::SortByItems(std::vector<unsigned int>& rows) const {
     entries.reserve(rows.size());
     for (unsigned int const row : rows)
         entries.push_back({m_items[row].get(), row});
-    SortEntries(entries, [this](Entry const& a, Entry const& b) {
+    std::stable_sort(entries.begin(), entries.end(), [this](Entry const& a, Entry const& b) {
         for (SORT_STATE_REALCOL const& key : m_keys) {
             int const order = a.item->OnCompareItem(b.item, key.nCol);
             if (order != 0) return key.bAscending != 0 ? order < 0 : order > 0;

@@ -4,10 +4,24 @@
 
 #include <tov310/report_items.h>
 
+#include <array>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
 namespace tov {
+
+// The beginning of a text in a form whose bytes, as one large number, stand in the order of the texts. Where
+// two of them are equal the texts decide.
+struct CTovTextRank {
+    std::uint64_t high = 0;
+    std::uint64_t low = 0;
+
+    friend constexpr bool operator==(CTovTextRank const&, CTovTextRank const&) = default;
+};
+
+// False where a text has none: it begins with bytes that are no characters.
+bool TovRankText(eTovSortKey kind, char const* text, CTovTextRank& rank);
 
 class CTovReportSort {
  public:
@@ -19,24 +33,34 @@ class CTovReportSort {
     void Sort(std::vector<unsigned int>& rows);
 
  private:
+    struct Text {
+        CTovTextRank rank;
+        char const* text;
+    };
+
     // What the rows sort by in one column, in the order of the rows.
     struct Column {
-        bool ascending = true;
+        int direction = 1;  // -1: descending
         eTovSortKey kind = eSortKeyNone;
         std::vector<double> numbers;
         std::vector<char> letters;  // all texts with their ends, one behind the other
-        std::vector<std::size_t> texts;
+        std::vector<std::size_t> starts;
+        std::vector<CTovTextRank> ranks;
+        bool ranked = true;
 
-        char const* Text(unsigned int place) const { return letters.data() + texts[place]; }
-        int Compare(unsigned int a, unsigned int b) const;
+        void Add(double number, CString const& text);
+        Text TextAt(std::size_t place) const;
+        int Compare(double a, double b) const;
+        int Compare(Text const& a, Text const& b) const;
+        int CompareAt(std::size_t a, std::size_t b) const;
     };
 
     bool Extract(std::vector<unsigned int> const& rows);
-    bool Extract(std::vector<unsigned int> const& rows, unsigned int col, Column& column) const;
-    bool RestStandsBefore(unsigned int a, unsigned int b) const;
+    template <class First>
+    void SortByFirst(std::vector<unsigned int>& rows, First const& first) const;
+    template <class First, class Second>
+    void SortByTwo(std::vector<unsigned int>& rows, First const& first, Second const& second) const;
     void SortByItems(std::vector<unsigned int>& rows) const;
-    template <class Key, class Compare>
-    void SortByFirst(std::vector<unsigned int>& rows, Key const& keyOf, Compare const& compare) const;
 
     Items const& m_items;
     std::vector<SORT_STATE_REALCOL> m_keys;  // up to the one that ends them

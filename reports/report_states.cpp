@@ -189,33 +189,33 @@ unsigned int CTovReportTable::ChangeAll(StateKind const& kind, int notify, Wante
         (m_host.*kind.begin)(counts[1], counts[0]);
     }
     std::vector<unsigned int> const rows = m_vecScreenItems->Copy();
-    return ChangeRows(kind, rows, true, notify, wanted);
+    return ChangeRows(kind, rows, nullptr, notify, wanted);
 }
 
-// The rows that are there when it is their turn and need it. `inScreenOrder`: from the top of the screen.
+// The rows that are there when it is their turn and need it. `screens` tells where they stood at the
+// beginning; without it they stand in the order of the screen.
 template <class Wanted>
 unsigned int CTovReportTable::ChangeRows(StateKind const& kind, std::vector<unsigned int> const& reals,
-                                         bool inScreenOrder, int notify, Wanted const& wanted) {
+                                         std::vector<unsigned int> const* screens, int notify,
+                                         Wanted const& wanted) {
     std::array<unsigned int, 2> counts{};
     unsigned int const generation = m_generation;
     std::uint64_t const stamp = m_vecScreenItems->Stamp();
-    unsigned int next = 0;
+    unsigned int moved = 0;  // as far as rows have moved up or, beyond the range, down
     for (std::size_t i = 0; i < reals.size(); ++i) {
         unsigned int const real = reals[i];
         if (generation != m_generation) break;
         FetchAhead(m_vecRealItems, reals, i);
         CTovReportViewItem* const item = m_vecRealItems[real].get();
-        unsigned int const expected = std::exchange(next, next + 1);
         int const state = item->IsVisible() != 0 ? wanted(*item) : leaveAsItIs;
         if (state == leaveAsItIs || state == (item->*kind.is)()) continue;
-        unsigned int screen = expected;
-        if (!inScreenOrder) {
-            screen = RealItemToScreen(real);
-        } else if (stamp != m_vecScreenItems->Stamp()) {
-            screen = Locate(real, expected);
-            next = screen != tovNoIndex ? screen + 1 : expected;
+        unsigned int const before = screens != nullptr ? (*screens)[i] : static_cast<unsigned int>(i);
+        unsigned int screen = before;
+        if (stamp != m_vecScreenItems->Stamp()) {
+            screen = Locate(real, before - moved);
+            if (screen != tovNoIndex) moved = before - screen;
         }
-        if (inScreenOrder && screen == tovNoIndex) continue;
+        if (screens == nullptr && screen == tovNoIndex) continue;
         if (kind.change(m_host, {real, screen}, state, item, notify) != 0) ++counts[state != 0 ? 1 : 0];
     }
     if (notify != 0) (m_host.*kind.end)(counts[1], counts[0]);
@@ -263,52 +263,60 @@ unsigned int CTovReportTable::InvertChecked(int notify) {
     });
 }
 
-// --- Listed rows. The beginning is told with the length of the list.
+// --- Listed rows, by the two kinds of indexes. The beginning is told with the length of the list.
 
-unsigned int CTovReportTable::ChangeListed(StateKind const& kind, std::vector<unsigned int> reals, int state,
-                                           int notify, bool skipsDisabled) {
+unsigned int CTovReportTable::ChangeListed(StateKind const& kind, std::vector<unsigned int> reals,
+                                           std::vector<unsigned int> screens, int state, int notify,
+                                           bool skipsDisabled) {
     state = state != 0;
     notify = notify != 0 && (m_host.*kind.suppressed)() == 0;
     Operation const operation(*this);
     CTovWaitCursor const wait;
     auto const listed = static_cast<unsigned int>(reals.size());
-    std::erase_if(reals, [this](unsigned int real) { return real >= m_vecRealItems.size(); });
     unsigned int const generation = m_generation;
+    std::uint64_t const stamp = m_vecScreenItems->Stamp();
     if (notify != 0) (m_host.*kind.begin)(state != 0 ? listed : 0, state != 0 ? 0 : listed);
     if (generation != m_generation) reals.clear();
-    return ChangeRows(kind, reals, false, notify, [state, skipsDisabled](CTovReportViewItem const& item) {
+    if (std::any_of(reals.begin(), reals.end(),
+                    [this](unsigned int real) { return real >= GetRealItemCount(); })) {
+        std::erase_if(reals, [this](unsigned int real) { return real >= GetRealItemCount(); });
+        screens.clear();
+    }
+    if (screens.size() != reals.size() || stamp != m_vecScreenItems->Stamp())
+        RealItemsToScreen(reals, screens);
+    return ChangeRows(kind, reals, &screens, notify, [state, skipsDisabled](CTovReportViewItem const& item) {
         return skipsDisabled && item.IsDisabled() != 0 ? leaveAsItIs : state;
     });
 }
 
 unsigned int CTovReportTable::SelectRealItems(std::vector<unsigned int> const& real, int select, int notify,
                                               int evenIfDisabled) {
-    return ChangeListed(selected, real, select, notify, evenIfDisabled == 0);
+    return ChangeListed(selected, real, {}, select, notify, evenIfDisabled == 0);
 }
 
 unsigned int CTovReportTable::CheckRealItems(std::vector<unsigned int> const& real, int check, int notify) {
     if (m_host.ShowCheckboxes() == 0) return tovNoIndex;
-    return ChangeListed(checked, real, check, notify, true);
+    return ChangeListed(checked, real, {}, check, notify, true);
 }
 
 unsigned int CTovReportTable::DisableRealItems(std::vector<unsigned int> const& real, int disable,
                                                int notify) {
     if (m_host.DisableRealItemsEnabled() == 0) return 0;
-    return ChangeListed(disabled, real, disable, notify, false);
+    return ChangeListed(disabled, real, {}, disable, notify, false);
 }
 
 unsigned int CTovReportTable::SelectItems(std::vector<unsigned int> const& screen, int select, int notify,
                                           int evenIfDisabled) {
     std::vector<unsigned int> real;
     ScreenItemsToReal(screen, real);
-    return ChangeListed(selected, std::move(real), select, notify, evenIfDisabled == 0);
+    return ChangeListed(selected, std::move(real), screen, select, notify, evenIfDisabled == 0);
 }
 
 unsigned int CTovReportTable::CheckItems(std::vector<unsigned int> const& screen, int check, int notify) {
     if (m_host.ShowCheckboxes() == 0) return tovNoIndex;
     std::vector<unsigned int> real;
     ScreenItemsToReal(screen, real);
-    return ChangeListed(checked, std::move(real), check, notify, false);
+    return ChangeListed(checked, std::move(real), screen, check, notify, false);
 }
 
 // --- Questions

@@ -312,6 +312,7 @@ class TOV_CORE_API CTovReportTable {
     unsigned int RealOf(CTovReportViewItem const* item, unsigned int real) const;
     void Complete(std::vector<COMPLETE_ITEM>& items) const;
     std::vector<unsigned int> AllScreenItems() const;
+    void ShowRows(std::vector<unsigned int> coming);
     void MoveRows(std::vector<unsigned int> const& newIndex);
     void InsertRow(unsigned int real);
     void RemoveRow(unsigned int screen);
@@ -338,10 +339,10 @@ class TOV_CORE_API CTovReportTable {
     template <class Wanted>
     unsigned int ChangeAll(StateKind const& kind, int notify, Wanted const& wanted);
     template <class Wanted>
-    unsigned int ChangeRows(StateKind const& kind, std::vector<unsigned int> const& reals, bool inScreenOrder,
-                            int notify, Wanted const& wanted);
-    unsigned int ChangeListed(StateKind const& kind, std::vector<unsigned int> reals, int state, int notify,
-                              bool skipsDisabled);
+    unsigned int ChangeRows(StateKind const& kind, std::vector<unsigned int> const& reals,
+                            std::vector<unsigned int> const* screens, int notify, Wanted const& wanted);
+    unsigned int ChangeListed(StateKind const& kind, std::vector<unsigned int> reals,
+                              std::vector<unsigned int> screens, int state, int notify, bool skipsDisabled);
 
     CTovReportViewHost& m_host;
     std::vector<std::unique_ptr<CTovReportViewCol>> m_vecRealCols;
