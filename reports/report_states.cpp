@@ -50,16 +50,7 @@ CTovReportTable::StateKind const CTovReportTable::disabled{
 namespace {
 
 constexpr int leaveAsItIs = -1;
-
-// Rows that were sorted lie all over the memory: asks for those that come next.
-void FetchAhead(std::vector<std::unique_ptr<CTovReportViewItem>> const& items,
-                std::vector<unsigned int> const& rows, std::size_t at) {
-    constexpr std::size_t ahead = 12;
-    if (at + 2 * ahead < rows.size()) {
-        __builtin_prefetch(items.data() + rows[at + 2 * ahead]);
-        __builtin_prefetch(items[rows[at + ahead]].get(), 1);
-    }
-}
+constexpr std::size_t ahead = 12;  // rows that memory is asked for before it is their turn
 
 }  // namespace
 
@@ -205,7 +196,11 @@ unsigned int CTovReportTable::ChangeRows(StateKind const& kind, std::vector<unsi
     for (std::size_t i = 0; i < reals.size(); ++i) {
         unsigned int const real = reals[i];
         if (generation != m_generation) break;
-        FetchAhead(m_vecRealItems, reals, i);
+        // Rows that were sorted lie all over the memory.
+        if (i + 2 * ahead < reals.size()) {
+            __builtin_prefetch(m_vecRealItems.data() + reals[i + 2 * ahead]);
+            __builtin_prefetch(m_vecRealItems[reals[i + ahead]].get(), 1);
+        }
         CTovReportViewItem* const item = m_vecRealItems[real].get();
         int const state = item->IsVisible() != 0 ? wanted(*item) : leaveAsItIs;
         if (state == leaveAsItIs || state == (item->*kind.is)()) continue;
