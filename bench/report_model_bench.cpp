@@ -5,6 +5,7 @@
 #include <tov310/report_view_host.h>
 
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
 #include <algorithm>
 #include <memory>
@@ -255,6 +256,29 @@ void DeleteScattered(benchmark::State& state) {
         });
 }
 
+// Bytes that the report takes for a row besides the row object, with the index of real rows.
+void BytesPerRow(benchmark::State& state) {
+    auto const inUse = [] {
+        struct mallinfo2 const info = mallinfo2();
+        return static_cast<double>(info.uordblks + info.hblkhd);
+    };
+    Report report;
+    std::vector<Row*> rows(count);
+    std::generate(rows.begin(), rows.end(), [&report] { return new Row(&report, 0, {}, 0); });
+    double const before = inUse();
+    for (auto _ : state) {
+        report.CleanupRealItems(0);
+        for (Row* const row : rows)
+            report.AddRealItem(row);
+        report.DisplayRealItems(0);
+        report.SortList(Keys{{0, 0}});
+        for (unsigned real = 0; real < 100; ++real)
+            benchmark::DoNotOptimize(report.RealItemToScreen(real));
+    }
+    state.counters["bytes"] = (inUse() - before) / count;
+}
+
+BENCHMARK(BytesPerRow)->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK(SortByNumber)->ArgName("keys")->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond)->Iterations(5);
 BENCHMARK(SortByTwoKeys)->ArgName("keys")->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond)->Iterations(5);
 BENCHMARK(SortByText)->ArgName("keys")->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond)->Iterations(5);

@@ -11,7 +11,6 @@
 namespace tov {
 namespace {
 
-constexpr std::size_t mostSortKeys = 3;
 constexpr std::size_t mostTouched = 64;  // beyond, one look at all rows is cheaper
 
 }  // namespace
@@ -24,6 +23,7 @@ void CTovReportTable::SetInOrder(bool inOrder) const {
 
 // What a row sorts by may have changed.
 void CTovReportTable::TouchRow(unsigned int real) {
+    ++m_edits;
     if (!m_inOrder || m_touchedAll || m_vecSortState.empty()) return;
     if (std::find(m_touched.begin(), m_touched.end(), real) != m_touched.end()) return;
     m_touched.push_back(real);
@@ -31,6 +31,7 @@ void CTovReportTable::TouchRow(unsigned int real) {
 }
 
 void CTovReportTable::TouchAllRows() {
+    ++m_edits;
     m_touchedAll = true;
     m_touched.clear();
 }
@@ -82,19 +83,22 @@ void CTovReportTable::SortList(std::vector<SORT_STATE_REALCOL> const& keys) {
     if (keys.size() > mostSortKeys) return;
     Operation const operation(*this);
     CTovWaitCursor const wait;
+    CancelSort();
+    std::uint64_t const stamp = m_vecScreenItems->Stamp();
+    std::vector<unsigned int> rows = m_vecScreenItems->Copy();
+    CTovReportSort(m_vecRealItems, keys).Sort(rows);
+    // Comparisons must not change the rows; where they do all the same, rows stay as they have left them.
+    if (m_vecScreenItems->Stamp() == stamp) ApplySort(keys, rows);
+}
+
+void CTovReportTable::ApplySort(std::vector<SORT_STATE_REALCOL> const& keys,
+                                std::vector<unsigned int> const& rows) {
+    Operation const operation(*this);
     m_vecSortState = std::vector<SORT_STATE_REALCOL>(keys);
     UpdateSortStateScreen();
     RefreshHeaderSortedState();
-    CTovReportSort sort(m_vecRealItems, m_vecSortState);
-    std::uint64_t const stamp = m_vecScreenItems->Stamp();
-    std::vector<unsigned int> rows = m_vecScreenItems->Copy();
-    sort.Sort(rows);
-    if (m_vecScreenItems->Stamp() == stamp) {
-        m_vecScreenItems->Assign(rows);
-        SetInOrder(true);
-    } else {
-        SetInOrder(false);  // a comparison has changed the rows meanwhile, which stay as it has left them
-    }
+    m_vecScreenItems->Assign(rows);
+    SetInOrder(true);
     MarkAllRows();
     if (m_nFocusedRealItem != tovNoIndex) {
         TellRowsChanged();

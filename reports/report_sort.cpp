@@ -7,6 +7,7 @@
 #include "util/compare_doubles.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <string_view>
 #include <type_traits>
@@ -129,7 +130,6 @@ int CTovReportSort::Column::CompareAt(std::size_t a, std::size_t b) const {
 // Asks each row once. False when one of them does not tell.
 bool CTovReportSort::Extract(std::vector<unsigned int> const& rows) {
     m_columns.resize(m_keys.size());
-    if (rows.empty()) return false;
     CString text;
     for (std::size_t i = 0; i < m_keys.size(); ++i) {
         Column& column = m_columns[i];
@@ -154,7 +154,52 @@ bool CTovReportSort::Extract(std::vector<unsigned int> const& rows) {
 // --- Sorting. What is equal stays as it is. Merging needs no strict order: the tolerance by which numbers
 // compare has none.
 
+// Counts comparisons of a sort that merges.
+class CTovReportSort::Watch {
+ public:
+    struct Stopped {};
+
+    Watch(std::size_t rows, std::stop_token const& stop, std::atomic<unsigned int>& percent)
+        : m_expected(rows * std::bit_width(rows) + 1), m_stop(stop), m_percent(percent) {}
+
+    void Count() {
+        constexpr std::size_t every = 4096;
+        if (++m_count % every != 0) return;
+        if (m_stop.stop_requested()) throw Stopped();
+        m_percent = static_cast<unsigned int>(std::min<std::size_t>(99, m_count * 100 / m_expected));
+    }
+
+ private:
+    std::size_t m_count = 0;
+    std::size_t const m_expected;
+    std::stop_token const& m_stop;
+    std::atomic<unsigned int>& m_percent;
+};
+
 void CTovReportSort::Sort(std::vector<unsigned int>& rows) {
+    NoWatch none;
+    bool const prepared = Prepare(rows);
+    if (m_keys.empty()) return;
+    if (prepared) {
+        SortByKeys(rows, none);
+    } else {
+        SortByItems(rows);
+    }
+}
+
+bool CTovReportSort::SortPrepared(std::vector<unsigned int>& rows, std::stop_token const& stop,
+                                  std::atomic<unsigned int>& percent) {
+    Watch watch(rows.size(), stop, percent);
+    try {
+        if (!m_keys.empty()) SortByKeys(rows, watch);
+    } catch (Watch::Stopped const&) {
+        return false;
+    }
+    percent = 100;
+    return true;
+}
+
+bool CTovReportSort::Prepare(std::vector<unsigned int>& rows) {
     if (!std::is_sorted(rows.begin(), rows.end())) {
         std::vector<bool> shown(m_items.size());
         for (unsigned int const row : rows)
@@ -165,31 +210,40 @@ void CTovReportSort::Sort(std::vector<unsigned int>& rows) {
         }
     }
     if (!m_ascending) std::reverse(rows.begin(), rows.end());
-    if (m_keys.empty()) return;
-    if (!Extract(rows)) {
-        SortByItems(rows);
-    } else if (Column const& first = m_columns.front(); first.kind == eSortKeyNumber) {
-        SortByFirst(rows, [&first](std::size_t place) { return first.numbers[place]; });
+    return m_keys.empty() || rows.empty() || Extract(rows);
+}
+
+template <class Watcher>
+void CTovReportSort::SortByKeys(std::vector<unsigned int>& rows, Watcher& watch) const {
+    if (rows.empty()) return;
+    Column const& first = m_columns.front();
+    if (first.kind == eSortKeyNumber) {
+        SortByFirst(
+            rows, [&first](std::size_t place) { return first.numbers[place]; }, watch);
     } else {
-        SortByFirst(rows, [&first](std::size_t place) { return first.TextAt(place); });
+        SortByFirst(
+            rows, [&first](std::size_t place) { return first.TextAt(place); }, watch);
     }
 }
 
-template <class First>
-void CTovReportSort::SortByFirst(std::vector<unsigned int>& rows, First const& first) const {
+template <class First, class Watcher>
+void CTovReportSort::SortByFirst(std::vector<unsigned int>& rows, First const& first, Watcher& watch) const {
     if (m_columns.size() == 1) {
-        SortByTwo(rows, first, [](std::size_t) { return nullptr; });
+        SortByTwo(
+            rows, first, [](std::size_t) { return nullptr; }, watch);
     } else if (Column const& next = m_columns[1]; next.kind == eSortKeyNumber) {
-        SortByTwo(rows, first, [&next](std::size_t place) { return next.numbers[place]; });
+        SortByTwo(
+            rows, first, [&next](std::size_t place) { return next.numbers[place]; }, watch);
     } else {
-        SortByTwo(rows, first, [&next](std::size_t place) { return next.TextAt(place); });
+        SortByTwo(
+            rows, first, [&next](std::size_t place) { return next.TextAt(place); }, watch);
     }
 }
 
 // The first two keys lie side by side with the row, where comparing finds them without a way through memory.
-template <class First, class Second>
-void CTovReportSort::SortByTwo(std::vector<unsigned int>& rows, First const& firstOf,
-                               Second const& secondOf) const {
+template <class First, class Second, class Watcher>
+void CTovReportSort::SortByTwo(std::vector<unsigned int>& rows, First const& firstOf, Second const& secondOf,
+                               Watcher& watch) const {
     constexpr bool hasSecond = !std::is_null_pointer_v<decltype(secondOf(0))>;
     struct One {
         decltype(firstOf(0)) first;
@@ -205,7 +259,8 @@ void CTovReportSort::SortByTwo(std::vector<unsigned int>& rows, First const& fir
         entries[place].place = place;
         if constexpr (hasSecond) entries[place].second = secondOf(place);
     }
-    std::stable_sort(entries.begin(), entries.end(), [this](Entry const& a, Entry const& b) {
+    std::stable_sort(entries.begin(), entries.end(), [this, &watch](Entry const& a, Entry const& b) {
+        watch.Count();
         int order = m_columns[0].Compare(a.first, b.first);
         if constexpr (hasSecond) {
             if (order == 0) order = m_columns[1].Compare(a.second, b.second);

@@ -5,8 +5,10 @@
 #include <tov310/report_items.h>
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <memory>
+#include <stop_token>
 #include <vector>
 
 namespace tov {
@@ -32,7 +34,19 @@ class CTovReportSort {
 
     void Sort(std::vector<unsigned int>& rows);
 
+    // The same in two steps. Prepare asks the rows for their keys, and answers false where they do not tell;
+    // what follows needs the items no more, and may be done on another thread. It tells how far it is in
+    // percent, and answers false, with the rows in any order, when it was asked to stop.
+    bool Prepare(std::vector<unsigned int>& rows);
+    bool SortPrepared(std::vector<unsigned int>& rows, std::stop_token const& stop,
+                      std::atomic<unsigned int>& percent);
+
  private:
+    struct NoWatch {
+        void Count() {}
+    };
+    class Watch;
+
     struct Text {
         CTovTextRank rank;
         char const* text;
@@ -56,10 +70,13 @@ class CTovReportSort {
     };
 
     bool Extract(std::vector<unsigned int> const& rows);
-    template <class First>
-    void SortByFirst(std::vector<unsigned int>& rows, First const& first) const;
-    template <class First, class Second>
-    void SortByTwo(std::vector<unsigned int>& rows, First const& first, Second const& second) const;
+    template <class Watcher>
+    void SortByKeys(std::vector<unsigned int>& rows, Watcher& watch) const;
+    template <class First, class Watcher>
+    void SortByFirst(std::vector<unsigned int>& rows, First const& first, Watcher& watch) const;
+    template <class First, class Second, class Watcher>
+    void SortByTwo(std::vector<unsigned int>& rows, First const& first, Second const& second,
+                   Watcher& watch) const;
     void SortByItems(std::vector<unsigned int>& rows) const;
 
     Items const& m_items;

@@ -5,6 +5,7 @@
 #include <tov310/report_view_host.h>
 #include <tov310/window.h>
 
+#include "reports/report_async_sort.h"
 #include "reports/report_rows.h"
 
 #include <algorithm>
@@ -245,6 +246,7 @@ void CTovReportTable::CleanupRealItems(int notify) {
         if ((m_host.AutoRestore() & 2) != 0) m_host.HoldHScroll();
     }
     ++m_generation;
+    CancelSort();
     std::move(m_vecRealItems.begin(), m_vecRealItems.end(), std::back_inserter(m_goneItems));
     m_vecRealItems.clear();
     m_vecScreenItems->Clear();

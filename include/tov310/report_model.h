@@ -25,6 +25,7 @@
 
 namespace tov {
 
+class CTovReportAsyncSort;
 class CTovReportRows;
 class CTovReportViewHost;
 
@@ -199,6 +200,14 @@ class TOV_CORE_API CTovReportTable {
     std::vector<SORT_STATE_REALCOL> const& SortState() const { return m_vecSortState; }
     std::vector<SORT_STATE_SCREENCOL> const& SortStateScreen() const { return m_vecSortStateScreen; }
     void SortList(std::vector<SORT_STATE_REALCOL> const& keys);
+    // The same on a thread of its own, for reports whose rows tell their keys (OnGetItemSortKey): 1 when it
+    // is under way, 0 where the rows do not tell or there are too many keys. The rows stay as they are until
+    // TovDispatchPosts brings the end, and then all change at once; a row that came, went or was refreshed
+    // meanwhile has it done again. Any other sort, a clean-up and CancelSort end it. The progress is in
+    // percent; -1: nothing is under way.
+    int SortListAsync(std::vector<SORT_STATE_REALCOL> const& keys);
+    int GetSortProgress() const;
+    void CancelSort();
     void OnHeaderClick(unsigned int real);
     // What OnHeaderEndDrag and OnHeaderEndTrack of a header bring about.
     void OnColumnOrderChanged();
@@ -296,6 +305,8 @@ class TOV_CORE_API CTovReportTable {
     };
 
  private:
+    friend class CTovReportAsyncSort;
+    static constexpr std::size_t mostSortKeys = 3;
     struct StateKind;
     static StateKind const selected;
     static StateKind const checked;
@@ -332,6 +343,8 @@ class TOV_CORE_API CTovReportTable {
     int SortByContext(int ascending);
     bool StandsBefore(unsigned int a, unsigned int b) const;
     bool RowsStandInOrder() const;
+    void ApplySort(std::vector<SORT_STATE_REALCOL> const& keys, std::vector<unsigned int> const& rows);
+    void OnAsyncSortOver();
     void TouchRow(unsigned int real);
     void TouchAllRows();
     void SetInOrder(bool inOrder) const;
@@ -372,6 +385,11 @@ class TOV_CORE_API CTovReportTable {
     mutable std::uint64_t m_indexed = 0;
     mutable std::uint64_t m_walked = 0;
     mutable unsigned int m_walks = 0;
+
+    std::unique_ptr<CTovReportAsyncSort> m_async;
+    std::uint64_t m_asyncStamp = 0;  // the screen, and the refreshed rows, as they were when it began
+    std::uint64_t m_asyncEdits = 0;
+    std::uint64_t m_edits = 0;
 
     unsigned int m_depth = 0;  // operations that are going on
     unsigned int m_sending = 0;

@@ -259,6 +259,7 @@ class TOV_CORE_API CTovReportViewHost : public ITovListSource {
     void GetSortState(std::vector<SORT_STATE_REALCOL>& keys) const { keys = Table().SortState(); }
     virtual void SortList(std::vector<SORT_STATE_SCREENCOL> const& keys);
     virtual void SortList(std::vector<SORT_STATE_REALCOL> const& keys) { Table().SortList(keys); }
+    int SortListAsync(std::vector<SORT_STATE_REALCOL> const& keys) { return Table().SortListAsync(keys); }
 
     // --- Selection, check marks, disabled rows, focus
 
