@@ -57,6 +57,58 @@ std::size_t PutNumber(std::string_view text, RankBytes& rank) {
     return end;
 }
 
+struct ItemEntry {
+    CTovReportViewItem const* item;
+    unsigned int row;
+};
+
+// Merges two neighbouring runs. The rows lie all over the memory, which is asked for them before it is their
+// turn.
+template <class Before>
+void MergeRuns(ItemEntry const* from, ItemEntry const* middle, ItemEntry const* end, ItemEntry* to,
+               Before const& before) {
+    constexpr std::ptrdiff_t ahead = 6;
+    ItemEntry const* a = from;
+    ItemEntry const* b = middle;
+    if (a == b || b == end || !before(*b, *(b - 1))) {
+        std::copy(from, end, to);
+        return;
+    }
+    while (a != middle && b != end) {
+        bool const takesSecond = before(*b, *a);
+        ItemEntry const*& taken = takesSecond ? b : a;
+        *to++ = *taken++;
+        ItemEntry const* const limit = takesSecond ? end : middle;
+        if (limit - taken > ahead) {
+            __builtin_prefetch(taken[ahead].item);
+            __builtin_prefetch(reinterpret_cast<char const*>(taken[ahead].item) + sizeof(CTovReportViewItem));
+        }
+    }
+    std::copy(b, end, std::copy(a, middle, to));
+}
+
+template <class Before>
+void MergeSort(std::vector<ItemEntry>& entries, Before const& before) {
+    constexpr std::size_t shortRun = 8;
+    std::size_t const size = entries.size();
+    for (std::size_t i = 0; i < size; ++i) {
+        ItemEntry const entry = entries[i];
+        std::size_t at = i;
+        for (; at % shortRun != 0 && before(entry, entries[at - 1]); --at)
+            entries[at] = entries[at - 1];
+        entries[at] = entry;
+    }
+    std::vector<ItemEntry> other(size);
+    for (std::size_t run = shortRun; run < size; run *= 2) {
+        for (std::size_t i = 0; i < size; i += 2 * run) {
+            ItemEntry const* const from = entries.data() + i;
+            MergeRuns(from, from + std::min(run, size - i), from + std::min(2 * run, size - i),
+                      other.data() + i, before);
+        }
+        entries.swap(other);
+    }
+}
+
 }  // namespace
 
 bool TovRankText(eTovSortKey kind, char const* text, CTovTextRank& result) {
@@ -95,6 +147,17 @@ CTovReportSort::CTovReportSort(Items const& items, std::vector<SORT_STATE_REALCO
 
 // --- What rows sort by
 
+void CTovReportSort::Column::Begin(eTovSortKey itsKind, bool ascending, std::size_t count) {
+    kind = itsKind;
+    direction = ascending ? 1 : -1;
+    if (kind == eSortKeyNumber) {
+        numbers.reserve(count);
+    } else {
+        starts.reserve(count);
+        ranks.reserve(count);
+    }
+}
+
 void CTovReportSort::Column::Add(double number, CString const& text) {
     if (kind == eSortKeyNumber) {
         numbers.push_back(number);
@@ -131,22 +194,17 @@ int CTovReportSort::Column::CompareAt(std::size_t a, std::size_t b) const {
 bool CTovReportSort::Extract(std::vector<unsigned int> const& rows) {
     m_columns.resize(m_keys.size());
     CString text;
-    for (std::size_t i = 0; i < m_keys.size(); ++i) {
-        Column& column = m_columns[i];
-        column.direction = m_keys[i].bAscending != 0 ? 1 : -1;
-        for (unsigned int const row : rows) {
+    bool first = true;
+    for (unsigned int const row : rows) {
+        for (std::size_t i = 0; i < m_keys.size(); ++i) {
             double number = 0;
             text.clear();
             eTovSortKey const kind = m_items[row]->OnGetItemSortKey(m_keys[i].nCol, number, text);
-            if (kind == eSortKeyNone || (row != rows.front() && kind != column.kind)) return false;
-            if (row == rows.front()) {
-                column.kind = kind;
-                (kind == eSortKeyNumber ? column.numbers.reserve(rows.size())
-                                        : column.starts.reserve(rows.size()));
-                if (kind != eSortKeyNumber) column.ranks.reserve(rows.size());
-            }
-            column.Add(number, text);
+            if (first) m_columns[i].Begin(kind, m_keys[i].bAscending != 0, rows.size());
+            if (kind == eSortKeyNone || kind != m_columns[i].kind) return false;
+            m_columns[i].Add(number, text);
         }
+        first = false;
     }
     return true;
 }
@@ -275,15 +333,11 @@ void CTovReportSort::SortByTwo(std::vector<unsigned int>& rows, First const& fir
 }
 
 void CTovReportSort::SortByItems(std::vector<unsigned int>& rows) const {
-    struct Entry {
-        CTovReportViewItem const* item;
-        unsigned int row;
-    };
-    std::vector<Entry> entries;
+    std::vector<ItemEntry> entries;
     entries.reserve(rows.size());
     for (unsigned int const row : rows)
         entries.push_back({m_items[row].get(), row});
-    std::stable_sort(entries.begin(), entries.end(), [this](Entry const& a, Entry const& b) {
+    MergeSort(entries, [this](ItemEntry const& a, ItemEntry const& b) {
         for (SORT_STATE_REALCOL const& key : m_keys) {
             int const order = a.item->OnCompareItem(b.item, key.nCol);
             if (order != 0) return key.bAscending != 0 ? order < 0 : order > 0;
@@ -291,7 +345,7 @@ void CTovReportSort::SortByItems(std::vector<unsigned int>& rows) const {
         return false;
     });
     std::transform(entries.begin(), entries.end(), rows.begin(),
-                   [](Entry const& entry) { return entry.row; });
+                   [](ItemEntry const& entry) { return entry.row; });
 }
 
 }  // namespace tov

@@ -62,6 +62,7 @@ class CTovReportSort {
         std::vector<CTovTextRank> ranks;
         bool ranked = true;
 
+        void Begin(eTovSortKey itsKind, bool ascending, std::size_t count);
         void Add(double number, CString const& text);
         Text TextAt(std::size_t place) const;
         int Compare(double a, double b) const;
