@@ -50,7 +50,7 @@ CTovReportTable::StateKind const CTovReportTable::disabled{
 namespace {
 
 constexpr int leaveAsItIs = -1;
-constexpr std::size_t ahead = 12;  // rows that memory is asked for before it is their turn
+constexpr std::size_t rowsAhead = 12;  // that memory is asked for before it is their turn
 
 }  // namespace
 
@@ -197,9 +197,9 @@ unsigned int CTovReportTable::ChangeRows(StateKind const& kind, std::vector<unsi
         unsigned int const real = reals[i];
         if (generation != m_generation) break;
         // Rows that were sorted lie all over the memory.
-        if (i + 2 * ahead < reals.size()) {
-            __builtin_prefetch(m_vecRealItems.data() + reals[i + 2 * ahead]);
-            __builtin_prefetch(m_vecRealItems[reals[i + ahead]].get(), 1);
+        if (i + 2 * rowsAhead < reals.size()) {
+            __builtin_prefetch(m_vecRealItems.data() + reals[i + 2 * rowsAhead]);
+            __builtin_prefetch(m_vecRealItems[reals[i + rowsAhead]].get(), 1);
         }
         CTovReportViewItem* const item = m_vecRealItems[real].get();
         int const state = item->IsVisible() != 0 ? wanted(*item) : leaveAsItIs;
