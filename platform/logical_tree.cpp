@@ -46,11 +46,11 @@ QAbstractScrollArea* AreaOfViewport(QWidget const* widget) {
 
 bool IsTransparent(QWidget const& widget) {
     if (widget.isWindow()) return false;
-    CWnd const* const window = WindowRegistry::Instance().Find(&widget);
-    if (window != nullptr && dynamic_cast<ForeignWindow const*>(window) == nullptr)
-        return AreaOfViewport(&widget) != nullptr;
-    return AreaOfViewport(&widget) != nullptr || IsExactly(widget, QWidget::staticMetaObject) ||
-           IsExactly(widget, QFrame::staticMetaObject) || IsExactly(widget, QScrollArea::staticMetaObject) ||
+    if (AreaOfViewport(&widget) != nullptr) return true;
+    WindowRegistry const& registry = WindowRegistry::Instance();
+    if (registry.Find(&widget) != nullptr && !registry.IsForeign(widget)) return false;
+    return IsExactly(widget, QWidget::staticMetaObject) || IsExactly(widget, QFrame::staticMetaObject) ||
+           IsExactly(widget, QScrollArea::staticMetaObject) ||
            qobject_cast<QGroupBox const*>(&widget) != nullptr ||
            qobject_cast<QStackedWidget const*>(&widget) != nullptr ||
            qobject_cast<QTabWidget const*>(&widget) != nullptr ||

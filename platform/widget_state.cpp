@@ -24,7 +24,7 @@
 #include <QWizard>
 
 #include <algorithm>
-#include <set>
+#include <vector>
 
 namespace tov {
 namespace {
@@ -63,21 +63,38 @@ int StandardIdOf(QWidget const& widget) {
 constexpr int firstFreeId = 0x4000;  // below the commands of applications, above what people write
 constexpr int lastFreeId = 0x7FFF;
 
-int FreeIdBeside(QWidget const& widget) {
-    std::set<int> taken;
-    QWidget const* const around = LogicalParent(widget);
-    if (around != nullptr) {
-        for (QWidget const* const sibling : LogicalChildren(*around)) {
-            CWnd const* const window = WindowRegistry::Instance().Find(sibling);
-            bool const knows = sibling == &widget || window == nullptr;
-            taken.insert(knows ? sibling->property(tovIdProperty).toInt() : window->CWnd::GetDlgCtrlID());
-            taken.insert(sibling->property(tovIdProperty).toInt());
+// By the window or as a property; looking for one in vain takes long, so not where there are none.
+int StatedId(QWidget const& widget) {
+    CWnd const* const window = WindowRegistry::Instance().Find(&widget);
+    int const ofWindow = window != nullptr ? window->CWnd::GetDlgCtrlID() : 0;
+    if (ofWindow != 0 || widget.dynamicPropertyNames().isEmpty()) return ofWindow;
+    return widget.property(tovIdProperty).toInt();
+}
+
+// Every control of a form asks for a number when the form is made.
+void MarkTakenIds(QWidget const& around, std::vector<bool>& taken) {
+    for (QObject* const child : around.children()) {
+        if (!child->isWidgetType()) continue;
+        auto const& widget = static_cast<QWidget const&>(*child);
+        if (widget.isWindow()) continue;
+        if (IsTransparent(widget)) {
+            MarkTakenIds(widget, taken);
+            continue;
         }
+        int const given = WindowRegistry::Instance().GivenId(widget);
+        int const index = (given != 0 ? given : StatedId(widget)) - firstFreeId;
+        if (index < 0 || index > lastFreeId - firstFreeId) continue;
+        if (static_cast<std::size_t>(index) >= taken.size())
+            taken.resize(static_cast<std::size_t>(index) + 1);
+        taken[static_cast<std::size_t>(index)] = true;
     }
-    int id = firstFreeId;
-    while (taken.contains(id) && id < lastFreeId)
-        ++id;
-    return id;
+}
+
+int FreeIdBeside(QWidget const& widget) {
+    std::vector<bool> taken;
+    if (QWidget const* const around = LogicalParent(widget)) MarkTakenIds(*around, taken);
+    auto const free = std::ranges::find(taken, false) - taken.begin();
+    return std::min(firstFreeId + static_cast<int>(free), lastFreeId);
 }
 
 unsigned long ButtonStyleOf(QWidget const& widget, unsigned long stored) {
@@ -134,11 +151,13 @@ std::vector<HWND> ChildrenOf(QWidget const& widget) {
 
 int IdOf(QWidget& widget, int given) {
     if (given != 0) return given;
-    if (int const stated = widget.property(tovIdProperty).toInt(); stated != 0) return stated;
+    if (int const stated = StatedId(widget); stated != 0) return stated;
+    WindowRegistry& registry = WindowRegistry::Instance();
+    if (int const before = registry.GivenId(widget); before != 0) return before;
     int id = StandardIdOf(widget);
     if (id == 0 && widget.isWindow()) return 0;
     if (id == 0) id = FreeIdBeside(widget);
-    widget.setProperty(tovIdProperty, id);
+    registry.GiveId(widget, id);
     return id;
 }
 

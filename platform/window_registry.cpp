@@ -72,6 +72,7 @@ void WindowRegistry::Remove(QWidget const& widget, CWnd const& window) {
     m_windows.remove(&widget);
     m_widgets.remove(&window);
     m_dead.remove(&widget);
+    m_givenIds.remove(&widget);
 }
 
 void WindowRegistry::Drop(QWidget const& widget) {

@@ -31,6 +31,13 @@ class WindowRegistry {
     // The window that the widget has already, born or not. A viewport has that of its area.
     CWnd* Find(QWidget const* widget) const;
 
+    // Whether that window was made for a widget which is not the library's.
+    bool IsForeign(QWidget const& widget) const { return m_foreign.contains(&widget); }
+
+    // The number that was given to a widget which states none; 0 for none yet.
+    int GivenId(QWidget const& widget) const { return m_givenIds.value(&widget, 0); }
+    void GiveId(QWidget const& widget, int id) { m_givenIds[&widget] = id; }
+
     // The window of the widget, made and born if need be.
     CWnd* Of(QWidget* widget);
 
@@ -54,6 +61,7 @@ class WindowRegistry {
     QHash<QWidget const*, CWnd*> m_windows;
     QHash<CWnd const*, QWidget*> m_widgets;
     QSet<QWidget const*> m_dead;
+    QHash<QWidget const*, int> m_givenIds;
     std::unordered_map<QWidget const*, std::unique_ptr<ForeignWindow>> m_foreign;
 };
 
