@@ -60,6 +60,11 @@ class CTovEditValueAngle::FieldOf : public Edit {
         return Edit::CanPaste();
     }
     void AddCurrentToLastItems() override {}  // a part of an angle is no value
+    void OnEditChanged(unsigned id) override {
+        // The first character in a field fills the angle, and the last one that goes empties it.
+        CTovInputControl::CTovNotifyEmptyChanged const scope(m_angle);
+        Edit::OnEditChanged(id);
+    }
 
  protected:
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override {
