@@ -18,6 +18,7 @@ namespace {
 using State = CTovInputControl::eState;
 
 constexpr unsigned okButtonText = 26006;
+constexpr unsigned allFilesFilter = 26099;
 
 // By eType.
 struct FilenameTexts {
@@ -75,6 +76,12 @@ CString FolderOf(CString const& path) {
     return folder;
 }
 
+std::string_view TakeUpTo(char end, std::string_view& rest) {
+    std::string_view const part = rest.substr(0, rest.find(end));
+    rest.remove_prefix(std::min(part.size() + 1, rest.size()));
+    return part;
+}
+
 // The folder itself, or the nearest above it that is there.
 CString NearestFolder(CString folder) {
     while (!folder.empty() && TovDirectoryExist(folder.c_str()) == 0) {
@@ -108,6 +115,24 @@ State TovValidateString(char const* text, unsigned minChars, unsigned maxChars, 
 
 ITovBrowseForFile::~ITovBrowseForFile() = default;
 
+std::vector<CTovFileFilter> TovFileFilters(CTovBrowseRequest const& request) {
+    CString const allFiles = request.addAllFiles ? LibraryString(allFilesFilter) : CString();
+    std::vector<CTovFileFilter> filters;
+    for (std::string_view rest : {std::string_view(request.filter), std::string_view(allFiles)}) {
+        while (!rest.empty()) {
+            std::string_view const words = TakeUpTo('|', rest);
+            std::string_view patterns = TakeUpTo('|', rest);
+            CTovFileFilter line{CString(TrimBlanks(words.substr(0, words.find('(')))), {}};
+            while (!patterns.empty()) {
+                std::string_view const pattern = TrimBlanks(TakeUpTo(';', patterns));
+                if (!pattern.empty()) line.patterns.emplace_back(pattern);
+            }
+            if (!line.patterns.empty()) filters.push_back(std::move(line));
+        }
+    }
+    return filters;
+}
+
 ITovBrowseForFile* TovGetBrowseForFile() {
     return BrowseForAll();
 }
@@ -137,6 +162,16 @@ void CTovEditFilenameHost::TrimString(CString& name) {
 
 int CTovEditFilenameHost::PathIsValid(char const* name, int noRemovable, int* removable) {
     return TovPathIsValid(name, noRemovable, removable);
+}
+
+void CTovFilenameRules::Reset(eType type, eExistence existence, int singleName) {
+    m_type = type;
+    m_existence = existence;
+    m_singleName = singleName;
+    m_nameWithoutPath = 0;
+    m_noRemovableDrive = 0;
+    OwnNames({});
+    Texts({}, {}, {}, {});
 }
 
 std::vector<CString> CTovFilenameRules::Names(char const* text) const {
@@ -227,6 +262,7 @@ CTovBrowseRequest CTovFilenameRules::Request(char const* text) const {
     request.title = orLibrary(m_title, ids.title);
     request.prompt = orLibrary(m_prompt, ids.prompt);
     request.filter = orLibrary(m_filter, ids.filter);
+    request.addAllFiles = m_filter.empty() && ids.filter != 0 && ids.filter != allFilesFilter;
     request.okText = orLibrary(m_okText, okButtonText);
     request.names = Names(text);
     if (!request.names.empty()) {

@@ -85,7 +85,9 @@ void CTovEditText::InitializeEdit() {
     control.HookControl();
 
     CWnd* const window = control.GetWnd();
-    CWnd const* const parent = window != nullptr ? window->GetParent() : nullptr;
+    CWnd const* parent = window != nullptr ? window->GetParent() : nullptr;
+    // A switched edit is the place of this one in the form.
+    if (parent != nullptr && IsOfClass(*parent, {"CTovEditSwitched"})) parent = parent->GetParent();
     m_parentIsDialog = parent != nullptr && IsOfClass(*parent, {"CDialog", "CPropertyPage", "CFileDialog"});
     m_parentIsFormView = parent != nullptr && IsOfClass(*parent, {"CFormView"});
     m_parentIsEdit = parent != nullptr && IsOfClass(*parent, {"CTovEdit"});

@@ -24,13 +24,23 @@ struct CTovBrowseRequest {
     CString title;
     CString prompt;
     CString filter;              // "text|pattern;pattern|text|pattern||"; empty for directories
+    bool addAllFiles = false;    // programs and libraries need no extension everywhere
     CString okText;              // of the OK button
     CString folder;              // where to begin; empty for the current directory
     std::vector<CString> names;  // those of the edit now
 };
 
-// Lets the user choose. The layer of the toolkit puts one in; a host may put its own in the place, for all
-// edits or for one.
+// A line of such a filter: the words without the patterns in brackets, and the patterns.
+struct CTovFileFilter {
+    CString text;
+    std::vector<CString> patterns;
+};
+
+// The lines to offer; what has no patterns is none.
+TOV_CORE_API std::vector<CTovFileFilter> TovFileFilters(CTovBrowseRequest const& request);
+
+// Lets the user choose. Without one the toolkit's own dialog does; a host may put its own in the place, for
+// all edits or for one.
 class TOV_CORE_API ITovBrowseForFile {
  public:
     // Whether the user has chosen; the names are paths then.
@@ -107,6 +117,9 @@ class TOV_CORE_API CTovFilenameRules {
 
     // Names that stand for a text which holds no name but its quotes.
     void OwnNames(std::vector<CString> names) { m_ownNames = std::move(names); }
+
+    // As a new one.
+    void Reset(eType type, eExistence existence, int singleName);
 
     // The names in a text, trimmed.
     std::vector<CString> Names(char const* text) const;

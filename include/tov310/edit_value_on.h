@@ -71,7 +71,10 @@ class CTovEditValueOn : public Floating, public CTovEditValueHost {
     // Shows the unit in this control of the parent, and hides it with the edit.
     virtual void UnitAbbreviation(unsigned id) {
         CWnd const* const around = this->GetParent();
-        m_label = around != nullptr ? around->GetDlgItem(static_cast<int>(id)) : HWND{};
+        UnitAbbreviation(around != nullptr ? around->GetDlgItem(static_cast<int>(id)) : HWND{});
+    }
+    void UnitAbbreviation(HWND label) {
+        m_label = label;
         this->DisplayUnitAbbreviation();
     }
     void DisplayUnitAbbreviation() override {

@@ -13,6 +13,7 @@
 #include <tov310/qt_values.h>
 #include <tov310/size_gripper.h>
 #include <tov310/string_edits.h>
+#include <tov310/switched_edit.h>
 #include <tov310/tool_bar.h>
 #include <tov310/tov_dialog.h>
 #include <tov310/tov_frame.h>
