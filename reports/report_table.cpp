@@ -247,8 +247,12 @@ void CTovReportTable::CleanupRealItems(int notify) {
     }
     ++m_generation;
     CancelSort();
-    std::move(m_vecRealItems.begin(), m_vecRealItems.end(), std::back_inserter(m_goneItems));
-    m_vecRealItems.clear();
+    if (m_goneItems.empty()) {
+        m_goneItems.swap(m_vecRealItems);
+    } else {
+        std::move(m_vecRealItems.begin(), m_vecRealItems.end(), std::back_inserter(m_goneItems));
+        m_vecRealItems.clear();
+    }
     m_vecScreenItems->Clear();
     m_screenOfReal.clear();
     SetInOrder(true);

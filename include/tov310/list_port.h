@@ -84,6 +84,7 @@ class TOV_CORE_API ITovHeaderPort {
     virtual void SetColumnLabel(unsigned int col, char const* label) = 0;
     virtual void SetColumnAlignment(unsigned int col, int alignment) = 0;
 
+    // Setting -1 or -2 makes it as wide as its cells and its label need.
     virtual int GetColumnWidth(unsigned int col) = 0;
     virtual void SetColumnWidth(unsigned int col, int width) = 0;
 

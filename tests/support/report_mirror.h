@@ -334,9 +334,23 @@ struct ReportMirror {
         if (notify) Events(kind, false, on ? changed : 0, on ? 0 : changed);
         return changed;
     }
-    unsigned SelectAll(bool on, bool notify, bool even) {
-        return ChangeAll(selecting, notify,
-                         [&](unsigned real) { return Disabled(real) && !even ? -1 : int{on}; });
+
+    // With what may stand against it: no check boxes, no disabling, disabled rows.
+    bool IsOff(Kind kind) const { return kind == checking ? !boxes : kind == disabling && !disableEnabled; }
+    unsigned WhenOff(Kind kind) const { return kind == checking ? none : 0; }
+    bool Skips(Kind kind, bool even) const { return kind == checking || (kind == selecting && !even); }
+    unsigned All(Kind kind, bool on, bool notify, bool even) {
+        if (IsOff(kind)) return WhenOff(kind);
+        return ChangeAll(kind, notify,
+                         [&](unsigned real) { return Disabled(real) && Skips(kind, even) ? -1 : int{on}; });
+    }
+    unsigned Listed(Kind kind, Rows const& reals, bool on, bool notify, bool even) {
+        return IsOff(kind) ? WhenOff(kind) : ChangeListed(kind, reals, on, notify, Skips(kind, even));
+    }
+    int One(Kind kind, unsigned real, bool on, bool notify, bool even) {
+        if (IsOff(kind) || !Visible(real) || (kind == selecting && Disabled(real) && !even)) return 0;
+        if (Is(kind, real) == on) return 1;
+        return kind == selecting && Disabled(real) ? 0 : ChangeOne(kind, real, on, notify);
     }
     Rows RowsThat(Kind kind) const {
         Rows reals;
