@@ -317,22 +317,6 @@ void CTovReportTable::PushColAlignment(unsigned int real) {
         port->Header().SetColumnAlignment(screen, m_vecRealCols[real]->m_nAlignment);
 }
 
-// Widths below 0 ask the control to find one.
-int CTovReportTable::SetRealColWidth(unsigned int real, int width) {
-    CTovReportViewCol* const col = GetRealCol(real);
-    if (col == nullptr) return 0;
-    ITovListPort* const port = Port();
-    unsigned int const screen = RealColToScreen(real, 0);
-    if (screen == tovNoIndex || port == nullptr) {
-        if (width < 0) return 0;
-        col->m_nWidth = width;
-        return 1;
-    }
-    port->Header().SetColumnWidth(screen, width);
-    HoldAllColInfos();
-    return 1;
-}
-
 int CTovReportTable::ShowRealItemImage(unsigned int real) const {
     if (settings.hasItemImages == 0) return 0;
     if (real == 0 && ScreenColToReal(0) == 0) return 1;

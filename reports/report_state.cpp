@@ -134,6 +134,9 @@ int CTovReportTable::DoCommand(unsigned int id) {
             m_host.HideAllCols(1, 1, 1);
             StoreColumns(true);
             return 1;
+        case WM_TOV_REPORTVIEW_AUTO_ARRANGE:
+            m_host.AutoArrangeColumns(1);
+            return 1;
         case WM_TOV_REPORTVIEW_SORT_ASCENDING:
             return SortByContext(1);
         case WM_TOV_REPORTVIEW_SORT_DESCENDING:

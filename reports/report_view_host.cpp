@@ -118,6 +118,11 @@ void CTovReportViewHost::AddRealCols(char const** const labels, unsigned int con
     Table().AddRealCols(texts, ColumnArrays(texts.size(), alignments, widths, hidden));
 }
 
+unsigned int CTovReportViewHost::GetRealColMaxWidth(unsigned int real) const {
+    unsigned int const screen = RealColToScreen(real, 0);
+    return screen != tovNoIndex ? GetColMaxWidth(screen) : tovNoIndex;
+}
+
 void CTovReportViewHost::RefreshAllLabels() {
     for (unsigned int real = 0; real < GetRealColumns(); ++real)
         RefreshRealColLabel(real);

@@ -29,6 +29,10 @@ inline constexpr int LVCFMT_LEFT = 0;
 inline constexpr int LVCFMT_RIGHT = 1;
 inline constexpr int LVCFMT_CENTER = 2;
 
+// Widths that ask for as many pixels as a column's cells and its header need.
+inline constexpr int tovAutoWidth = -1;
+inline constexpr int tovAutoWidthWithHeader = -2;
+
 // Bits of a row's state.
 inline constexpr unsigned int LVIS_FOCUSED = 0x0001;
 inline constexpr unsigned int LVIS_SELECTED = 0x0002;
@@ -84,9 +88,9 @@ class TOV_CORE_API ITovHeaderPort {
     virtual void SetColumnLabel(unsigned int col, char const* label) = 0;
     virtual void SetColumnAlignment(unsigned int col, int alignment) = 0;
 
-    // Setting -1 or -2 makes it as wide as its cells and its label need.
     virtual int GetColumnWidth(unsigned int col) = 0;
     virtual void SetColumnWidth(unsigned int col, int width) = 0;
+    virtual int GetHeaderWidth(unsigned int col) = 0;  // what its label and its marks need
 
     // The columns from left to right, as they have been dragged. Each stands there once.
     virtual std::vector<unsigned int> GetColumnOrder() = 0;
@@ -125,6 +129,11 @@ class TOV_CORE_API ITovListPort {
     virtual int GetRowHeight() = 0;
     virtual unsigned int GetTopRow() = 0;  // the first one shown
     virtual int GetRowLeft() = 0;          // left edge of the rows; negative as far as they are scrolled
+
+    // Of a text in the list's font; at most what a character adds to a text; and of an image.
+    virtual int GetTextWidth(char const* text) = 0;
+    virtual int GetCharacterWidth(char32_t character) = 0;
+    virtual int GetImageWidth() = 0;
 
     virtual void Scroll(int dx, int dy) = 0;
     virtual int EnsureRowVisible(unsigned int row) = 0;  // 1 when it is

@@ -149,6 +149,8 @@ class TOV_CORE_API CTovReportTable {
     void PushColLabel(unsigned int real);
     void PushColAlignment(unsigned int real);
     int SetRealColWidth(unsigned int real, int width);
+    int GetColMaxWidth(unsigned int screenCol);
+    void AutoArrangeColumns(std::vector<unsigned int> screenCols, int includeHeader);
     int ShowRealItemImage(unsigned int real) const;
     void ShowRealItemImage(unsigned int real, int show);
     int GetExcludeRealColFromViewHide(unsigned int real) const;

@@ -20,6 +20,7 @@
 #include <tov310/messages.h>
 #include <tov310/report_model.h>
 
+#include <utility>
 #include <vector>
 
 namespace tov {
@@ -205,7 +206,18 @@ class TOV_CORE_API CTovReportViewHost : public ITovListSource {
         return Table().HideAllCols(hide, skipExcluded, notify);
     }
     virtual void ResetColumnSettings() { Table().ResetColumnSettings(); }
+    // Pixels, or tovAutoWidth.
     int SetRealColWidth(unsigned int real, int width) { return Table().SetRealColWidth(real, width); }
+    // What the texts, the images and the check boxes of a column need; 0 without rows.
+    unsigned int GetColMaxWidth(unsigned int screen) const {
+        return static_cast<unsigned int>(Table().GetColMaxWidth(screen));
+    }
+    unsigned int GetRealColMaxWidth(unsigned int real) const;  // -1 for a column that is not shown
+    // As wide as they need to be, the header included if wanted. No columns: all of them.
+    virtual void AutoArrangeColumns(Indexes screen, int includeHeader) {
+        Table().AutoArrangeColumns(std::move(screen), includeHeader);
+    }
+    virtual void AutoArrangeColumns(int includeHeader) { Table().AutoArrangeColumns({}, includeHeader); }
     virtual void RefreshAllLabels();
     virtual void RefreshColLabel(unsigned int screen) { RefreshRealColLabel(ScreenColToReal(screen)); }
     virtual void RefreshRealColLabel(unsigned int real) { Table().PushColLabel(real); }

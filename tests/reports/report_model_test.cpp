@@ -687,6 +687,35 @@ TEST(ReportModel, ColumnsKeepTheirPixels) {
     EXPECT_EQ(report->GetColumns(), 4u);  // rows are displayed
 }
 
+TEST(ReportModel, ColumnsAreAsWideAsWhatStandsInThem) {
+    std::vector<int> keys(10'000);
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        keys[i] = static_cast<int>(i * 7919 % 10'000);
+    auto const report = Filled(keys, {"A", "A long label indeed", "C"});
+    report->ShowCheckboxes(0);
+    int const text = 5 * 7;  // "P9999"
+    EXPECT_EQ(report->GetRealColMaxWidth(0), text + 2u * 7 + 2);
+    EXPECT_LT(report->list.measured, 20);
+    EXPECT_EQ(report->GetRealColMaxWidth(1), text + 3u * 7 + 3);
+    report->ShowCheckboxes(1);
+    report->table.settings.hasItemImages = 1;
+    EXPECT_EQ(report->GetRealColMaxWidth(0), text + 2u * 7 + 2 + 16 + 18);
+    report->table.settings.hasItemImages = 0;
+    report->table.DoCommand(WM_TOV_REPORTVIEW_AUTO_ARRANGE);
+    EXPECT_EQ(Widths(*report), (std::vector<int>{text + 32, 19 * 9, 2 * 7 + 24}));
+    EXPECT_EQ(report->stored["ColWidth"], Widths(*report));
+    EXPECT_EQ(report->GetRealCol(2)->GetLeft(), text + 32 + 19 * 9);
+    report->AutoArrangeColumns(Rows{1}, 0);
+    EXPECT_EQ(report->list.columns[1].width, text + 24);
+    EXPECT_EQ(report->SetRealColWidth(1, tovAutoWidth) + report->SetRealColWidth(9, 5), 1);
+    EXPECT_EQ(report->list.columns[1].width, 19 * 9);
+    report->HideRealCol(1, 1, 0);
+    EXPECT_EQ(report->SetRealColWidth(1, tovAutoWidth), 0);
+    EXPECT_EQ(report->GetRealColMaxWidth(1), none);
+    report->CleanupRealItems(0);
+    EXPECT_EQ(report->GetRealColMaxWidth(0), 0u);
+}
+
 TEST(ReportModel, MenusAreTablesOfColumns) {
     TemporaryFolder const folder;
     std::filesystem::create_directory(folder.path() / "menus");

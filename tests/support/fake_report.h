@@ -90,6 +90,16 @@ struct FakeList final : ITovListPort, ITovHeaderPort {
     int GetRowHeight() override { return 20; }
     unsigned GetTopRow() override { return top; }
     int GetRowLeft() override { return left; }
+    int GetHeaderWidth(unsigned col) override { return static_cast<int>(columns.at(col).label.size()) * 9; }
+    int GetTextWidth(char const* text) override {
+        ++measured;
+        int width = 0;
+        for (; *text != '\0'; ++text)
+            width += GetCharacterWidth(static_cast<unsigned char>(*text));
+        return width;
+    }
+    int GetCharacterWidth(char32_t c) override { return c == '1' ? 3 : c < 0x80 ? 7 : 14; }
+    int GetImageWidth() override { return 18; }
     void Scroll(int dx, int dy) override {
         left -= dx;
         top = static_cast<unsigned>(
@@ -106,6 +116,7 @@ struct FakeList final : ITovListPort, ITovHeaderPort {
     unsigned top = 0;
     int left = 0;
     int calls = 0;
+    int measured = 0;
     std::pair<unsigned, unsigned> painted;
     std::pair<int, int> strip;
 };
