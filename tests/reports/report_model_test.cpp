@@ -29,8 +29,8 @@ class Twins {
         m_mirror.log.entries.clear();
         m_report.log.step = m_mirror.log.step = step;
         m_report.log.vetoOneIn = m_mirror.log.vetoOneIn = Chance(2) ? 6 : 0;
-        if (m_mirror.rows.size() > 30 && Chance(20)) return Refill(Chance(4));
-        Act();
+        bool const isStale = m_mirror.rows.size() > 30 || m_mirror.screen.size() < 4;
+        return isStale && Chance(12) ? Refill(Chance(4)) : Act();
     }
 
     // What differs, or an empty text.
@@ -178,26 +178,26 @@ class Twins {
         bool const even = Chance(3);
         unsigned const row = AnyRow();
         Rows rows = SomeRows();
-        switch (Below(34)) {
+        if (Chance(4)) return ActOnStates(row, rows, on, notify, even);
+        if (Chance(5)) {
+            MirrorRow const added = NewRow();
+            m_report.AppendRealItem(Twin(added), notify);
+            return m_mirror.Append(added, notify);
+        }
+        switch (Below(17)) {
             case 0:
                 return SetGates();
             case 1:
-            case 2:
-            case 3: {
-                MirrorRow const added = NewRow();
-                m_report.AppendRealItem(Twin(added), notify);
-                return m_mirror.Append(added, notify);
-            }
-            case 4: {
+                return Same(
+                    static_cast<unsigned>(m_report.DeleteItem(row, notify)),
+                    m_mirror.Delete({row < m_mirror.screen.size() ? m_mirror.screen[row] : none}, notify));
+            case 2: {
                 std::vector<COMPLETE_ITEM> items;
                 m_report.CompleteItemFromReal(rows, items);
                 if (!items.empty() && Chance(4)) items[0].nScreen = Below(40);  // out of date
                 return Same(m_report.HideRealItems(items, on, notify), m_mirror.Hide(rows, on, notify));
             }
-            case 5:
-                return Same(static_cast<unsigned>(m_report.HideRealItem(row, on, notify)),
-                            m_mirror.Hide({row}, on, notify));
-            case 6: {
+            case 3: {
                 Rows reals = m_mirror.screen;
                 if (!on) {
                     reals.clear();
@@ -206,33 +206,31 @@ class Twins {
                 }
                 return Same(m_report.HideAllItems(on, notify), m_mirror.Hide(reals, on, notify));
             }
-            case 7:
+            case 4:
                 return Same(m_report.DeleteRealItems(rows, notify), m_mirror.Delete(rows, notify));
-            case 8: {
+            case 5: {
                 Rows screens = Screens(rows);
                 Rows const reals = Reals(screens);
                 return Same(m_report.DeleteItems(screens, notify), m_mirror.Delete(reals, notify));
             }
-            case 9:
+            case 6:
                 if (on)
                     return Same(m_report.DeleteSelectedItems(notify),
                                 m_mirror.Delete(m_mirror.RowsThat(Kind::selecting), notify));
                 return Same(m_report.DeleteDisabledItems(notify),
                             m_mirror.Delete(m_mirror.RowsThat(Kind::disabling), notify));
-            case 10: {
+            case 7: {
                 unsigned const other = AnyRow();
                 unsigned const count = Below(5);
                 return Same(m_report.SwapRealItems(row, other, count, notify),
                             m_mirror.Swap(row, other, count, notify));
             }
-            case 11:
-            case 12:
-            case 13: {
+            case 8: {
                 Keys const keys = SomeKeys();
                 m_report.SortList(keys);
                 return m_mirror.Sort(keys);
             }
-            case 14: {
+            case 9: {
                 unsigned const col = Below(m_mirror.cols.size());
                 bool const flips = m_mirror.keys.size() == 1 && m_mirror.keys[0].nCol == col;
                 m_report.OnHeaderClick(col, 0);
@@ -241,19 +239,7 @@ class Twins {
                 m_mirror.stored["SortState"] = m_report.stored["SortState"];
                 return;
             }
-            case 15:
-            case 16:
-            case 17:
-            case 18:
-            case 19:
-            case 20:
-            case 21:
-            case 22:
-                return ActOnStates(row, rows, on, notify, even);
-            case 23:
-            case 24:
-            case 25:
-            case 26: {
+            case 10: {
                 unsigned const count = m_report.GetItemCount();
                 unsigned const a = Below(count);
                 unsigned const b = Below(count);
@@ -264,8 +250,7 @@ class Twins {
                 m_mirror.All(Kind::selecting, false, notify, false);
                 return Same(done, m_mirror.ChangeListed(Kind::selecting, range, true, notify, true));
             }
-            case 27:
-            case 28: {  // a row is edited
+            case 11: {  // a row is edited
                 if (row >= m_mirror.rows.size()) return;
                 m_mirror.rows[row].keys[0] = static_cast<int>(Below(5));
                 static_cast<FakeRow*>(m_report.GetRealItem(row))->keys = m_mirror.rows[row].keys;
@@ -276,20 +261,20 @@ class Twins {
                 }
                 return m_mirror.Refresh(row, notify);
             }
-            case 29: {
+            case 12: {
                 on ? m_report.RefreshAllItems(notify) : m_report.RefreshColItems(0, notify);
                 for (unsigned const real : m_mirror.screen)
                     m_mirror.Refresh(real, notify);
                 return;
             }
-            case 30: {
+            case 13: {
                 unsigned const col = Below(m_mirror.cols.size());
                 if (even)
                     return Same(m_report.DeleteRealCol(col, notify), int{m_mirror.DeleteCol(col, notify)});
                 return Same(static_cast<unsigned>(m_report.HideRealCol(col, on, notify)),
                             m_mirror.HideCols({col}, on, notify));
             }
-            case 31: {
+            case 14: {
                 unsigned const excluded = 1 + Below(m_mirror.cols.size() - 1);
                 m_report.SetExcludeRealColFromViewHide(excluded, 1);
                 Rows cols;
@@ -298,7 +283,7 @@ class Twins {
                 Same(m_report.HideAllCols(on, even, notify), m_mirror.HideCols(cols, on, notify));
                 return m_report.SetExcludeRealColFromViewHide(excluded, 0);
             }
-            case 32: {  // the user drags a column, or its edge
+            case 15: {  // the user drags a column, or its edge
                 std::vector<unsigned>& order = m_mirror.list.order;
                 std::swap(order[Below(order.size())], order[Below(order.size())]);
                 unsigned const col = Below(order.size());
@@ -556,6 +541,48 @@ TEST(ReportModel, EqualRowsStandByRealIndexInTheDirectionOfTheFirstKey) {
     report->SortList(std::vector<SORT_STATE_SCREENCOL>{});
     EXPECT_EQ(ScreenOf(*report), (Rows{0, 1, 2, 3, 4, 5}));
     EXPECT_TRUE(report->list.marks.empty());
+}
+
+// Rows come and go one by one anywhere among many, until few are left.
+TEST(ReportModel, ManyRowsStayInOrderWhereverOneComesOrGoes) {
+    std::mt19937 random(4);
+    auto const any = [&random](std::size_t below) { return static_cast<unsigned>(random() % below); };
+    for (bool const sorted : {false, true}) {
+        auto const report = Filled(std::vector<int>(9000, 3));
+        if (sorted) report->SortList(Keys{{0, 0}});
+        std::vector<std::array<int, 2>> wanted;  // what rows sort by
+        for (int real = 0; real < 9000; ++real)
+            wanted.push_back({sorted ? -3 : 0, sorted ? -real : real});
+        std::sort(wanted.begin(), wanted.end());
+        for (unsigned step = 0; step < 40'000 && wanted.size() > 5; ++step) {
+            bool const grows = step < 12'000;
+            if (any(3) == 0 ? !grows : grows) {
+                int const key = static_cast<int>(any(1000));
+                int const real = static_cast<int>(report->GetRealItemCount());
+                report->AppendRealItem(new FakeRow(report.get(), 0, {key, 0, 0}), 0);
+                std::array<int, 2> const row{sorted ? -key : 0, sorted ? -real : real};
+                wanted.insert(std::lower_bound(wanted.begin(), wanted.end(), row), row);
+            } else {
+                unsigned const at = any(wanted.size());
+                EXPECT_EQ(any(2) == 0 ? report->DeleteItem(at, 0)
+                                      : report->HideRealItem(report->ScreenItemToReal(at), 1, 0),
+                          1);
+                wanted.erase(wanted.begin() + static_cast<int>(at));
+            }
+            unsigned const at = any(wanted.size());
+            unsigned const real = static_cast<unsigned>(std::abs(wanted[at][1]));
+            ASSERT_EQ(report->ScreenItemToReal(at), real) << step;
+            if (step % 8 == 0) {
+                ASSERT_EQ(report->RealItemToScreen(real), at) << step;
+            }
+        }
+        EXPECT_EQ(report->GetItemCount(), wanted.size());
+        report->HideAllItems(0, 0);
+        Rows const screen = ScreenOf(*report);
+        EXPECT_TRUE(sorted || std::is_sorted(screen.begin(), screen.end()));
+        report->SortList(report->table.SortState());
+        EXPECT_EQ(ScreenOf(*report), screen);
+    }
 }
 
 // Keys that are told sort as comparing does, whatever the texts.

@@ -30,7 +30,12 @@ struct Told {
 
 // Writes down what comes, and answers vetoes: the same ones to whoever is told the same in the same step.
 struct ToldLog {
-    int Tell(char const* what, unsigned a = 0, unsigned b = 0, unsigned c = 0) {
+    template <class... Numbers>
+    int Tell(char const* what, Numbers... numbers) {
+        return Note(what, {static_cast<unsigned>(numbers)...});
+    }
+    int Note(char const* what, std::array<unsigned, 3> with) {
+        auto const [a, b, c] = with;
         Told const told{what, {static_cast<int>(a), static_cast<int>(b), static_cast<int>(c)}};
         entries.push_back(told);
         if (meddle) meddle();
@@ -149,9 +154,7 @@ struct FakeReport : CTovReportViewHost {
     void OnScrolledVert() override { log.Tell("ScrolledVert"); }
     void OnScrolledHorz() override { log.Tell("ScrolledHorz"); }
     int OnInsertRealCol(unsigned r, unsigned s) override { return log.Tell("InsertRealCol", r, s); }
-    int OnHideRealCol(unsigned r, unsigned s, int on) override {
-        return log.Tell("HideRealCol", r, s, static_cast<unsigned>(on));
-    }
+    int OnHideRealCol(unsigned r, unsigned s, int on) override { return log.Tell("HideRealCol", r, s, on); }
     int OnDeleteRealCol(unsigned r, unsigned s) override { return log.Tell("DeleteRealCol", r, s); }
     void OnDisplayItemsBegin(unsigned count) override {
         log.Tell("DisplayItemsBegin", count);
@@ -173,25 +176,19 @@ struct FakeReport : CTovReportViewHost {
         log.Tell("RefreshRealItem", r);
         CTovReportViewHost::OnRefreshRealItem(r);
     }
-    void OnSelectRealItem(unsigned r, unsigned s, int on) override {
-        log.Tell("SelectRealItem", r, s, static_cast<unsigned>(on));
-    }
+    void OnSelectRealItem(unsigned r, unsigned s, int on) override { log.Tell("SelectRealItem", r, s, on); }
     int OnHideRealItem(unsigned r, unsigned s, int on) override {
-        int const allowed = log.Tell("HideRealItem", r, s, static_cast<unsigned>(on));
+        int const allowed = log.Tell("HideRealItem", r, s, on);
         CTovReportViewHost::OnHideRealItem(r, s, on);
         return allowed;
     }
     int OnDeleteRealItem(unsigned r, unsigned s) override { return log.Tell("DeleteRealItem", r, s); }
     int OnCheckingRealItem(unsigned r, unsigned s, int on) override {
-        return log.Tell("CheckingRealItem", r, s, static_cast<unsigned>(on));
+        return log.Tell("CheckingRealItem", r, s, on);
     }
-    void OnCheckRealItem(unsigned r, unsigned s, int on) override {
-        log.Tell("CheckRealItem", r, s, static_cast<unsigned>(on));
-    }
+    void OnCheckRealItem(unsigned r, unsigned s, int on) override { log.Tell("CheckRealItem", r, s, on); }
     void OnDisableItemsBegin(unsigned a, unsigned b) override { log.Tell("DisableItemsBegin", a, b); }
-    void OnDisableRealItem(unsigned r, unsigned s, int on) override {
-        log.Tell("DisableRealItem", r, s, static_cast<unsigned>(on));
-    }
+    void OnDisableRealItem(unsigned r, unsigned s, int on) override { log.Tell("DisableRealItem", r, s, on); }
     void OnDisableItemsEnd(unsigned a, unsigned b) override { log.Tell("DisableItemsEnd", a, b); }
     void OnSortOrderChanged() override {
         log.Tell("SortOrderChanged");
@@ -225,11 +222,11 @@ struct FakeRow : CTovReportViewItem {
     ~FakeRow() override { --alive; }
 
     unsigned Id() const { return static_cast<unsigned>(id); }
-    int OnHideItem(int on) override { return report.log.Tell("row hides", Id(), static_cast<unsigned>(on)); }
+    int OnHideItem(int on) override { return report.log.Tell("row hides", Id(), on); }
     int OnDeleteItem() override { return report.log.Tell("row goes", Id()); }
-    void OnCheckItem(int on) override { report.log.Tell("row checks", Id(), static_cast<unsigned>(on)); }
-    void OnSelectItem(int on) override { report.log.Tell("row selects", Id(), static_cast<unsigned>(on)); }
-    void OnDisableItem(int on) override { report.log.Tell("row disables", Id(), static_cast<unsigned>(on)); }
+    void OnCheckItem(int on) override { report.log.Tell("row checks", Id(), on); }
+    void OnSelectItem(int on) override { report.log.Tell("row selects", Id(), on); }
+    void OnDisableItem(int on) override { report.log.Tell("row disables", Id(), on); }
 
     using CTovReportViewItem::OnGetItemText;
     static std::string Text(int key) { return "P" + std::to_string(key); }
@@ -264,7 +261,7 @@ struct FakeCol : CTovReportViewCol {
         : CTovReportViewCol(itsReport, hidden, "", 0, width, nullptr, tovNoIndex, 0),
           log(itsReport->log),
           id(itsId) {}
-    int OnHideCol(int on) override { return log.Tell("col hides", id, static_cast<unsigned>(on)); }
+    int OnHideCol(int on) override { return log.Tell("col hides", id, on); }
     int OnDeleteCol() override { return log.Tell("col goes", id); }
     ToldLog& log;
     unsigned id;
