@@ -123,6 +123,16 @@ CTovEditValueAngle::~CTovEditValueAngle() {
         child->edit->disconnect();
 }
 
+void CTovEditValueAngle::PreSubclassWindow() {
+    bool const isEmpty = IsEmpty() != 0;
+    double const value = GetValue();
+    CTovEditValueAngleOn::PreSubclassWindow();
+    if (isEmpty) return;
+    // The fields that it has got now are empty.
+    CTovKeepChangedByUserStatus const status(*this);
+    SetValue(value);
+}
+
 unsigned CTovEditValueAngle::UnitMessage() const {
     return WM_TOV_UNIT_CHANGED_ANGLE;
 }

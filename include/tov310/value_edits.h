@@ -76,6 +76,7 @@ class TOV_UI_API CTovEditValueAngle : public CTovEditValueAngleOn<CTovEditValue>
     explicit CTovEditValueAngle(std::unique_ptr<CTovValueAngle> value, QWidget* parent);
 
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
+    void PreSubclassWindow() override;
     unsigned UnitMessage() const override;
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;

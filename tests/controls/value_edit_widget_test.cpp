@@ -156,6 +156,22 @@ TEST(AngleEditWidget, KeepsEveryBitAcrossUnitsAndLooking) {
     }
 }
 
+TEST(AngleEditWidget, KeepsItsValueAcrossItsBirth) {
+    for (int const* unit = CTovUnitSettingsAngle::Units(); *unit != -1; ++unit) {
+        CTovUnitSettingsAngle settings(*unit, nullptr);
+        CTovEditValueAngle edit(&settings);
+        double const value = -0.1234567890123;
+        edit.SetRange(-1, 1);
+        edit.SetValue(value);
+        edit.show();
+        EXPECT_EQ(edit.GetValue(), value) << *unit;
+        EXPECT_EQ(edit.IsEmpty(), 0) << *unit;
+        EXPECT_EQ(edit.GetChangedByUser(), 0) << *unit;
+        edit.SetValue(2);
+        EXPECT_EQ(edit.Validate(nullptr), CTovInputControl::eStateInvalid) << *unit;
+    }
+}
+
 TEST(AngleEditWidget, TellsItsWholeValueAndEndsOnce) {
     AngleForm form(12);
     std::vector<double> told;
