@@ -2,6 +2,7 @@
 
 #include "answer.h"
 #include "files.h"
+#include "gallery.h"
 #include "window_frame.h"
 #include "window_ids.h"
 #include "window_shots.h"
@@ -51,6 +52,36 @@ int ShowWindow(CommonOptions const& common, std::string const& file) {
     return QApplication::exec();
 }
 
+int ShowGallery(CommonOptions const& common) {
+    Display const display;
+    if (!display.IsReached()) return kNoDisplay;
+    UseWords(common.language);
+    OpenProfile(common);
+    SurveyApp const app;
+    Gallery gallery;
+    gallery.show();
+    return QApplication::exec();
+}
+
+// What a command that needs a display ends with.
+int OrNoDisplay(int code) {
+    if (code != kNoDisplay) return code;
+    Complain() << "there is no display\n";
+    return kUnreadable;
+}
+
+std::string GalleryHelp() {
+    return "Opens a window with every control of the library, its options and its states.\n";
+}
+
+int RunGallery(Arguments& arguments, CommonOptions& common) {
+    while (arguments.Next()) {
+        if (!TakeCommon(arguments, common)) arguments.Unknown();
+    }
+    LoadLanguage(common.language);
+    return common.help ? kFine : OrNoDisplay(ShowGallery(common));
+}
+
 std::string WindowHelp() {
     return R"(Opens FILE, or the table that comes with the program, in a window. Without any argument
 survey does so too where there is a display.
@@ -67,10 +98,7 @@ int RunWindow(Arguments& arguments, CommonOptions& common) {
     }
     LoadLanguage(common.language);
     if (common.help) return kFine;
-    int const code = ShowWindow(common, file);
-    if (code != kNoDisplay) return code;
-    Complain() << "there is no display\n";
-    return kUnreadable;
+    return OrNoDisplay(ShowWindow(common, file));
 }
 
 }  // namespace
@@ -93,6 +121,7 @@ int RunFirstWindow() {
 
 std::span<Command const> WindowCommands() {
     static constexpr Command commands[] = {
+        {"gallery", "[options]", "every control of the library with its options", GalleryHelp, RunGallery},
         {"window", "[options] [FILE]", "a window with the places of a table", WindowHelp, RunWindow},
         {"shots", "[options] DIR", "pictures of all windows", ShotsHelp, RunShots},
     };

@@ -15,7 +15,7 @@ bool HasDisplay();
 inline constexpr int kNoDisplay = -1;
 int RunFirstWindow();
 
-// The commands "window" and "shots".
+// The commands "gallery", "window" and "shots".
 std::span<Command const> WindowCommands();
 
 }  // namespace survey

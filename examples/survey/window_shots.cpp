@@ -2,6 +2,8 @@
 
 #include "answer.h"
 #include "files.h"
+#include "gallery.h"
+#include "gallery_page.h"
 #include "window_frame.h"
 #include "window_ids.h"
 
@@ -23,6 +25,7 @@
 #include <iostream>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace survey {
 namespace {
@@ -34,8 +37,8 @@ struct Scene {
 };
 
 struct Shot {
-    char const* name;
-    Scene (*make)();
+    std::string name;
+    std::function<Scene()> make;
 };
 
 std::unique_ptr<SurveyFrame> Places() {
@@ -93,7 +96,7 @@ Scene Gripper() {
 }
 
 // Whatever can be seen of the library gets a line here.
-constexpr Shot shots[] = {
+Shot const shots[] = {
     {"main", MainWindow},        {"main_file", MainMenu<0>},         {"main_edit", MainMenu<1>},
     {"main_units", MainMenu<2>}, {"main_distances", MainMenu<2, 9>}, {"main_view", MainMenu<3>},
     {"frames", FramesInAFrame},  {"size_gripper", Gripper},
@@ -143,6 +146,18 @@ QImage Take(Shot const& shot) {
     return picture.toImage();
 }
 
+std::vector<Shot> AllShots() {
+    std::vector<Shot> all(std::begin(shots), std::end(shots));
+    for (std::size_t page = 0; page < GalleryEntries().size(); ++page) {
+        all.push_back({std::string("gallery_") + GalleryEntries()[page].name, [page] {
+                           auto gallery = std::make_unique<Gallery>();
+                           gallery->ShowPage(static_cast<int>(page));
+                           return Scene{std::move(gallery), {}};
+                       }});
+    }
+    return all;
+}
+
 bool WriteShots(QDir const& folder, std::string const& profile, int scale) {
     QPalette const light = QApplication::palette();
     for (char const* const language : {"zh_CN", "en"}) {
@@ -151,8 +166,10 @@ bool WriteShots(QDir const& folder, std::string const& profile, int scale) {
         OpenProfile({.language = language, .profile = profile, .reset = true});
         for (auto const& [name, palette] : {std::pair("light", light), std::pair("dark", DarkPalette())}) {
             QApplication::setPalette(palette);
-            for (Shot const& shot : shots) {
-                QString const file = QString("%1-%2-%3-%4.png").arg(shot.name, language, name).arg(scale);
+            for (Shot const& shot : AllShots()) {
+                QString const file = QString("%1-%2-%3-%4.png")
+                                         .arg(QString::fromStdString(shot.name), language, name)
+                                         .arg(scale);
                 if (Take(shot).save(folder.filePath(file))) continue;
                 Complain() << folder.filePath(file).toStdString() << ": cannot be written\n";
                 return false;
