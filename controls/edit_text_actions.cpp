@@ -1,6 +1,7 @@
 // What the user can do in an edit: undo, the clipboard, keys, commands, the
 // menu; and how it is laid out.
 #include <tov310/cmd_ui.h>
+#include <tov310/edit_commands.h>
 #include <tov310/edit_host.h>
 #include <tov310/edit_text.h>
 #include <tov310/menu_edit.h>

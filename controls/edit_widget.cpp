@@ -1,6 +1,7 @@
 #include <tov310/edit.h>
 
 #include <tov310/cmd_ui.h>
+#include <tov310/edit_commands.h>
 #include <tov310/messages.h>
 #include <tov310/qt_values.h>
 #include <tov310/styles.h>

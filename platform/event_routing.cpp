@@ -12,6 +12,8 @@
 #include <QKeyEvent>
 #include <QLabel>
 
+#include <utility>
+
 namespace tov {
 namespace {
 
@@ -99,6 +101,13 @@ void Swallow(QEvent& event) {
     event.setAccepted(event.type() != QEvent::Close);
 }
 
+// The window whose closing is no question any more.
+constinit CWnd const* closing = nullptr;
+
+bool IsAsked(CWnd const& window, QEvent const& event) {
+    return event.type() == QEvent::Close && std::exchange(closing, nullptr) == &window;
+}
+
 constexpr char const* tellsProperty = "tovTells";
 
 // What is not told by a message but must be seen in passing. True: it goes no further.
@@ -147,6 +156,12 @@ bool PassEvent(CWnd const& window, unsigned message) {
     return true;
 }
 
+void CloseAsked(CWnd const& window, QWidget& widget) {
+    closing = &window;
+    widget.close();
+    closing = nullptr;
+}
+
 void ForgetCalls(CWnd const& window) {
     EventCall::Forget(window);
 }
@@ -154,7 +169,7 @@ void ForgetCalls(CWnd const& window) {
 bool FilterEvent(CWnd& window, QWidget& widget, bool ofViewport, QEvent& event) {
     if (LookAt(window, widget, event)) return true;
     HWND const self = window.GetSafeHwnd();
-    if (!self) return false;
+    if (!self || IsAsked(window, event)) return false;
     std::optional<NativeMessage> const native = MessageOf(widget, ofViewport, event);
     if (!native) return false;
     EventCall call(window, widget, native->message, event, ofViewport, nullptr);
@@ -177,7 +192,7 @@ bool RouteEvent(CWnd& window, QWidget& widget, bool ofViewport, QEvent& event, N
     if (LookAt(window, widget, event)) return true;
     HWND const self = window.GetSafeHwnd();
     std::optional<NativeMessage> message;
-    if (self) message = MessageOf(widget, ofViewport, event);
+    if (self && !IsAsked(window, event)) message = MessageOf(widget, ofViewport, event);
     if (!message) return native(widget, event);
     EventCall call(window, widget, message->message, event, ofViewport, native);
     TovSendMessage(self, message->message, message->wParam, message->lParam);

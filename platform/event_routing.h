@@ -13,6 +13,9 @@ bool FilterEvent(CWnd& window, QWidget& widget, bool ofViewport, QEvent& event);
 // handler has had now, or is to have when all hooks are through.
 bool PassEvent(CWnd const& window, unsigned message);
 
+// Closes the widget; its hooks and window have been asked already.
+void CloseAsked(CWnd const& window, QWidget& widget);
+
 // Says of a widget that the library has made it and deletes it with its window.
 inline constexpr char const* madeByFactoryProperty = "tovMadeByFactory";
 

@@ -303,7 +303,7 @@ LRESULT AnswerAsToolkit(CWnd& window, QWidget& widget, unsigned message, WPARAM 
             widget.setUpdatesEnabled(wParam != 0);
             return 0;
         case WM_CLOSE:
-            widget.close();
+            CloseAsked(window, widget);
             return 0;
         case WM_NEXTDLGCTL:
             FocusNextControl(widget, wParam != 0);

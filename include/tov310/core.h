@@ -18,6 +18,7 @@
 #include <tov310/document.h>
 #include <tov310/draw_dib.h>
 #include <tov310/edit_angle_mask.h>
+#include <tov310/edit_commands.h>
 #include <tov310/edit_filename.h>
 #include <tov310/edit_host.h>
 #include <tov310/edit_number.h>

@@ -10,14 +10,10 @@
 // wants otherwise; the defaults here are the edit's behaviour.
 #pragma once
 
-#include <tov310/cmd_ui.h>
 #include <tov310/edit_text.h>
 #include <tov310/export.h>
 #include <tov310/types.h>
 
-#include <array>
-#include <cstddef>
-#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -249,19 +245,5 @@ class TOV_CORE_API CTovEditHost {
 
     CTovEditText* m_text = nullptr;
 };
-
-// The handlers of an edit's commands for the command table of its class, whose
-// functions call DoCommand and UpdateCommand of the engine:
-//
-//   static constexpr auto handlers = TovEditCommandHandlers<CTovEdit,
-//   &CTovEdit::OnEditCommand,
-//                                                           &CTovEdit::OnUpdateEditCommand>();
-template <typename Edit, auto Command, auto Update>
-constexpr auto TovEditCommandHandlers() {
-    std::array<CTovCommandHandler, std::size(tovEditCommands)> handlers{};
-    for (std::size_t i = 0; i < handlers.size(); ++i)
-        handlers[i] = TovCommand<Edit, Command, Update>(tovEditCommands[i].first, tovEditCommands[i].last);
-    return handlers;
-}
 
 }  // namespace tov

@@ -11,7 +11,6 @@
 #include <tov310/geometry.h>
 #include <tov310/input_control.h>
 #include <tov310/last_documents.h>
-#include <tov310/messages.h>
 #include <tov310/object.h>
 #include <tov310/pixels.h>
 #include <tov310/resources.h>
@@ -66,35 +65,6 @@ enum eTovEditAction {
     eEditActionInsert,
     eEditActionSpinUp,
     eEditActionSpinDown,
-};
-
-// A row of commands that do the same; the index of tovFirstInsertCommand and
-// those behind it is the value's.
-struct CTovEditCommand {
-    unsigned first;
-    unsigned last;
-    eTovEditAction action;
-};
-
-// Those of menus and toolbars, and the messages of the platform's edits used as
-// such.
-inline constexpr CTovEditCommand tovEditCommands[] = {
-    {tovFirstInsertCommand, tovLastInsertCommand, eEditActionInsert},
-    {0xE12B, 0xE12B, eEditActionUndo},    // ID_EDIT_UNDO
-    {0x0304, 0x0304, eEditActionUndo},    // WM_UNDO
-    {0x00C7, 0x00C7, eEditActionUndo},    // EM_UNDO
-    {0xE12C, 0xE12C, eEditActionRedo},    // ID_EDIT_REDO
-    {0x0454, 0x0454, eEditActionRedo},    // EM_REDO
-    {0xE123, 0xE123, eEditActionCut},     // ID_EDIT_CUT
-    {0x0300, 0x0300, eEditActionCut},     // WM_CUT
-    {0xE122, 0xE122, eEditActionCopy},    // ID_EDIT_COPY
-    {0x0301, 0x0301, eEditActionCopy},    // WM_COPY
-    {0xE125, 0xE125, eEditActionPaste},   // ID_EDIT_PASTE
-    {0x0302, 0x0302, eEditActionPaste},   // WM_PASTE
-    {0xE120, 0xE120, eEditActionDelete},  // ID_EDIT_CLEAR
-    {WM_TOV_EDIT_DELETE, WM_TOV_EDIT_DELETE, eEditActionDelete},
-    {0xE12A, 0xE12A, eEditActionSelectAll},  // ID_EDIT_SELECT_ALL
-    {WM_TOV_EDIT_SELECT_ALL, WM_TOV_EDIT_SELECT_ALL, eEditActionSelectAll},
 };
 
 // A state that can be brought back. The text is the edit's content.

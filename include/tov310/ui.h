@@ -1,6 +1,5 @@
-// Everything of libTov310 and libTov310Core but the numbers of messages, the hooks, and what is made of them:
-// whoever derives from the library's classes for Qt gets along without those. They are in messages.h,
-// window_messages.h and hooks.h.
+// Everything that libTov310 adds to libTov310Core: classes for Qt. Numbers of messages and hooks are not among it,
+// since whoever derives from these classes gets along without; core.h has them with all the rest.
 #pragma once
 
 #include <tov310/accelerator_keys.h>

@@ -22,6 +22,8 @@ void OnQtMessage(QtMsgType type, QMessageLogContext const&, QString const& text)
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
+    // Also whoever only asks which tests there are.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication const application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     qInstallMessageHandler(OnQtMessage);
