@@ -63,7 +63,9 @@ int CTovInputControl::CreateInline(unsigned long, CRect const&, CWnd*, unsigned 
 void CTovInputControl::HookControl() {
     CWnd* const window = GetWnd();
     m_SubclassControl->HookWindow(HandleOf(window));
-    SetContainer(window != nullptr ? window->GetParent() : nullptr);
+    CWnd* const parent = window != nullptr ? window->GetParent() : nullptr;
+    SetContainer(parent);
+    m_bContainerIsParent = parent != nullptr && m_container == HandleOf(parent);
 }
 
 void CTovInputControl::UnhookControl() {
@@ -186,11 +188,15 @@ void CTovInputControl::SetChangedByUser(int changed) {
 }
 
 CWnd* CTovInputControl::GetContainer() const {
-    return CWnd::FromHandlePermanent(m_container);
+    // The control may have moved to another form since it was hooked.
+    CWnd const* const window =
+        m_bContainerIsParent != 0 ? const_cast<CTovInputControl*>(this)->GetWnd() : nullptr;
+    return window != nullptr ? window->GetParent() : CWnd::FromHandlePermanent(m_container);
 }
 
 void CTovInputControl::SetContainer(CWnd* container) {
-    m_container = HandleOf(container);
+    m_container = container != nullptr ? container->NeedHandle() : HWND{};
+    m_bContainerIsParent = 0;
 }
 
 int CTovInputControl::GetMinWidth() const {

@@ -41,12 +41,13 @@ void GiveFocusTo(HWND control) {
 }  // namespace
 
 CTovInputControlContainer::CTovInputControlContainer(CWnd* window)
-    : m_pWnd(window), m_SubclassContainer(std::make_unique<CTovSubclassContainer>(*this)) {
+    : m_pWnd(window), m_SubclassContainer(std::make_shared<CTovSubclassContainer>(*this)) {
     LivingContainers().push_back(this);
 }
 
 CTovInputControlContainer::~CTovInputControlContainer() {
     UnhookAllDlgCtrls();
+    m_SubclassContainer->Leave();
     std::erase(LivingContainers(), this);
     for (CTovInputControlContainer* const other : LivingContainers()) {
         if (other->m_pActiveContainer == this) other->m_pActiveContainer = nullptr;
@@ -63,12 +64,12 @@ int CTovInputControlContainer::FocusIsBlocked() {
 
 CWnd* CTovInputControlContainer::ValidateAllDlgCtrls(int ignoreEmpty, int, unsigned long& data,
                                                      CString& message) {
-    HWND const first = m_hWndTopmostFocus;  // whose words win
-    if (OnValidateDlgItem(ignoreEmpty, first, IdOf(first), data, &message) == 0)
-        return CWnd::FromHandlePermanent(first);
-    for (HWND const child : DirectChildren()) {
-        if (OnValidateDlgItem(ignoreEmpty, child, IdOf(child), data, &message) == 0)
-            return CWnd::FromHandlePermanent(child);
+    std::vector<HWND> controls = DirectChildren();
+    controls.insert(controls.begin(), m_hWndTopmostFocus);  // whose words win
+    for (HWND const control : controls) {
+        if (OnValidateDlgItem(ignoreEmpty, control, IdOf(control), data, &message) != 0) continue;
+        // One that dies of the question fails no more.
+        if (CWnd* const failing = CWnd::FromHandlePermanent(control)) return failing;
     }
     return nullptr;
 }
@@ -102,13 +103,18 @@ int CTovInputControlContainer::OnDlgItemGainFocus(HWND) {
         unsigned const id = IdOf(left);
         unsigned long data = 0;
         CString message;
-        if (OnValidateDlgItem(!m_bEmptyBlocksFocus, left, id, data, &message) == 0) {
+        std::weak_ptr<void const> const life = m_life;
+        int const isRight = OnValidateDlgItem(!m_bEmptyBlocksFocus, left, id, data, &message);
+        if (life.expired()) return 0;
+        if (isRight == 0) {
             SetActiveContainer(this);
             OnPrepareShowValidationText(left, id, data, &message);
+            if (life.expired()) return 0;
             m_bFocusBlocked = 1;
             GiveFocusTo(left);
+            if (life.expired()) return 0;
             OnShowValidationText(left, id, data, &message);
-            if (m_bFocusBlocked != wasBlocked) OnFocusBlockedChanged(m_bFocusBlocked);
+            if (!life.expired() && m_bFocusBlocked != wasBlocked) OnFocusBlockedChanged(m_bFocusBlocked);
             return 0;
         }
     }
@@ -172,11 +178,13 @@ void CTovInputControlContainer::HookContainer() {
 
 void CTovInputControlContainer::HookAllDlgCtrls(CRuntimeClass const* exclude) {
     m_bDlgCtrlsHooked = 1;
+    // Children are asked for first: a control of the toolkit's own is a window only then.
+    std::vector<HWND> const children = DirectChildren();
     HWND const focus = TovGetFocus();
     std::vector<HWND> hookedBefore;
     for (auto const& item : m_DlgItems)
         hookedBefore.push_back(item->GetHookedWindow());
-    for (HWND const child : DirectChildren()) {
+    for (HWND const child : children) {
         if (child == focus) m_hWndTopmostFocus = child;
         CWnd const* const window = CWnd::FromHandlePermanent(child);
         if (window == nullptr || (exclude != nullptr && window->IsKindOf(exclude))) continue;
@@ -265,9 +273,10 @@ int CTovInputControlContainer::ValidateCommand(int command) {
     if (failing == nullptr) return 1;
     HWND const window = failing->GetSafeHwnd();
     unsigned const id = IdOf(window);
+    std::weak_ptr<void const> const life = m_life;
     OnPrepareShowValidationText(window, id, data, &message);
     GiveFocusTo(window);
-    OnShowValidationText(window, id, data, &message);
+    if (!life.expired()) OnShowValidationText(window, id, data, &message);
     return 0;
 }
 
@@ -278,8 +287,8 @@ LRESULT CTovInputControlContainer::PaintTransparent(LRESULT result) {
         windows.push_back(item->GetHookedWindow());
     for (HWND const handle : windows) {
         CWnd* const window = CWnd::FromHandlePermanent(handle);
-        if (window != nullptr && (window->GetStyle() & 7) != 0 &&
-            (window->GetExStyle() & WS_EX_TRANSPARENT) != 0)
+        if (window != nullptr && (window->GetExStyle() & WS_EX_TRANSPARENT) != 0 &&
+            (window->GetStyle() & 7) != 0)
             window->RedrawWindow(RDW_INVALIDATE | RDW_NOERASE | RDW_UPDATENOW);
     }
     return result;
@@ -289,13 +298,14 @@ bool CTovInputControlContainer::LetCommandPass(WPARAM wParam, LPARAM lParam) {
     auto const id = static_cast<int>(wParam & 0xFFFF);
     auto const code = static_cast<unsigned>(wParam >> 16 & 0xFFFF);
     HWND const sender{static_cast<std::uint64_t>(lParam)};
-    if (code == EN_CHANGE || code == CBN_SELCHANGE) {
+    std::weak_ptr<void const> const life = m_life;
+    if (code == EN_CHANGE || code == CBN_SELCHANGE || code == CBN_EDITCHANGE) {
         // The focus of a compound control is on a window in it.
         HWND const focus = TovGetFocus();
         CWnd const* const control = CWnd::FromHandlePermanent(sender);
         if (control != nullptr && (focus == sender || control->IsChild(focus) != 0)) OnHideValidationText();
     }
-    if (m_bIsFileDialog != 0) return true;
+    if (life.expired() || m_bIsFileDialog != 0) return true;
     bool const needsAll = id == IDOK || id == ID_APPLY_NOW || id == ID_WIZFINISH || id == ID_WIZNEXT;
     return !needsAll || ValidateCommand(id) != 0;
 }

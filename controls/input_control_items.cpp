@@ -19,32 +19,45 @@ CString ClassNameOf(HWND window) {
 
 }  // namespace
 
+void CTovInputControlContainer::CTovSubclassContainer::Leave() {
+    m_container = nullptr;
+    UnhookWindow();
+}
+
 LRESULT CTovInputControlContainer::CTovSubclassContainer::WindowProc(unsigned message, WPARAM wParam,
                                                                      LPARAM lParam) {
+    if (m_container == nullptr) return CTovSubclassWnd::WindowProc(message, wParam, lParam);
+    // The host is asked below and may have the container end.
+    std::shared_ptr<CTovSubclassContainer> const keep = shared_from_this();
     HWND const other{static_cast<std::uint64_t>(lParam)};
     switch (message) {
         case WM_TOV_INPUT_CONTROL_EMPTY_CHANGED:
-            m_container.OnDlgCtrlEmptyChanged(static_cast<unsigned>(wParam), static_cast<int>(lParam));
+            m_container->OnDlgCtrlEmptyChanged(static_cast<unsigned>(wParam), static_cast<int>(lParam));
             return 0;
         case WM_TOV_INPUT_CONTROL_CHILD_ADDED:
-            m_container.AddDlgCtrlChild(HWND{wParam}, other);
+            m_container->AddDlgCtrlChild(HWND{wParam}, other);
             return 0;
         case WM_TOV_INPUT_CONTROL_HOOK_DLG_CTRL:
-            m_container.HookDlgCtrl(other);
+            m_container->HookDlgCtrl(other);
             return 0;
         case WM_TOV_INPUT_CONTROL_UNHOOK_DLG_CTRL:
-            m_container.DeleteDlgCtrlInternal(other);
+            m_container->DeleteDlgCtrlInternal(other);
             return 0;
         case WM_PAINT: {
             HWND const self = GetHookedWindow();
             LRESULT const result = CTovSubclassWnd::WindowProc(message, wParam, lParam);
-            return IsWindow(self) ? m_container.PaintTransparent(result) : result;
+            return IsWindow(self) && m_container != nullptr ? m_container->PaintTransparent(result) : result;
         }
+        case WM_MOUSEACTIVATE:
+            // The focus would come to the ground of the form; a press without the focus is none of its
+            // business.
+            if (lParam == 0 && m_container->OnDlgItemGainFocus({}) == 0) return 0;
+            break;
         case WM_NEXTDLGCTL:
-            if (m_container.OnNextDlgCtl(static_cast<int>(wParam)) != 0) return 0;
+            if (m_container->OnNextDlgCtl(static_cast<int>(wParam)) != 0) return 0;
             break;
         case WM_COMMAND:
-            if (!m_container.LetCommandPass(wParam, lParam)) return 0;
+            if (!m_container->LetCommandPass(wParam, lParam)) return 0;
             break;
         default:
             break;
@@ -115,7 +128,7 @@ LRESULT CTovInputControlContainer::CTovSubclassDlgItem::WindowProc(unsigned mess
                 if (!goesOn) break;
             }
             m_pContainer->SetActiveContainer(m_pContainer);
-            m_pContainer->m_hWndTopmostFocus = m_hWndDlgCtrl;
+            if (m_pContainer != nullptr) m_pContainer->m_hWndTopmostFocus = m_hWndDlgCtrl;
             break;
         case WM_KILLFOCUS:
         case WM_LBUTTONDOWN:

@@ -8,13 +8,16 @@
 
 namespace tov {
 
-class CTovInputControlContainer::CTovSubclassContainer : public CTovSubclassWnd {
+class CTovInputControlContainer::CTovSubclassContainer
+    : public CTovSubclassWnd,
+      public std::enable_shared_from_this<CTovSubclassContainer> {
  public:
-    explicit CTovSubclassContainer(CTovInputControlContainer& container) : m_container(container) {}
+    explicit CTovSubclassContainer(CTovInputControlContainer& container) : m_container(&container) {}
+    void Leave();  // the container ends
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
 
  private:
-    CTovInputControlContainer& m_container;
+    CTovInputControlContainer* m_container;
 };
 
 // On one window in the container. Its owner lets go of it when the window dies or is unhooked, which may

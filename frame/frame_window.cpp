@@ -54,7 +54,7 @@ void CFrameWnd::SetActiveView(CView* view, int notify) {
     CView* const before = GetActiveView();
     if (before == view) return;
     HWND const left = HandleOf(before);
-    HWND const wanted = HandleOf(view);
+    HWND const wanted = view != nullptr ? view->NeedHandle() : HWND{};
     m_activeView = {};
     if (before != nullptr && notify != 0) before->OnActivateView(0, view, before);
     // Who is told may end the frame or the view, or make another view the active one.
@@ -100,7 +100,7 @@ CMDIChildWnd* CMDIFrameWnd::MDIGetActive() const {
 }
 
 void CMDIFrameWnd::MDIActivate(CMDIChildWnd* child) {
-    m_activeChild = HandleOf(child);
+    m_activeChild = child != nullptr ? child->NeedHandle() : HWND{};
 }
 
 CFrameWnd* CMDIFrameWnd::GetActiveFrame() {

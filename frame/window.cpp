@@ -191,13 +191,15 @@ void CWnd::Detach() {
     ForgetWindowInCalls(*this);
     HandleTable::Instance().Remove(m_handle);
     m_handle = {};
+    m_isDying = false;
     if (--livingWindows == 0) interfaceThread.store(nullptr, std::memory_order_release);
 }
 
 int CWnd::DestroyWindow() {
     HWND const self = m_handle;
     if (!self) return 0;
-    // Whoever is told may end this window himself, or delete the object.
+    if (std::exchange(m_isDying, true)) return 1;  // by somebody who is told of it
+    // Whoever is told may delete the object.
     TovSendMessage(self, WM_DESTROY);
     if (!IsWindow(self)) return 1;
     for (HWND const child : GetChildren()) {

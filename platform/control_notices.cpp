@@ -43,8 +43,8 @@ bool IsToldByItsBox(QWidget const& button, int id) {
 void TellOfClick(CWnd& button, QWidget const& widget) {
     CWnd const* const around = button.GetParent();
     int const id = button.GetDlgCtrlID();
-    bool const isOurDialog = around != nullptr && around->IsKindOf(&CDialog::classCDialog);
-    if (IsButtonOfDialogs(id) && (!isOurDialog || IsToldByItsBox(widget, id))) return;
+    bool const isForeign = around == nullptr || dynamic_cast<ForeignWindow const*>(around) != nullptr;
+    if (IsButtonOfDialogs(id) && (isForeign || IsToldByItsBox(widget, id))) return;
     TellParent(button, BN_CLICKED);
 }
 

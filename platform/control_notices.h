@@ -8,7 +8,7 @@
 namespace tov {
 
 // Has the control tell changes of its content (EN_CHANGE, CBN_SELCHANGE) and clicks in WM_COMMAND. The
-// buttons that dialogs know tell of clicks only in a dialog of the library, where they are commands; in any
+// buttons that dialogs know tell of clicks only in a window of the library, where they are commands; in any
 // other the host's own slots do their work.
 void ConnectNotices(QWidget& control, CWnd& window);
 

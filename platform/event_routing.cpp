@@ -54,6 +54,13 @@ class EventCall {
         return nullptr;
     }
 
+    static bool IsUnderWay(unsigned message) {
+        EventCall const* call = innermost;
+        while (call != nullptr && call->m_message != message)
+            call = call->m_outer;
+        return call != nullptr;
+    }
+
     static void Forget(CWnd const& window) {
         for (EventCall* call = innermost; call != nullptr; call = call->m_outer) {
             if (call->m_window == &window) call->m_window = nullptr;
@@ -67,11 +74,16 @@ class EventCall {
         bool const isForeign = m_native == nullptr;
         if (!isForeign)
             m_handled = m_native(m_widget, m_event);
-        else if (CTovSubclassWnd::HasHookThatRunsAfter(m_window->GetSafeHwnd()) != 0)
+        else if (EndsWithClose() || CTovSubclassWnd::HasHookThatRunsAfter(m_window->GetSafeHwnd()) != 0)
             m_handled = RunForeign(m_widget, m_event, m_ofViewport);
         else
             return;
         m_ran = true;
+    }
+
+    // The window dies of it, and is to hear of that while all in it are whole.
+    bool EndsWithClose() const {
+        return m_event.type() == QEvent::Close && m_widget.testAttribute(Qt::WA_DeleteOnClose);
     }
 
     bool IsGone() const { return m_window == nullptr; }
@@ -117,6 +129,8 @@ bool LookAt(CWnd& window, QWidget& widget, QEvent& event) {
             GiveBirth(window, widget);
             return false;
         case QEvent::Show:
+        case QEvent::WinIdChange:
+            if (event.type() == QEvent::Show) GiveBirth(window, widget);
             GuardTopLevelOf(widget);
             return false;
         case QEvent::KeyPress:
@@ -149,6 +163,10 @@ void GiveBirth(CWnd& window, QWidget& widget) {
     if (widget.isVisible()) GuardTopLevelOf(widget);
 }
 
+bool IsPainting() {
+    return EventCall::IsUnderWay(WM_PAINT);
+}
+
 bool PassEvent(CWnd const& window, unsigned message) {
     EventCall* const call = EventCall::Of(window, message);
     if (call == nullptr) return false;
@@ -166,7 +184,8 @@ void ForgetCalls(CWnd const& window) {
     EventCall::Forget(window);
 }
 
-bool FilterEvent(CWnd& window, QWidget& widget, bool ofViewport, QEvent& event) {
+bool FilterEvent(CWnd& window, QWidget& widget, QObject& receiver, QEvent& event) {
+    bool const ofViewport = &receiver != &widget;
     if (LookAt(window, widget, event)) return true;
     HWND const self = window.GetSafeHwnd();
     if (!self || IsAsked(window, event)) return false;
@@ -174,8 +193,11 @@ bool FilterEvent(CWnd& window, QWidget& widget, bool ofViewport, QEvent& event) 
     if (!native) return false;
     EventCall call(window, widget, native->message, event, ofViewport, nullptr);
     QPointer<QWidget> const alive(&widget);
+    QPointer<QObject> const stillReceives(&receiver);
     TovSendMessage(self, native->message, native->wParam, native->lParam);
-    if (!alive || call.Ran()) return true;
+    if (!alive || !stillReceives) return true;
+    if (call.Ran() && call.EndsWithClose() && event.isAccepted() && IsWindow(self)) window.DestroyWindow();
+    if (call.Ran()) return true;
     if (call.Passed() || !IsWindow(self)) return false;
     Swallow(event);
     return true;
@@ -203,8 +225,7 @@ bool RouteEvent(CWnd& window, QWidget& widget, bool ofViewport, QEvent& event, N
         Swallow(event);
         return true;
     }
-    bool const closes = event.type() == QEvent::Close && event.isAccepted() && IsWindow(self) &&
-                        widget.testAttribute(Qt::WA_DeleteOnClose);
+    bool const closes = call.EndsWithClose() && event.isAccepted() && IsWindow(self);
     bool const handled = call.Handled();
     if (closes) window.DestroyWindow();
     return handled;

@@ -7,11 +7,14 @@
 namespace tov {
 
 // For an event filter. Answers whether the toolkit is to go no further.
-bool FilterEvent(CWnd& window, QWidget& widget, bool ofViewport, QEvent& event);
+bool FilterEvent(CWnd& window, QWidget& widget, QObject& receiver, QEvent& event);
 
 // The window has passed a message on. Answers whether the message told of an event, which the toolkit's own
 // handler has had now, or is to have when all hooks are through.
 bool PassEvent(CWnd const& window, unsigned message);
+
+// Whether a window is being painted.
+bool IsPainting();
 
 // Closes the widget; its hooks and window have been asked already.
 void CloseAsked(CWnd const& window, QWidget& widget);

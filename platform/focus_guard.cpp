@@ -6,6 +6,7 @@
 
 #include <tov310/messages.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -19,12 +20,40 @@
 namespace tov {
 namespace {
 
-// A change of the focus that is being decided.
-struct FocusChange {
-    QWidget const* leaving;
-    QWidget const* next;
+// A change of the focus that is being decided. Whoever is asked may run a loop, in which others follow.
+class FocusChange {
+ public:
+    FocusChange(QWidget const& leaving, QWidget const& next)
+        : m_leaving(&leaving), m_next(&next), m_outer(innermost) {
+        innermost = this;
+    }
+    FocusChange(FocusChange const&) = delete;
+    FocusChange& operator=(FocusChange const&) = delete;
+    ~FocusChange() { innermost = m_outer; }
+
+    // The one that is under way; null for none. It is over as soon as the focus is back.
+    static FocusChange* Current() {
+        return innermost != nullptr && !innermost->m_isOver ? innermost : nullptr;
+    }
+
+    bool ComesBackTo(QWidget const& widget) {
+        if (&widget != m_leaving) return false;
+        m_isOver = true;
+        return true;
+    }
+    bool GoesTo(QWidget const& widget) const { return &widget == m_next; }
+
+ private:
+    static constinit inline FocusChange* innermost = nullptr;
+
+    QWidget const* m_leaving;
+    QWidget const* m_next;
+    bool m_isOver = false;
+    FocusChange* m_outer;
 };
-constinit FocusChange const* undecided = nullptr;
+
+// The window that a press was let pass to, until the press ends: it is not asked again for the focus.
+constinit HWND allowedByPress;
 
 constinit QPoint lastPress;
 
@@ -33,9 +62,13 @@ CWnd* Reached(QWidget const* widget) {
     return WindowRegistry::Instance().Nearest(widget);
 }
 
-// A press on a control that takes none is the window's around it.
+// A press on a button that takes none is the window's around it. Of all others the toolkit hands it on
+// itself.
 void TellOfPressOnDisabled(QWidget& control, CPoint const& global) {
-    QWidget* const around = LogicalParent(control);
+    if (qobject_cast<QAbstractButton*>(&control) == nullptr) return;
+    QWidget* around = LogicalParent(control);
+    while (around != nullptr && !around->isEnabled())
+        around = LogicalParent(*around);
     CWnd* const window = Reached(around);
     if (window == nullptr) return;
     TovSendMessage(window->GetSafeHwnd(), WM_LBUTTONDOWN, MK_LBUTTON,
@@ -54,7 +87,10 @@ class TopLevelGate : public QObject {
             case QEvent::MouseButtonDblClick: {
                 auto const& mouse = static_cast<QMouseEvent const&>(*event);
                 lastPress = mouse.globalPosition().toPoint();
-                m_isRefused = !LetPass(mouse.position(), PressMessage(mouse.button()));
+                QPointer<TopLevelGate> const alive(this);
+                bool const passes = LetPass(mouse.position(), PressMessage(mouse.button()));
+                if (!alive) return true;
+                m_isRefused = !passes;
                 return m_isRefused;
             }
             case QEvent::KeyPress:
@@ -67,14 +103,21 @@ class TopLevelGate : public QObject {
             case QEvent::MouseMove:
             case QEvent::MouseButtonRelease: {
                 bool const wasRefused = m_isRefused;
-                if (static_cast<QMouseEvent const&>(*event).buttons() == Qt::NoButton) m_isRefused = false;
+                if (static_cast<QMouseEvent const&>(*event).buttons() == Qt::NoButton) {
+                    m_isRefused = false;
+                    allowedByPress = {};
+                }
                 return wasRefused;
             }
             case QEvent::Wheel:
                 return !LetPass(static_cast<QWheelEvent const&>(*event).position(), WM_MOUSEWHEEL);
             case QEvent::TouchBegin: {
                 auto const& points = static_cast<QTouchEvent const&>(*event).points();
-                m_isTouchRefused = !points.isEmpty() && !LetPass(points.first().position(), WM_LBUTTONDOWN);
+                QPointer<TopLevelGate> const alive(this);
+                bool const passes = points.isEmpty() || LetPass(points.first().position(), WM_LBUTTONDOWN);
+                if (!alive) return true;
+                m_isTouchRefused = !passes;
+                event->setAccepted(!passes);  // or it would come again as a press
                 return m_isTouchRefused;
             }
             case QEvent::TouchUpdate:
@@ -106,12 +149,30 @@ class TopLevelGate : public QObject {
             return true;
         }
         CWnd* const window = Reached(target);
-        if (window == nullptr || TovWidget(window) == m_widget) return true;
-        if (window->GetDlgCtrlID() != IDHELP) return MayBeReached(*window, message);
+        if (window == nullptr) return true;
+        HWND const handle = window->GetSafeHwnd();
+        QWidget const* const reached = TovWidget(window);
+        bool const isGround = GroundTakesFocus(*target, reached, message);
+        if (reached->isWindow() && !isGround) return true;
+        QPointer<QAbstractButton> const button(qobject_cast<QAbstractButton*>(target));
+        if (MayBeReached(*window, isGround ? 0 : message)) {
+            allowedByPress = handle;
+            return true;
+        }
         // Help is for whoever does not know what is wrong: the press reaches it, and the focus stays.
-        int const policy = target->focusPolicy();
-        target->setFocusPolicy(static_cast<Qt::FocusPolicy>(policy & ~Qt::ClickFocus));
-        return true;
+        CWnd const* const still = CWnd::FromHandlePermanent(handle);
+        if (button && message == WM_LBUTTONDOWN && still != nullptr && still->GetDlgCtrlID() == IDHELP)
+            button->click();
+        return false;
+    }
+
+    // Whether something on the way to the window that only groups or scrolls would get the focus.
+    static bool GroundTakesFocus(QWidget const& target, QWidget const* reached, unsigned message) {
+        int const policy = message == WM_MOUSEWHEEL ? Qt::WheelFocus & ~Qt::StrongFocus : Qt::ClickFocus;
+        for (QWidget const* w = &target; w != nullptr && w != reached; w = w->parentWidget()) {
+            if (IsTransparent(*w) && (w->focusPolicy() & policy) != 0) return true;
+        }
+        return false;
     }
 
     QPointer<QWidget> m_widget;
@@ -137,23 +198,26 @@ bool MayBeReached(CWnd& window, unsigned mouseMessage) {
 }
 
 void GuardTopLevelOf(QWidget& widget) {
-    QWidget* const top = widget.window();
-    QWindow* const window = top->windowHandle();
-    if (window == nullptr || window->property(gateProperty).isValid()) return;
-    window->setProperty(gateProperty, true);
-    std::make_unique<TopLevelGate>(*window, *top).release();  // its window's child
+    // A widget with a window of the desktop's of its own hears of presses there.
+    for (QWidget* w = &widget; w != nullptr; w = w->isWindow() ? nullptr : w->parentWidget()) {
+        QWindow* const window = w->windowHandle();
+        if (window == nullptr || window->property(gateProperty).isValid()) continue;
+        window->setProperty(gateProperty, true);
+        std::make_unique<TopLevelGate>(*window, *w).release();  // its window's child
+    }
 }
 
 bool IsGuardingFocus(QWidget const& widget) {
-    return undecided != nullptr && undecided->leaving == &widget;
+    FocusChange* const change = FocusChange::Current();
+    return change != nullptr && change->ComesBackTo(widget);
 }
 
 bool RefuseFocusOut(QWidget& leaving, QFocusEvent const& event) {
     QWidget* const next = QApplication::focusWidget();
-    if (undecided != nullptr) {
-        // The focus goes back from a widget that has not heard of it yet.
-        return undecided->next == &leaving && next == undecided->leaving;
-    }
+    // The focus goes back from a widget that has not heard of it yet.
+    if (FocusChange const* const change = FocusChange::Current();
+        change != nullptr && change->GoesTo(leaving))
+        return true;
     Qt::FocusReason const reason = event.reason();
     if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
         reason == Qt::MenuBarFocusReason)
@@ -161,15 +225,17 @@ bool RefuseFocusOut(QWidget& leaving, QFocusEvent const& event) {
     if (next == nullptr || next == &leaving || next->window() != leaving.window()) return false;
     CWnd* const window = Reached(next);
     if (window == nullptr || window == Reached(&leaving)) return false;
+    if (reason == Qt::MouseFocusReason && window->GetSafeHwnd() == allowedByPress) return false;
 
     QPointer<QWidget> const alive(&leaving);
-    FocusChange const change{&leaving, next};
-    undecided = &change;
-    bool const passes = MayBeReached(*window, 0);
-    if (!passes && alive && Reached(QApplication::focusWidget()) != Reached(&leaving))
-        leaving.setFocus(Qt::OtherFocusReason);
-    undecided = nullptr;
-    return !passes || !alive;
+    QPointer<QWidget> const wanted(next);
+    FocusChange const change(leaving, *next);
+    if (MayBeReached(*window, 0)) return !alive;
+    if (!alive) return true;
+    QWidget const* const now = QApplication::focusWidget();
+    if (now == wanted.get() && now != nullptr) leaving.setFocus(Qt::OtherFocusReason);
+    // Whoever is wrong may be another than the one that is left, and have the focus now.
+    return QApplication::focusWidget() == &leaving;
 }
 
 }  // namespace tov

@@ -24,7 +24,6 @@ bool HappensOnViewport(QEvent::Type type) {
         case QEvent::MouseButtonDblClick:
         case QEvent::MouseMove:
         case QEvent::Wheel:
-        case QEvent::ContextMenu:
         case QEvent::Leave:
         case QEvent::Resize:
             return true;
@@ -127,7 +126,12 @@ int VirtualKeyOf(int qtKey, bool onKeypad) {
 std::optional<NativeMessage> MessageOf(QWidget const& widget, bool ofViewport, QEvent const& event) {
     QEvent::Type const type = event.type();
     bool const isArea = ofViewport || qobject_cast<QAbstractScrollArea const*>(&widget) != nullptr;
-    if (isArea && HappensOnViewport(type) != ofViewport) return std::nullopt;
+    // The menu is asked for with the mouse on the viewport, from the keyboard on the area.
+    bool const onViewport =
+        type == QEvent::ContextMenu
+            ? static_cast<QContextMenuEvent const&>(event).reason() != QContextMenuEvent::Keyboard
+            : HappensOnViewport(type);
+    if (isArea && onViewport != ofViewport) return std::nullopt;
     switch (type) {
         case QEvent::Move: {
             QPoint const place = static_cast<QMoveEvent const&>(event).pos();
@@ -179,6 +183,7 @@ std::optional<NativeMessage> MessageOf(QWidget const& widget, bool ofViewport, Q
         case QEvent::MouseMove:
             return MouseMessage(static_cast<QMouseEvent const&>(event));
         case QEvent::Wheel:
+            if (static_cast<QWheelEvent const&>(event).angleDelta().y() == 0) return std::nullopt;
             return WheelMessage(static_cast<QWheelEvent const&>(event));
         default:
             return std::nullopt;

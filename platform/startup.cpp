@@ -1,7 +1,7 @@
 #include "platform/startup.h"
 
-#include "platform/menu_view.h"
 #include "platform/announcer.h"
+#include "platform/menu_view.h"
 #include "platform/pump.h"
 #include "platform/screen.h"
 
@@ -74,6 +74,7 @@ class MainLoop : public QObject, public ScreenTimers {
 std::mutex loopGuard;
 std::unique_ptr<MainLoop> mainLoop;
 std::unique_ptr<Screen> screen;
+std::unique_ptr<CTovMessageWindow> anchor;
 std::unique_ptr<Announcer> announcer;
 std::unique_ptr<WindowPump> windowPump;
 MenuPort menus;
@@ -97,6 +98,7 @@ void StopPlatform() {
     }
     windowPump.reset();
     announcer.reset();
+    anchor.reset();
     screen.reset();
 }
 
@@ -109,6 +111,9 @@ void StartPlatform() {
         mainLoop = std::make_unique<MainLoop>();
     }
     screen = std::make_unique<Screen>(*mainLoop);
+    // The first window makes its thread the one of the interface; a worker with a window of its own must not.
+    anchor = std::make_unique<CTovMessageWindow>();
+    anchor->Create();
     announcer = std::make_unique<Announcer>();
     windowPump = std::make_unique<WindowPump>();
     TovSetDefaultSystem(screen.get());

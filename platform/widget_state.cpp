@@ -24,6 +24,7 @@
 #include <QWizard>
 
 #include <algorithm>
+#include <set>
 #include <vector>
 
 namespace tov {
@@ -50,6 +51,7 @@ int StandardIdOf(QWidget const& widget) {
         }
         if (auto const* const wizard = qobject_cast<QWizard const*>(w)) {
             if (wizard->button(QWizard::NextButton) == button) return ID_WIZNEXT;
+            if (wizard->button(QWizard::CommitButton) == button) return ID_WIZNEXT;
             if (wizard->button(QWizard::BackButton) == button) return ID_WIZBACK;
             if (wizard->button(QWizard::FinishButton) == button) return ID_WIZFINISH;
             if (wizard->button(QWizard::CancelButton) == button) return IDCANCEL;
@@ -67,34 +69,34 @@ constexpr int lastFreeId = 0x7FFF;
 int StatedId(QWidget const& widget) {
     CWnd const* const window = WindowRegistry::Instance().Find(&widget);
     int const ofWindow = window != nullptr ? window->CWnd::GetDlgCtrlID() : 0;
-    if (ofWindow != 0 || widget.dynamicPropertyNames().isEmpty()) return ofWindow;
-    return widget.property(tovIdProperty).toInt();
+    if (ofWindow != 0) return ofWindow;
+    int const stated = widget.dynamicPropertyNames().isEmpty() ? 0 : widget.property(tovIdProperty).toInt();
+    return stated != 0 ? stated : StandardIdOf(widget);
 }
 
-// Every control of a form asks for a number when the form is made.
-void MarkTakenIds(QWidget const& around, std::vector<bool>& taken) {
-    for (QObject* const child : around.children()) {
-        if (!child->isWidgetType()) continue;
-        auto const& widget = static_cast<QWidget const&>(*child);
-        if (widget.isWindow()) continue;
-        if (IsTransparent(widget)) {
-            MarkTakenIds(widget, taken);
-            continue;
-        }
-        int const given = WindowRegistry::Instance().GivenId(widget);
-        int const index = (given != 0 ? given : StatedId(widget)) - firstFreeId;
-        if (index < 0 || index > lastFreeId - firstFreeId) continue;
-        if (static_cast<std::size_t>(index) >= taken.size())
-            taken.resize(static_cast<std::size_t>(index) + 1);
-        taken[static_cast<std::size_t>(index)] = true;
+// All who stand beside the widget get theirs at the same time, in the order of the focus.
+int FreeIdOf(QWidget& widget) {
+    WindowRegistry& registry = WindowRegistry::Instance();
+    QWidget* const around = LogicalParent(widget);
+    if (int const id = registry.GivenId(widget, around); id != 0) return id;
+    std::vector<QWidget*> const siblings =
+        around != nullptr ? LogicalChildren(*around) : std::vector{&widget};
+    std::set<int> taken;
+    std::vector<QWidget*> without;
+    for (QWidget* const sibling : siblings) {
+        int const given = registry.GivenId(*sibling, around);
+        int const id = given != 0 ? given : StatedId(*sibling);
+        id != 0 ? static_cast<void>(taken.insert(id)) : without.push_back(sibling);
     }
+    int next = firstFreeId;
+    for (QWidget* const sibling : without) {
+        while (taken.contains(next) && next < lastFreeId)
+            ++next;
+        registry.GiveId(*sibling, around, next);
+        taken.insert(next);
+    }
+    return registry.GivenId(widget, around);
 }
-
-int FreeIdBeside(QWidget const& widget) {
-    std::vector<bool> taken;
-    if (QWidget const* const around = LogicalParent(widget)) MarkTakenIds(*around, taken);
-    auto const free = std::ranges::find(taken, false) - taken.begin();
-    return std::min(firstFreeId + static_cast<int>(free), lastFreeId);
 }
 
 unsigned long ButtonStyleOf(QWidget const& widget, unsigned long stored) {
@@ -143,22 +145,16 @@ std::vector<HWND> ChildrenOf(QWidget const& widget) {
     std::vector<HWND> children;
     for (QWidget* const child : LogicalChildren(widget)) {
         if (WindowRegistry::Instance().IsDead(*child)) continue;
-        HWND const window = TovHandle(child);
-        if (window) children.push_back(window);
+        CWnd const* const window = WindowRegistry::Instance().Of(child);
+        if (window != nullptr && window->GetSafeHwnd()) children.push_back(window->GetSafeHwnd());
     }
     return children;
 }
 
 int IdOf(QWidget& widget, int given) {
     if (given != 0) return given;
-    if (int const stated = StatedId(widget); stated != 0) return stated;
-    WindowRegistry& registry = WindowRegistry::Instance();
-    if (int const before = registry.GivenId(widget); before != 0) return before;
-    int id = StandardIdOf(widget);
-    if (id == 0 && widget.isWindow()) return 0;
-    if (id == 0) id = FreeIdBeside(widget);
-    registry.GiveId(widget, id);
-    return id;
+    int const stated = StatedId(widget);
+    return stated != 0 || widget.isWindow() ? stated : FreeIdOf(widget);
 }
 
 CString ClassNameOf(QWidget const& widget) {
@@ -283,7 +279,8 @@ void SetFontOf(QWidget& widget, HFONT font) {
 
 void Redraw(QWidget& widget, unsigned flags) {
     QWidget& shown = const_cast<QWidget&>(ClientWidget(widget));
-    if ((flags & RDW_UPDATENOW) != 0)
+    // Not at once while something is being painted.
+    if ((flags & RDW_UPDATENOW) != 0 && !IsPainting())
         shown.repaint();
     else if ((flags & RDW_INVALIDATE) != 0)
         shown.update();
@@ -316,10 +313,31 @@ LRESULT AnswerAsToolkit(CWnd& window, QWidget& widget, unsigned message, WPARAM 
     }
 }
 
-void HideDead(QWidget& widget) {
-    WindowRegistry::Instance().NoteDeath(widget);
-    widget.hide();
-    if (widget.property(madeByFactoryProperty).toBool()) widget.deleteLater();
+// Windows that end with the one around them, while that ends.
+static std::vector<QPointer<QWidget>>& EndedWithin() {
+    static auto& widgets = *std::make_unique<std::vector<QPointer<QWidget>>>().release();
+    return widgets;
+}
+static constinit int endsUnderWay = 0;
+
+DeathOfWidget::DeathOfWidget(QWidget& widget) : m_widget(&widget) {
+    ++endsUnderWay;
+}
+
+DeathOfWidget::~DeathOfWidget() {
+    bool const isOutermost = --endsUnderWay == 0;
+    if (m_widget) {
+        // Who asks for the children of a window meanwhile must not give them a new life.
+        WindowRegistry::Instance().NoteDeath(*m_widget);
+        if (isOutermost) m_widget->hide();
+        if (m_widget->property(madeByFactoryProperty).toBool()) m_widget->deleteLater();
+        if (!isOutermost) EndedWithin().push_back(m_widget);
+    }
+    if (!isOutermost) return;
+    // They are born again with the window around them.
+    for (QPointer<QWidget> const& widget : std::exchange(EndedWithin(), {})) {
+        if (widget) WindowRegistry::Instance().NoteBirth(*widget);
+    }
 }
 
 }  // namespace detail

@@ -6,6 +6,8 @@
 
 #include <tov310/hooks.h>
 
+#include <QChildEvent>
+
 #include <unordered_map>
 
 namespace tov {
@@ -22,7 +24,12 @@ ForeignWindow::~ForeignWindow() {
 }
 
 bool ForeignWindow::eventFilter(QObject* receiver, QEvent* event) {
-    return FilterEvent(*this, m_widget, receiver != &m_widget, *event);
+    // An area may get another viewport.
+    if (receiver == &m_widget && event->type() == QEvent::ChildPolished) {
+        auto const* const area = qobject_cast<QAbstractScrollArea*>(&m_widget);
+        if (area != nullptr && area->viewport() != nullptr) area->viewport()->installEventFilter(this);
+    }
+    return FilterEvent(*this, m_widget, *receiver, *event);
 }
 
 WindowRegistry& WindowRegistry::Instance() {
@@ -40,6 +47,7 @@ CWnd* WindowRegistry::Of(QWidget* widget) {
     if (widget == nullptr) return nullptr;
     if (QAbstractScrollArea* const area = AreaOfViewport(widget)) widget = area;
     CWnd* window = m_windows.value(widget, nullptr);
+    if (window == nullptr && m_ending.contains(widget)) return nullptr;
     if (window == nullptr) {
         auto foreign = std::make_unique<ForeignWindow>(*widget);
         window = foreign.get();
@@ -56,14 +64,16 @@ QWidget* WindowRegistry::WidgetOf(CWnd const* window) const {
 
 CWnd* WindowRegistry::Nearest(QWidget const* widget) const {
     for (; widget != nullptr; widget = widget->isWindow() ? nullptr : widget->parentWidget()) {
-        CWnd* const window = Find(widget);
-        if (window != nullptr && window->GetSafeHwnd()) return window;
+        // What only groups or scrolls may have got a window while it stood alone.
+        CWnd* const window = m_windows.value(widget, nullptr);
+        if (window != nullptr && window->GetSafeHwnd() && !IsTransparent(*widget)) return window;
     }
     return nullptr;
 }
 
 void WindowRegistry::Add(QWidget& widget, CWnd& window) {
     StartPlatform();
+    m_ending.remove(&widget);
     m_windows[&widget] = &window;
     m_widgets[&window] = &widget;
 }
@@ -73,6 +83,11 @@ void WindowRegistry::Remove(QWidget const& widget, CWnd const& window) {
     m_widgets.remove(&window);
     m_dead.remove(&widget);
     m_givenIds.remove(&widget);
+    // What still happens as the widget's own classes and its children go must not make a window of it again.
+    // The last child ends that.
+    m_ending.insert(&widget);
+    auto* const end = std::make_unique<QObject>(const_cast<QWidget*>(&widget)).release();
+    QObject::connect(end, &QObject::destroyed, [this, ended = &widget] { m_ending.remove(ended); });
 }
 
 void WindowRegistry::Drop(QWidget const& widget) {
@@ -80,13 +95,16 @@ void WindowRegistry::Drop(QWidget const& widget) {
     if (found == m_foreign.end()) return;
     // Its hooks are told while it still can be found.
     std::unique_ptr<ForeignWindow> const window = std::move(found->second);
+    ForgetCalls(*window);
     TovWindowLife::End(*window);
     m_foreign.erase(&widget);
     Remove(widget, *window);
 }
 
 CWnd* TovWnd(QWidget* widget) {
-    return WindowRegistry::Instance().Of(widget);
+    CWnd* const window = WindowRegistry::Instance().Of(widget);
+    if (auto* const foreign = dynamic_cast<ForeignWindow*>(window)) foreign->Name();
+    return window;
 }
 
 HWND TovHandle(QWidget* widget) {
@@ -106,6 +124,10 @@ namespace detail {
 
 void RegisterWidget(QWidget& widget, CWnd& window) {
     WindowRegistry::Instance().Add(widget, window);
+}
+
+void BearWindow(CWnd& window, QWidget& widget) {
+    GiveBirth(window, widget);
 }
 
 void ForgetWidget(QWidget& widget, CWnd& window) {

@@ -20,8 +20,13 @@ class ForeignWindow final : public QObject, public CTovWidgetWnd<CWnd> {
     QWidget& Widget() const override { return m_widget; }
     bool eventFilter(QObject* receiver, QEvent* event) override;
 
+    // Whether somebody outside has asked for this window, and so means it by name.
+    bool IsNamed() const { return m_isNamed; }
+    void Name() { m_isNamed = true; }
+
  private:
     QWidget& m_widget;
+    bool m_isNamed = false;
 };
 
 class WindowRegistry {
@@ -34,9 +39,13 @@ class WindowRegistry {
     // Whether that window was made for a widget which is not the library's.
     bool IsForeign(QWidget const& widget) const { return m_foreign.contains(&widget); }
 
-    // The number that was given to a widget which states none; 0 for none yet.
-    int GivenId(QWidget const& widget) const { return m_givenIds.value(&widget, 0); }
-    void GiveId(QWidget const& widget, int id) { m_givenIds[&widget] = id; }
+    // The number that was given to a widget which states none, while it stands in the same window; 0 for
+    // none.
+    int GivenId(QWidget const& widget, QWidget const* around) const {
+        auto const given = m_givenIds.find(&widget);
+        return given != m_givenIds.end() && given->second == around ? given->first : 0;
+    }
+    void GiveId(QWidget const& widget, QWidget const* around, int id) { m_givenIds[&widget] = {id, around}; }
 
     // The window of the widget, made and born if need be.
     CWnd* Of(QWidget* widget);
@@ -61,7 +70,8 @@ class WindowRegistry {
     QHash<QWidget const*, CWnd*> m_windows;
     QHash<CWnd const*, QWidget*> m_widgets;
     QSet<QWidget const*> m_dead;
-    QHash<QWidget const*, int> m_givenIds;
+    QHash<QWidget const*, std::pair<int, QWidget const*>> m_givenIds;
+    QSet<QWidget const*> m_ending;
     std::unordered_map<QWidget const*, std::unique_ptr<ForeignWindow>> m_foreign;
 };
 

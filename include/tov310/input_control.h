@@ -173,6 +173,7 @@ class TOV_CORE_API CTovInputControl {
     int m_bEmptyAllowed = 0;
     int m_bReadOnlyMode = 0;
     int m_bChangedByUser = 0;
+    int m_bContainerIsParent = 0;  // whichever that is
     HWND m_container;
     std::unique_ptr<CTovSubclassControl> const m_SubclassControl;
 };

@@ -34,7 +34,8 @@ class TOV_CORE_API CTovInputControlContainer {
     virtual CWnd* ValidateAllDlgCtrls(int ignoreEmpty, int command, unsigned long& data, CString& message);
 
     // Asks all controls for a command, as OK does; a failing one gets the focus and its words are shown. 1:
-    // all are right. A window that is not the library's asks it where it accepts what was typed:
+    // all are right. A window that is not the library's asks it where it accepts
+    // what was typed (1), applies it (12321) or turns to the next page (12324):
     //
     //   void MyDialog::accept() { if (m_container.ValidateCommand(1)) QDialog::accept(); }
     int ValidateCommand(int command);
@@ -128,6 +129,7 @@ class TOV_CORE_API CTovInputControlContainer {
     bool LetCommandPass(WPARAM wParam, LPARAM lParam);
 
     CWnd* const m_pWnd;
+    std::shared_ptr<void const> m_life = std::make_shared<char>();  // asked for after calls to the host
     int m_bIsFileDialog = 0;
     HWND m_hWndTopmostFocus;
     int m_bFocusBlocked = 0;
@@ -137,7 +139,7 @@ class TOV_CORE_API CTovInputControlContainer {
     int m_bHandleTabKey = 0;
     int m_bEmptyBlocksFocus = 0;
     CTovInputControlContainer* m_pActiveContainer = nullptr;
-    std::unique_ptr<CTovSubclassContainer> m_SubclassContainer;
+    std::shared_ptr<CTovSubclassContainer> m_SubclassContainer;
     std::vector<std::shared_ptr<CTovSubclassDlgItem>> m_DlgItems;
     std::vector<std::pair<HWND, HWND>> m_PendingChildren;  // control and child
 };

@@ -80,6 +80,9 @@ class TOV_CORE_API CWnd : public CCmdTarget {
     // 0 before birth and after death.
     HWND GetSafeHwnd() const { return m_handle; }
 
+    // The same, and a window whose class can be born without a call of Create is born now.
+    virtual HWND NeedHandle() { return m_handle; }
+
     // Ends the window, and before it those that stand in it; each is told by WM_DESTROY, the outer first,
     // while all are whole. The object stays and can be born again, under a new handle. Answers 1, or 0 when
     // there is no window. (A destructor ends the window without that message.)
@@ -194,6 +197,7 @@ class TOV_CORE_API CWnd : public CCmdTarget {
     unsigned long m_style = 0;
     unsigned long m_exStyle = 0;
     int m_id = 0;
+    bool m_isDying = false;
 };
 
 // For the layer of the toolkit, whose windows are born and die with its objects.

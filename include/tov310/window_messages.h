@@ -56,7 +56,7 @@ inline constexpr unsigned WM_MBUTTONDBLCLK = 0x0209;
 inline constexpr unsigned WM_MOUSEWHEEL =
     0x020A;  // upper half of wParam: 120 a notch, positive away from the user
 
-// From one window to another.
+// From one window to another; the toolkit sends none of them by itself but WM_COMMAND.
 inline constexpr unsigned WM_SETREDRAW = 0x000B;   // wParam: whether it paints itself from now on
 inline constexpr unsigned WM_NOTIFY = 0x004E;      // lParam: an NMHDR const*
 inline constexpr unsigned WM_GETDLGCODE = 0x0087;  // answers the kind of control, DLGC_ bits

@@ -87,7 +87,20 @@ TOV_UI_API HFONT FontOf(QWidget const& widget);
 TOV_UI_API void SetFontOf(QWidget& widget, HFONT font);
 TOV_UI_API void Redraw(QWidget& widget, unsigned flags);
 TOV_UI_API int TakePlace(QWidget& widget, CWnd& window, unsigned id, CWnd* parent);
-TOV_UI_API void HideDead(QWidget& widget);
+TOV_UI_API void BearWindow(CWnd& window, QWidget& widget);
+
+// Around the end of a window: its widget is hidden and stays its owner's; one that a dialog template made is
+// deleted soon. Those in it end with it and come back when it is born again.
+class TOV_UI_API DeathOfWidget {
+ public:
+    explicit DeathOfWidget(QWidget& widget);
+    DeathOfWidget(DeathOfWidget const&) = delete;
+    DeathOfWidget& operator=(DeathOfWidget const&) = delete;
+    ~DeathOfWidget();
+
+ private:
+    QPointer<QWidget> m_widget;
+};
 
 // Abstract widgets, which nobody can ask, are made from their parent.
 template <class Q, class... Arguments>
@@ -150,14 +163,14 @@ class CTovWidgetWnd : public W {
         return detail::AnswerAsToolkit(*this, Widget(), message, wParam, lParam);
     }
 
-    // The widget is hidden and stays its owner's; one that a dialog template made is deleted soon.
+    HWND NeedHandle() override {
+        detail::BearWindow(*this, Widget());
+        return this->GetSafeHwnd();
+    }
     int DestroyWindow() override {
-        HWND const self = this->GetSafeHwnd();
-        if (!self) return 0;
-        QPointer<QWidget> const widget(&Widget());
-        int const result = W::DestroyWindow();
-        if (widget) detail::HideDead(*widget);
-        return result;
+        if (!this->GetSafeHwnd()) return 0;
+        detail::DeathOfWidget const death(Widget());
+        return W::DestroyWindow();
     }
 
  protected:

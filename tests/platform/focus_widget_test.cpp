@@ -1,6 +1,7 @@
 // The focus stays with a control that is wrong, whatever the user does, and nothing of the control is lost.
 #include "support/widgets.h"
 
+#include <tov310/hooks.h>
 #include <tov310/input_control.h>
 #include <tov310/input_control_container.h>
 #include <tov310/messages.h>
@@ -245,6 +246,146 @@ TEST_F(FocusGuardOnWidgets, LeavesOtherWindowsAlone) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
     EXPECT_EQ(QApplication::focusWidget(), &form.first);
     ExpectRefused("Tab", [&] { form.Key(Qt::Key_Tab); });
+}
+
+TEST_F(FocusGuardOnWidgets, GivesTheFocusBackToWhoIsWrong) {
+    BeWrong();
+    form.box.button(QDialogButtonBox::Cancel)->setFocus();
+    EXPECT_TRUE(form.box.button(QDialogButtonBox::Cancel)->hasFocus());
+    form.second.setFocus();
+    EXPECT_EQ(QApplication::focusWidget(), &form.first);
+}
+
+TEST_F(FocusGuardOnWidgets, AnswersInALoopOfItsOwn) {
+    // Whoever shows the text may run a loop, in which another form is guarded as well.
+    struct Talking : Form::Container {
+        using Container::Container;
+        void OnShowValidationText(HWND window, unsigned id, unsigned long data, CString* message) override {
+            Container::OnShowValidationText(window, id, data, message);
+            if (atShow) std::exchange(atShow, nullptr)();
+        }
+        std::function<void()> atShow;
+    };
+    QDialog outer;
+    Field wrong(&outer), other(&outer);
+    QVBoxLayout layout(&outer);
+    layout.addWidget(&wrong);
+    layout.addWidget(&other);
+    Talking container(TovWnd(&outer));
+    outer.show();
+    outer.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&outer));
+    wrong.setFocus();
+    container.HookContainer();
+    container.HookAllDlgCtrls(nullptr);
+    wrong.setText("bad outer");
+    container.atShow = [&] {
+        form.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+        ExpectRefused("Tab within the loop", [&] { form.second.setFocus(); });
+        outer.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&outer));
+    };
+    other.setFocus();
+    EXPECT_EQ(container.shown.size(), 1u);
+    EXPECT_EQ(outer.focusWidget(), &wrong);
+}
+
+TEST_F(FocusGuardOnWidgets, TakesANumberOfHelpForNothingElse) {
+    form.second.setProperty(tovIdProperty, IDHELP);
+    ExpectRefused("click on a field with the number of help", [&] { form.Click(form.second); });
+    form.first.setText("fine");
+    form.Click(form.second);
+    EXPECT_EQ(QApplication::focusWidget(), &form.second);
+}
+
+TEST_F(FocusGuardOnWidgets, SurvivesTheEndOfWhatItGuards) {
+    struct Ending : Form::Container {
+        using Container::Container;
+        void OnPrepareShowValidationText(HWND, unsigned, unsigned long, CString*) override { ended.reset(); }
+        std::unique_ptr<Ending>& ended;
+        Ending(CWnd* window, std::unique_ptr<Ending>& owner) : Container(window), ended(owner) {}
+    };
+    QDialog dialog;
+    Field field(&dialog), other(&dialog);
+    dialog.show();
+    std::unique_ptr<Ending> container;
+    container = std::make_unique<Ending>(TovWnd(&dialog), container);
+    dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    field.setFocus();
+    container->HookContainer();
+    container->HookAllDlgCtrls(nullptr);
+    field.setText("bad");
+    other.setFocus();
+    EXPECT_EQ(container, nullptr);
+
+    auto doomed = std::make_unique<QDialog>();
+    auto* const button = new QPushButton("x", doomed.get());
+    button->resize(50, 30);
+    struct Hook : CTovSubclassWnd {
+        LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override {
+            if (message != WM_MOUSEACTIVATE) return CTovSubclassWnd::WindowProc(message, wParam, lParam);
+            window->reset();
+            return 0;
+        }
+        std::unique_ptr<QDialog>* window = nullptr;
+    } hook;
+    hook.window = &doomed;
+    hook.HookWindow(TovHandle(button));
+    doomed->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(doomed.get()));
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(5, 5), button->mapToGlobal(QPointF(5, 5)),
+                      Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(doomed->windowHandle(), &press);
+    EXPECT_EQ(doomed, nullptr);
+}
+
+// A form that scrolls, in a page of a larger window.
+TEST(FocusGuardOnPages, GuardsAPlainWidgetAndTheGroundOfIt) {
+    QMainWindow window;
+    auto* const page = new QWidget;
+    window.setCentralWidget(page);
+    auto* const layout = new QVBoxLayout(page);
+    auto* const area = new QScrollArea;
+    auto* const inner = new QWidget;
+    auto* const innerLayout = new QVBoxLayout(inner);
+    auto* const group = new QGroupBox("group");
+    group->setCheckable(true);
+    auto* const field = new Field;
+    auto* const combo = new QComboBox;
+    combo->setEditable(true);
+    innerLayout->addWidget(field);
+    innerLayout->addWidget(group);
+    innerLayout->addWidget(combo);
+    area->setWidget(inner);
+    layout->addWidget(area);
+    window.resize(400, 400);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    Form::Container container(TovWnd(page));
+    field->setFocus();
+    container.HookContainer();
+    container.HookAllDlgCtrls(nullptr);
+    EXPECT_EQ(TovWidget(container.GetWndTopmostFocus()), field);
+    field->setText("bad");
+    auto const click = [&](QWidget& on, QPoint place) {
+        container.shown.clear();
+        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, on.mapTo(&window, place));
+        EXPECT_EQ(QApplication::focusWidget(), field);
+        EXPECT_EQ(container.shown.size(), 1u);
+    };
+    click(*area->viewport(), {area->viewport()->width() - 3, area->viewport()->height() - 3});
+    click(*group, {12, 8});
+    EXPECT_TRUE(group->isChecked());
+    QTest::keyClick(window.windowHandle(), Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), field);
+    field->setText("fine");
+    combo->setFocus();
+    container.hidden = 0;
+    QTest::keyClicks(combo, "x");
+    EXPECT_GE(container.hidden, 1);
 }
 
 // A form that is used at random. What a user may rely on is asked after every step.

@@ -3,9 +3,9 @@
 #include <tov310/styles.h>
 #include <tov310/ui.h>
 
-#include <QSignalSpy>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <QSignalSpy>
 
 #include <functional>
 

@@ -190,6 +190,78 @@ TEST(WindowLife, EndsFromTheOutsideInWhileAllAreWhole) {
     EXPECT_TRUE(TovHandle(&again));
 }
 
+TEST(WindowLife, EndsOnceWhoeverAsksAndComesBackWhole) {
+    Plain window;
+    auto* const child = new Plain(&window);
+    int told = 0;
+    window.atMessage = [&](unsigned message) {
+        if (message != WM_DESTROY) return;
+        ++told;
+        window.DestroyWindow();
+    };
+    child->atMessage = [&](unsigned message) {
+        if (message == WM_DESTROY) window.DestroyWindow();
+    };
+    window.show();
+    HWND const first = window.GetSafeHwnd();
+    window.DestroyWindow();
+    EXPECT_EQ(told, 1);
+    EXPECT_FALSE(child->GetSafeHwnd());
+    window.show();
+    EXPECT_TRUE(window.GetSafeHwnd());
+    EXPECT_NE(window.GetSafeHwnd(), first);
+    EXPECT_EQ(window.GetChildren().size(), 1u);
+    EXPECT_TRUE(child->isVisible());
+
+    // A dialog of the toolkit's own with a view of the library in it.
+    auto* const dialog = new QDialog;
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    auto* const view = new Plain(dialog);
+    int ended = 0;
+    view->atMessage = [&](unsigned message) { ended += message == WM_DESTROY; };
+    TovHandle(dialog);
+    dialog->show();
+    dialog->close();
+    EXPECT_EQ(ended, 1);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+TEST(WindowTree, FollowsOwnersClassesAndParents) {
+    struct Canvas : QWidget {
+        using QWidget::QWidget;
+    };
+    QWidget owner;
+    QDialog dialog(&owner);
+    auto* const canvas = new Canvas(&dialog);
+    auto* const edit = new QLineEdit(canvas);
+    dialog.show();
+    EXPECT_NE(TovWnd(&dialog)->GetStyle() & WS_VISIBLE, 0u) << "whatever its owner is";
+    EXPECT_EQ(TovWidget(TovWnd(edit)->GetParent()), canvas)
+        << "a class of a host is a window, with signals or not";
+
+    QDialog other;
+    auto* const there = new QLineEdit(&other);
+    auto* const here = new QLineEdit(&dialog);
+    EXPECT_NE(TovWnd(there)->GetDlgCtrlID(), 0);
+    EXPECT_NE(TovWnd(here)->GetDlgCtrlID(), 0);
+    here->setParent(&other);
+    EXPECT_NE(TovWnd(there)->GetDlgCtrlID(), TovWnd(here)->GetDlgCtrlID());
+
+    QToolBox box;
+    auto* const back = new QLineEdit;
+    box.addItem(new QLabel("front"), "1");
+    box.addItem(back, "2");
+    box.show();
+    EXPECT_NE(TovWnd(back)->GetStyle() & WS_VISIBLE, 0u);
+    TovWnd(back)->SetFocus();
+    EXPECT_EQ(box.currentIndex(), 1);
+
+    CWndOn<QMainWindow, CFrameWnd> frame;
+    Plain view;
+    frame.SetActiveView(&view);
+    EXPECT_EQ(frame.GetActiveView(), &view) << "born by that";
+}
+
 // Own and foreign widgets alike.
 template <class Edit>
 void HearsWhatHappens() {
@@ -268,6 +340,48 @@ TEST(WindowEvents, OfAViewportAreTheAreas) {
     expect(foreign);
     CWndOn<QListWidget, CWnd> own;
     expect(own);
+}
+
+TEST(WindowEvents, OfAnotherViewportAndOfTheKeyboard) {
+    QListWidget list;
+    Hook hook;
+    hook.HookWindow(TovHandle(&list));
+    list.setViewport(new QWidget);
+    list.resize(200, 100);
+    list.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&list));
+    hook.heard.clear();
+    QTest::mouseClick(list.windowHandle(), Qt::LeftButton, {}, {50, 50});
+    EXPECT_EQ(hook.Count(WM_LBUTTONDOWN), 1);
+    CPoint place;
+    hook.atMessage = [&](unsigned message, WPARAM, LPARAM lParam) -> std::optional<LRESULT> {
+        if (message == WM_CONTEXTMENU) place = TovPointOf(lParam);
+        return std::nullopt;
+    };
+    QContextMenuEvent menu(QContextMenuEvent::Keyboard, {5, 5}, list.mapToGlobal(QPoint(5, 5)));
+    QCoreApplication::sendEvent(&list, &menu);
+    EXPECT_EQ(place, CPoint(-1, -1));
+}
+
+TEST(WindowEvents, OfDisabledControlsAreTheirParentsOnce) {
+    Plain form;
+    form.resize(200, 100);
+    QPushButton button(&form);
+    QLineEdit edit(&form);
+    QSpinBox spin(&form);
+    int y = 0;
+    for (QWidget* const w : std::initializer_list<QWidget*>{&button, &edit, &spin}) {
+        w->setGeometry(0, y, 100, 25);
+        w->setEnabled(false);
+        y += 30;
+    }
+    form.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&form));
+    for (QWidget* const w : std::initializer_list<QWidget*>{&button, &edit, &spin}) {
+        form.heard.clear();
+        QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {}, w->geometry().center());
+        EXPECT_EQ(std::ranges::count(form.heard, WM_LBUTTONDOWN), 1) << w->metaObject()->className();
+    }
 }
 
 TEST(WindowEvents, RunTheHandlersBeforeCodeThatComesAfter) {

@@ -10,7 +10,8 @@ namespace {
 void OnQtMessage(QtMsgType type, QMessageLogContext const&, QString const& text) {
     QByteArray const bytes = text.toUtf8();
     // The toolkit's own words about a screen that it does not have.
-    bool const isExpected = text.startsWith("This plugin does not support") || text.contains("propagateSizeHints");
+    bool const isExpected =
+        text.startsWith("This plugin does not support") || text.contains("propagateSizeHints");
     if (type == QtWarningMsg || type == QtCriticalMsg || type == QtFatalMsg) {
         if (!isExpected) ADD_FAILURE() << "Qt says: " << bytes.constData();
     } else {
@@ -18,12 +19,24 @@ void OnQtMessage(QtMsgType type, QMessageLogContext const&, QString const& text)
     }
 }
 
+// What is not told otherwise: no display, the same look everywhere, and settings that nobody else has.
+void SetUpEnvironment(QString const& folder) {
+    auto const preset = [](char const* name, QByteArray const& value) {
+        if (!qEnvironmentVariableIsSet(name)) qputenv(name, value);
+    };
+    preset("QT_QPA_PLATFORM", "offscreen");
+    preset("QT_SCALE_FACTOR", "1");
+    preset("QT_STYLE_OVERRIDE", "fusion");
+    preset("XDG_RUNTIME_DIR", folder.toUtf8());
+    qputenv("XDG_CONFIG_HOME", folder.toUtf8());
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    // Also whoever only asks which tests there are.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QTemporaryDir const folder;
+    SetUpEnvironment(folder.path());
     QApplication const application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     qInstallMessageHandler(OnQtMessage);

@@ -319,7 +319,7 @@ TEST_F(Dialog, FillsAnyWidgetAndTellsOfCutTexts) {
     TovRemoveControlFactory(&factory);
     EXPECT_THAT(test::TakeFaults(),
                 ElementsAre(testing::StartsWith("d: control 2 (Button 6): the text needs ")));
-    HWND const slider = TovWnd(&window)->GetDlgItem(5);
+    HWND const slider = TovWnd(&host)->GetDlgItem(5);
     EXPECT_EQ(TovWidget(slider)->metaObject()->className(), std::string("QSlider"));
     EXPECT_EQ(before.nextInFocusChain()->nextInFocusChain(), TovWidget(slider));
     CString message;
