@@ -97,7 +97,6 @@ int FreeIdOf(QWidget& widget) {
     }
     return registry.GivenId(widget, around);
 }
-}
 
 unsigned long ButtonStyleOf(QWidget const& widget, unsigned long stored) {
     if (qobject_cast<QRadioButton const*>(&widget) != nullptr) return BS_AUTORADIOBUTTON;
