@@ -87,15 +87,16 @@ void CTovEditFilename::OnButtonClicked() {
 }
 
 void CTovEditFilename::SelectDirectory() {
-    SelectFile();
+    SelectWith(m_browse);
 }
 
 void CTovEditFilename::SelectFile() {
-    ITovBrowseForFile* browse = m_browse != nullptr ? m_browse : TovGetBrowseForFile();
-    SelectWith(browse != nullptr ? browse : &ToolkitBrowse());
+    SelectWith(m_browse);
 }
 
 void CTovEditFilename::SelectWith(ITovBrowseForFile* browse) {
+    if (browse == nullptr) browse = TovGetBrowseForFile();
+    if (browse == nullptr) browse = &ToolkitBrowse();
     QPointer<CTovEditFilename> const alive(this);
     CString chosen;
     SetInlineControlContainerDialogBoxPending(1);

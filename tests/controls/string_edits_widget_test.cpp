@@ -149,6 +149,11 @@ TEST(FilenameEdit, LetsTheUserChooseInTheToolkitsDialog) {
     browse.edit->BrowseWith(&browse);
     static_cast<CTovEditHost&>(*browse.edit).DispatchButtonClicked();
     EXPECT_EQ(browse.owner, window);
+    auto dying = std::make_unique<CTovEditFilename>(CTovEditFilename::eTypeDirectory);
+    dying->show();
+    QTimer::singleShot(0, [&] { dying.reset(); });
+    static_cast<CTovEditHost&>(*dying).DispatchButtonClicked();
+    EXPECT_EQ(dying, nullptr);
 }
 
 TEST(SwitchedEdit, IsOneControlOfTheFormWhateverItBecomes) {
