@@ -17,7 +17,7 @@ Gallery::Gallery(QWidget* parent)
       m_list(*std::make_unique<QListWidget>(this).release()),
       m_pages(*std::make_unique<QStackedWidget>(this).release()) {
     setWindowTitle(Words(textGallery));
-    resize(760, 640);
+    resize(760, 680);
     tov::CTovUnitSettingsAngle::Default().Unit(tov::TOV_UNIT_DMS);
     tov::CTovUnitSettingsAngleLatLon::Default().Unit(tov::TOV_UNIT_DMS);
     tov::CTovUnitSettingsDistance::Default().Unit(tov::TOV_UNIT_METRES);

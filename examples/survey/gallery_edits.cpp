@@ -265,6 +265,7 @@ void FillSwitched(GalleryPage& page) {
     page.SetControl(&edit, edit, unit);
     unit->setProperty(tov::tovIdProperty, idUnitLabel);
     edit.UnitAbbreviation(idUnitLabel);
+    tov::TovHandle(&edit);
     Follow(page, edit, &Edit::validityChanged, &Edit::emptyChanged, &Edit::editingDone);
     page.AddSwitch(optionReadOnly, false, [&edit](bool on) { edit.SetReadOnlyMode(on); });
     page.AddSwitch(optionEmptyAllowed, false, [&edit](bool on) { edit.SetEmptyAllowed(on); });
@@ -274,6 +275,11 @@ void FillSwitched(GalleryPage& page) {
     for (unsigned kind = 0; kind < kinds; ++kind) {
         auto const type = static_cast<tov::eTovSwitchedType>(kind + 1);
         Edit& sample = *std::make_unique<Edit>(type, &page).release();
+        tov::TovHandle(&sample);
+        sample.SetString("/Tov310");
+        sample.SetInt(33);
+        sample.SetDouble(12.5);
+        if (auto* const value = dynamic_cast<tov::CTovEditValue*>(&sample.GetEdit())) value->SetValue(0.75);
         page.AddSample(textSwitched + kind, &sample);
     }
 }
