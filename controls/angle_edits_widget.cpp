@@ -69,11 +69,12 @@ class CTovEditValueAngle::FieldOf : public Edit {
  protected:
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override {
         HWND const self = this->GetSafeHwnd();
+        bool const isOfPopup = message == WM_KILLFOCUS && IsFocusOfPopup(*this, message);
         if (message == WM_KEYDOWN && m_angle.OnFieldKey(static_cast<int>(wParam), *this)) return 0;
         LRESULT const result = Edit::WindowProc(message, wParam, lParam);
         if (!IsWindow(self)) return result;
         if (message == WM_SETFOCUS) m_angle.m_mask.OnFieldFocus(m_angle.GetChildEditFocus());
-        if (message == WM_KILLFOCUS) m_angle.OnFieldLeft();
+        if (message == WM_KILLFOCUS && !isOfPopup) m_angle.OnFieldLeft();
         return result;
     }
 
@@ -95,6 +96,7 @@ class CTovEditValueAngle::FieldOf : public Edit {
 
     // Tab goes through the fields and then on.
     bool focusNextPrevChild(bool next) override {
+        if (!m_angle.m_mask.IsChildEdit(this)) return Edit::focusNextPrevChild(next);  // it goes
         next ? m_angle.NextChildEdit() : m_angle.PrevChildEdit();
         return true;
     }
@@ -177,6 +179,12 @@ ITovAngleField* CTovEditValueAngle::CreateField(CTovAngleFieldSetup const& setup
 }
 
 void CTovEditValueAngle::DestroyFields() {
+    // The focus stays in the edit.
+    m_losesFields = true;
+    if (QWidget const* const focus = window()->focusWidget();
+        std::ranges::any_of(m_children, [focus](auto const& child) { return child->edit.get() == focus; }))
+        QWidget::setFocus(Qt::OtherFocusReason);
+    m_losesFields = false;
     // A field may be in the middle of a message.
     for (auto& child : m_children) {
         child->asField.reset();
@@ -200,6 +208,13 @@ void CTovEditValueAngle::PutFieldsIntoFocusChain() {
         QWidget::setTabOrder(before, child->edit.get());
         before = child->edit.get();
     }
+    if (GetEditButton() != nullptr) QWidget::setTabOrder(before, GetEditButton());
+}
+
+int CTovEditValueAngle::CreateEditButton(char const* words) {
+    int const result = CTovEditValueAngleOn::CreateEditButton(words);
+    PutFieldsIntoFocusChain();
+    return result;
 }
 
 bool CTovEditValueAngle::OnFieldKey(int virtualKey, CTovEdit& field) {
@@ -223,7 +238,7 @@ bool CTovEditValueAngle::OnFieldKey(int virtualKey, CTovEdit& field) {
                    m_mask.MoveCaret(eTovCaretRight) != 0;
         case VK_UP:
         case VK_DOWN:
-            DispatchSpinDeltapos(virtualKey == VK_UP, GetSpinDelta());
+            Text().OnSpinNotification(virtualKey == VK_UP ? -1 : 1);
             return true;
         default:
             return false;
@@ -235,17 +250,26 @@ void CTovEditValueAngle::OnFieldLeft() {
 }
 
 LRESULT CTovEditValueAngle::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
+    // Its state as an edit is not that of having got the focus now.
+    if (m_losesFields && message == WM_SETFOCUS) return DefWindowProc(message, wParam, lParam);
     if (!m_mask.IsSplit()) return CTovEditValueAngleOn::WindowProc(message, wParam, lParam);
     switch (message) {
         case WM_SETFOCUS: {
             HWND const self = GetSafeHwnd();
             auto const* const event = static_cast<QFocusEvent const*>(TovEventOf(*this, WM_SETFOCUS));
-            bool const isPressed = event != nullptr && event->reason() == Qt::MouseFocusReason;
+            QPoint const press = mapFromGlobal(LastPress());
+            bool const isPressed =
+                event != nullptr && event->reason() == Qt::MouseFocusReason && !IsOfCompanion(press);
+            bool const isMnemonic = event != nullptr && event->reason() == Qt::ShortcutFocusReason;
             LRESULT const result = DefWindowProc(message, wParam, lParam);
             if (!IsWindow(self)) return result;
-            if (isPressed)
-                m_mask.OnFieldFocus(m_mask.FindClosestChildEdit(TovPoint(mapFromGlobal(LastPress()))));
-            m_mask.OnSetFocus();
+            if (isPressed) m_mask.OnFieldFocus(m_mask.FindClosestChildEdit(TovPoint(press)));
+            if (!isMnemonic) {
+                m_mask.OnSetFocus();
+                return result;
+            }
+            m_mask.SetChildEditFocus(eFocusFirst);
+            if (CTovEdit* const first = FieldEdit(eTovFieldDegrees)) first->selectAll();
             return result;
         }
         case WM_KILLFOCUS:
@@ -325,16 +349,40 @@ int CTovEditValueAngle::GetTextWidth(CString const& text) {
 }
 
 int CTovEditValueAngle::GetEditButtonWidth() {
-    return Text().companions.MinWidth();
+    return Text().companions.buttonWidth;
+}
+
+// No field lies under the frame of the spin.
+int CTovEditValueAngle::GetCompanionsWidth() {
+    return Text().companions.buttonWidth + Text().companions.spinWidth;
 }
 
 void CTovEditValueAngle::FocusEditButton() {
     if (GetEditButton() != nullptr) GetEditButton()->setFocus(Qt::BacktabFocusReason);
 }
 
+// The wrong field gets it, once a guard that sends the focus back has done so.
+void CTovEditValueAngle::SetFocus() {
+    CTovEditValueAngleOn::SetFocus();
+    if (!m_mask.IsSplit()) return;
+    auto const toFailing = [this] {
+        int const failing = m_mask.FailingField();
+        if (failing < 0 || m_mask.GetChildEditFocus() < 0) return;
+        m_mask.OnFieldFocus(failing);
+        m_mask.SetChildEditFocus(eFocusKeep);
+    };
+    QMetaObject::invokeMethod(this, toFailing, Qt::QueuedConnection);
+}
+
 void CTovEditValueAngle::PostNextDlgCtl(int previous) {
+    if (previous == 0 && GetEditButton() != nullptr && GetEditButton()->isEnabled())
+        return GetEditButton()->setFocus(Qt::TabFocusReason);
     if (CWnd const* const around = GetParent())
         TovPostMessage(around->GetSafeHwnd(), WM_NEXTDLGCTL, static_cast<WPARAM>(previous != 0));
+}
+
+QString CTovEditValueAngle::WholeText() {
+    return m_mask.IsSplit() ? TovQString(m_mask.GetWholeText()) : text();
 }
 
 QSize CTovEditValueAngle::minimumSizeHint() const {

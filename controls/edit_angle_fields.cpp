@@ -92,19 +92,26 @@ void CTovEditAngleMask::OnSize() {
 
 int CTovEditAngleMask::GetMinEditWidth() {
     return MaskWidth([this](CString const& text) { return m_host.GetTextWidth(text); }) +
-           m_host.GetEditButtonWidth();
+           m_host.GetCompanionsWidth();
 }
 
 int CTovEditAngleMask::GetMinEditWidth(HFONT font) {
     return MaskWidth(
                [font](CString const& text) { return TovGetSystem()->GetTextExtent(font, text.c_str()).cx; }) +
-           m_host.GetEditButtonWidth();
+           m_host.GetCompanionsWidth();
 }
 
 int CTovEditAngleMask::GetChildEditFocus() const {
     auto const found = std::find_if(m_fields.begin(), m_fields.end(),
                                     [](ITovAngleField* field) { return field->HasFocus(); });
     return found != m_fields.end() ? static_cast<int>(found - m_fields.begin()) : -1;
+}
+
+int CTovEditAngleMask::FailingField() const {
+    auto const failing = std::find_if(m_fields.begin(), m_fields.end(), [](ITovAngleField* field) {
+        return field->InputControl().Validate(nullptr) == CTovInputControl::eStateInvalid;
+    });
+    return failing != m_fields.end() ? static_cast<int>(failing - m_fields.begin()) : -1;
 }
 
 void CTovEditAngleMask::OnSetFocus() {
@@ -145,7 +152,8 @@ void CTovEditAngleMask::SetChildEditFocus(eSetChildEditFocus focus) {
 }
 
 void CTovEditAngleMask::StepChildEdit(int step) {
-    int const next = m_active + step;
+    int const current = GetChildEditFocus();
+    int const next = (current >= 0 ? current : m_active) + step;
     if (next >= 0 && next < static_cast<int>(m_fields.size())) {
         m_active = next;
         SetChildEditFocus(eFocusKeep);

@@ -357,7 +357,9 @@ void CTovEditAngleMask::Rearrange(std::function<void()> const& change) {
     CTovInputControl& edit = m_units.Host().InputControl();
     CTovInputControl::CTovNotifyEmptyChanged const notify(edit);
     CTovInputControl::CTovKeepChangedByUserStatus const keep(edit);
-    bool const hadFocus = GetChildEditFocus() >= 0;
+    CWnd const* const window = edit.GetWnd();
+    HWND const self = window != nullptr ? window->GetSafeHwnd() : HWND{};
+    bool const hadFocus = GetChildEditFocus() >= 0 || (self && TovGetFocus() == self);
     bool const isEmpty = edit.IsEmpty() != 0;
     double const value = GetValue();
     double minimum = 0;

@@ -9,6 +9,7 @@
 namespace tov {
 
 void CTovEditAngleMask::DispatchSpinDeltapos(int up, int delta) {
+    if (int const current = GetChildEditFocus(); current >= 0) m_active = current;
     if (!IsSplit() || m_active < 0) return;
     ITovAngleField& field = *m_fields[static_cast<std::size_t>(m_active)];
     if (m_active != eTovFieldSign) {

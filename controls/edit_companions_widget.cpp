@@ -54,7 +54,7 @@ void CTovEditSpin::paintEvent(QPaintEvent*) {
 }
 
 void CTovEditSpin::Step(bool up) {
-    m_edit.DispatchSpinDeltapos(up, m_edit.GetSpinDelta());
+    m_edit.Text().OnSpinNotification(up ? -1 : 1);
 }
 
 void CTovEditSpin::mousePressEvent(QMouseEvent* event) {
@@ -91,6 +91,8 @@ void CTovEditSpin::mouseReleaseEvent(QMouseEvent*) {
 }
 
 void CTovEditSpin::wheelEvent(QWheelEvent* event) {
+    // Whoever scrolls a form does not mean the number under the mouse.
+    if (m_edit.ControlOrChildHasFocus() == 0) return event->ignore();
     constexpr int notch = 120;
     m_wheel += event->angleDelta().y();
     int const steps = m_wheel / notch;

@@ -1,5 +1,6 @@
 #include <tov310/edit_host.h>
 
+#include <tov310/requirements.h>
 #include <tov310/styles.h>
 #include <tov310/window.h>
 
@@ -38,6 +39,12 @@ void CTovEditHost::SetAllowedChars(eTovAllowedChars allowed, CString* characters
 void CTovEditHost::SetMaxChars(unsigned count) {
     Settings().maxChars = count;
     if (HandleOf(InputControl().GetWnd())) LimitTextValue();
+}
+
+void CTovEditHost::ReadOnlyKeepsFocus(int keeps) {
+    Settings().readOnlyKeepsFocus = keeps;
+    bool const isReadOnly = InputControl().GetReadOnlyMode() != 0;
+    if (isReadOnly && HandleOf(InputControl().GetWnd())) ApplyReadOnly(1, keeps != 0 || TovIsComCtlXP() == 0);
 }
 
 void CTovEditHost::SetColor(COLORREF& color, COLORREF value) {

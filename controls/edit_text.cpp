@@ -92,9 +92,8 @@ void CTovEditText::InitializeEdit() {
     m_parentIsFormView = parent != nullptr && IsOfClass(*parent, {"CFormView"});
     m_parentIsEdit = parent != nullptr && IsOfClass(*parent, {"CTovEdit"});
     unsigned long const style = window != nullptr ? window->GetStyle() : 0;
-    if ((style & ES_READONLY) != 0) control.SetReadOnlyMode(1);
+    if ((style & ES_READONLY) != 0 || control.GetReadOnlyMode() != 0) control.SetReadOnlyMode(1);
     m_host.EnableCompanions(control.GetReadOnlyMode() == 0);
-    m_password = (style & ES_PASSWORD) != 0;
     m_host.PrepareColors();
     m_host.LimitTextValue();
     m_current = NewUndoRedoItem();
@@ -135,6 +134,11 @@ int CTovEditText::SetReadOnlyMode(int readOnly) {
     }
     m_host.EnableCompanions(readOnly == 0);
     return 1;
+}
+
+int CTovEditText::IsPassword() const {
+    CWnd const* const window = m_host.InputControl().GetWnd();
+    return window != nullptr && (window->GetStyle() & ES_PASSWORD) != 0;
 }
 
 LRESULT CTovEditText::DialogCode() const {
@@ -258,7 +262,7 @@ void CTovEditText::LimitTextDisplayValue() {
     m_host.LimitEditText(tovNoMaxChars);
 }
 
-void CTovEditText::OnSetFocus() {
+void CTovEditText::OnSetFocus(bool byMnemonic) {
     bool const hasFormat = !m_host.GetDisplayFormat().empty();
     if (hasFormat && m_host.InputControl().GetReadOnlyMode() == 0) {
         m_host.LimitTextInputValue();
@@ -272,14 +276,16 @@ void CTovEditText::OnSetFocus() {
         m_host.SetEditSel(m_clickPosition, m_clickPosition);
     } else {
         bool const inCell = m_host.InputControl().IsInline() != 0 && m_selectAllAtNextFocus != 0;
-        bool const wanted = inCell || TovGetSystem()->IsKeyDown(VK_TAB) != 0;
+        bool const wanted = inCell || byMnemonic || TovGetSystem()->IsKeyDown(VK_TAB) != 0;
         if (wanted && (hasFormat || m_parentIsDialog != 0))
             m_host.SetEditSel(0, static_cast<int>(CharacterCount(m_host.GetEditText())));
     }
     m_selectAllAtNextFocus = 0;
+    m_leftButtonGoingDown = 0;
 }
 
 void CTovEditText::OnKillFocus() {
+    m_leftButtonGoingDown = 0;
     CTovInputControl::CTovNotifyEmptyChanged const scope(m_host.InputControl());
     if (!HasWindow() || m_host.IgnoreKillFocusAction() != 0) return;
     CString text = m_rawString;
@@ -304,9 +310,9 @@ void CTovEditText::BeginLeftButton(int position) {
     m_leftButtonGoingDown = 1;
 }
 
-void CTovEditText::EndLeftButton() {
+void CTovEditText::EndLeftButton(bool keepsSelection) {
     m_leftButtonGoingDown = 0;
-    m_host.SetEditSel(m_clickPosition, m_clickPosition);
+    if (!keepsSelection) m_host.SetEditSel(m_clickPosition, m_clickPosition);
 }
 
 void CTovEditText::SetLastItemsIniFile(char const* path) {
@@ -334,7 +340,7 @@ std::vector<CString> CTovEditText::GetAllLastItems() {
 }
 
 void CTovEditText::AddCurrentToLastItems() {
-    if (m_password != 0) return;
+    if (IsPassword() != 0) return;
     CString text = m_rawString;
     m_host.TrimString(text, 1);
     if (!text.empty() && m_host.GetLastItem(0) != text) m_lastItems.AddDocument(EscapedItem(text).c_str());

@@ -134,7 +134,7 @@ CTovEditText::Selection CTovEditText::GetSel() const {
 
 unsigned CTovEditText::CanInsert() const {
     constexpr std::size_t most = tovLastInsertCommand - tovFirstInsertCommand + 1;
-    if (!CanChange() || m_password != 0) return 0;
+    if (!CanChange() || IsPassword() != 0) return 0;
     return static_cast<unsigned>(std::min(m_host.GetAllLastItems().size(), most));
 }
 
@@ -152,7 +152,7 @@ int CTovEditText::CanCut() const {
 
 int CTovEditText::CanCopy() const {
     Selection const selection = GetSel();
-    return m_password == 0 && selection.start != selection.end && m_host.ControlOrChildHasFocus() != 0;
+    return IsPassword() == 0 && selection.start != selection.end && m_host.ControlOrChildHasFocus() != 0;
 }
 
 // The text of the clipboard as far as it fits in the place of the selection; 0
@@ -376,9 +376,9 @@ int CTovEditText::ContextMenu(CWnd* window, CPoint point) {
     m_host.GetMenu(module, id);
     if (module == nullptr || id == 0) return 0;
     std::vector<CString> items;
-    if (m_password == 0) items = m_host.GetAllLastItems();
+    if (IsPassword() == 0) items = m_host.GetAllLastItems();
     std::erase(items, CString());
-    CTovMenuPopUpEdit menu(&m_host, m_password == 0 ? &items : nullptr);
+    CTovMenuPopUpEdit menu(&m_host, IsPassword() == 0 ? &items : nullptr);
     if (menu.LoadMenu(module, id) == 0) return 0;
     menu.SetWindow(window != nullptr ? window : m_host.InputControl().GetWnd());
     return menu.Activate(point, TPM_RIGHTBUTTON);

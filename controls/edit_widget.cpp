@@ -4,6 +4,7 @@
 #include <tov310/edit_commands.h>
 #include <tov310/messages.h>
 #include <tov310/qt_values.h>
+#include <tov310/resources.h>
 #include <tov310/styles.h>
 #include <tov310/system.h>
 
@@ -107,10 +108,17 @@ void CTovEdit::TellDone() {
 void CTovEdit::TellValidity() {
     CString message;
     eState const state = Validate(&message);
+    if (state == eStateEmpty && message.empty()) {
+        constexpr unsigned textOfEmpty = 26079;
+        TovLoadResourceString(TovGetTovResourceHandle(), textOfEmpty, message);
+    }
     QString const words = TovQString(message);
-    if (state == m_lastState && words == accessibleDescription()) return;
+    if (state == m_lastState && words == m_lastWords) return;
     m_lastState = state;
-    setAccessibleDescription(words);
+    // The host's own description is there again when nothing is wrong any more.
+    if (accessibleDescription() != m_lastWords) m_hostDescription = accessibleDescription();
+    m_lastWords = words;
+    setAccessibleDescription(words.isEmpty() ? m_hostDescription : words);
     Q_EMIT validityChanged(state, words);
 }
 
@@ -129,13 +137,18 @@ LRESULT CTovEdit::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_KEYDOWN:
             if (m_text.OnKeyDown(static_cast<int>(wParam)) != 0) return 0;
-            break;
+            if (m_spin == nullptr || (wParam != VK_UP && wParam != VK_DOWN)) break;
+            m_text.OnSpinNotification(wParam == VK_UP ? -1 : 1);
+            return 0;
         case WM_SETFOCUS: {
+            if (IsFocusOfPopup(*this, message)) break;
             LRESULT result = 0;
             GainFocus(result, wParam, lParam);
             return result;
         }
         case WM_KILLFOCUS: {
+            if (IsFocusOfPopup(*this, message)) break;
+            m_pressGivesFocus = false;
             HWND const self = GetSafeHwnd();
             LRESULT const result = CWndOn::WindowProc(message, wParam, lParam);
             if (!IsWindow(self)) return result;
@@ -145,15 +158,11 @@ LRESULT CTovEdit::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
             return result;
         }
         case WM_LBUTTONDOWN: {
-            // Shift extends the selection, as the toolkit does it.
-            bool const extends = (wParam & MK_SHIFT) != 0 && !m_pressGivesFocus;
-            if (!std::exchange(m_pressGivesFocus, false))
-                m_text.BeginLeftButton(CharacterAt(TovQPoint(TovPointOf(lParam))));
+            bool const givesFocus = std::exchange(m_pressGivesFocus, false);
+            if (!givesFocus) m_text.BeginLeftButton(CharacterAt(TovQPoint(TovPointOf(lParam))));
             LRESULT const result = CWndOn::WindowProc(message, wParam, lParam);
-            int start = 0, end = 0;
-            if (extends) GetEditSel(start, end);
-            m_text.EndLeftButton();
-            if (extends) SetEditSel(start, end);
+            // What the toolkit selects stays: by Shift, by a third click, or to be dragged.
+            m_text.EndLeftButton(!givesFocus && hasSelectedText());
             return result;
         }
         case WM_CONTEXTMENU:
@@ -184,16 +193,19 @@ LRESULT CTovEdit::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
 
 void CTovEdit::GainFocus(LRESULT& result, WPARAM wParam, LPARAM lParam) {
     auto const* const event = static_cast<QFocusEvent const*>(TovEventOf(*this, WM_SETFOCUS));
-    bool const isPressed = event != nullptr && event->reason() == Qt::MouseFocusReason;
+    bool const isPressed = event != nullptr && event->reason() == Qt::MouseFocusReason &&
+                           QApplication::mouseButtons().testFlag(Qt::LeftButton);
+    bool const isMnemonic = event != nullptr && event->reason() == Qt::ShortcutFocusReason;
     // The focus comes before the press that brings it, and may show another text; the press means the one
     // that is seen now.
-    m_pressGivesFocus = isPressed && rect().contains(mapFromGlobal(LastPress()));
-    if (m_pressGivesFocus) m_text.BeginLeftButton(CharacterAt(mapFromGlobal(LastPress())));
+    QPoint const press = mapFromGlobal(LastPress());
+    m_pressGivesFocus = isPressed && rect().contains(press) && !IsOfCompanion(press);
+    if (m_pressGivesFocus) m_text.BeginLeftButton(CharacterAt(press));
     HWND const self = GetSafeHwnd();
     result = CWndOn::WindowProc(WM_SETFOCUS, wParam, lParam);
     if (!IsWindow(self)) return;
     m_changedSinceFocus = false;
-    m_text.OnSetFocus();
+    m_text.OnSetFocus(isMnemonic);
 }
 
 bool CTovEdit::event(QEvent* event) {
@@ -202,13 +214,20 @@ bool CTovEdit::event(QEvent* event) {
         auto const& key = static_cast<QKeyEvent const&>(*event);
         bool const isControl = key.modifiers().testFlag(Qt::ControlModifier);
         int const number = VirtualKeyOf(key.key(), key.modifiers().testFlag(Qt::KeypadModifier));
+        // Up and Down are the spin's where there is one, else the engine's.
         if (TovEditKeyAction(number, isControl, key.modifiers().testFlag(Qt::ShiftModifier),
-                             number == VK_INSERT, m_spin != nullptr) != eEditActionNone) {
+                             number == VK_INSERT, false) != eEditActionNone) {
             event->accept();
             return true;
         }
     }
-    return CWndOn::event(event);
+    bool const result = CWndOn::event(event);
+    if (event->type() == QEvent::ReadOnlyChange && isReadOnly() != (GetReadOnlyMode() != 0)) {
+        // The toolkit's own operation.
+        SetReadOnlyMode(isReadOnly());
+        ApplyReadOnly(isReadOnly(), 1);
+    }
+    return result;
 }
 
 void CTovEdit::resizeEvent(QResizeEvent* event) {
@@ -246,7 +265,13 @@ void CTovEdit::LimitEditText(unsigned) {}
 
 void CTovEdit::ApplyReadOnly(int readOnly, int enabled) {
     setReadOnly(readOnly != 0);
-    if (isEnabled() != (enabled != 0)) setEnabled(enabled != 0);
+    // What somebody else has disabled stays so.
+    if (enabled == 0 && !testAttribute(Qt::WA_ForceDisabled)) {
+        m_disabledByReadOnly = true;
+        setEnabled(false);
+    } else if (enabled != 0 && std::exchange(m_disabledByReadOnly, false)) {
+        setEnabled(true);
+    }
     ApplyColors();
 }
 
@@ -276,25 +301,35 @@ void CTovEdit::PrepareColors() {
 
 void CTovEdit::ApplyColors() {
     m_isApplyingColors = true;
-    CTovEditColors const colors = m_text.CtlColor();
-    QPalette const usual = QApplication::palette(this);
-    QPalette own = palette();
+    bool const isSet = testAttribute(Qt::WA_SetPalette);
+    auto const shows = [this](QPalette::ColorRole role, COLORREF color) {
+        return color == tovPlatformColor || palette().color(QPalette::Active, role) == TovQColor(color);
+    };
+    // Any other palette is the host's.
+    if (!isSet || !m_paintsOwnColors || !shows(QPalette::Text, m_painted.text) ||
+        !shows(QPalette::Base, m_painted.back))
+        m_hostPalette = isSet ? palette() : QPalette();
+    m_painted = m_text.CtlColor();
+    m_paintsOwnColors = m_painted.text != tovPlatformColor || m_painted.back != tovPlatformColor;
+    QPalette wanted = UsualPalette();
     for (QPalette::ColorGroup const group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
-        auto const apply = [&](QPalette::ColorRole role, COLORREF color) {
-            own.setBrush(group, role,
-                         color == tovPlatformColor ? usual.brush(group, role) : QBrush(TovQColor(color)));
-        };
-        apply(QPalette::Text, colors.text);
-        apply(QPalette::Base, colors.back);
+        if (m_painted.text != tovPlatformColor)
+            wanted.setBrush(group, QPalette::Text, TovQColor(m_painted.text));
+        if (m_painted.back != tovPlatformColor)
+            wanted.setBrush(group, QPalette::Base, TovQColor(m_painted.back));
     }
-    bool const isUsual = colors.text == tovPlatformColor && colors.back == tovPlatformColor;
-    QPalette const wanted = isUsual ? UsualPalette() : own;
-    if (wanted != palette() || testAttribute(Qt::WA_SetPalette) == isUsual) setPalette(wanted);
+    bool const isAsWanted = wanted.resolveMask() == 0 ? !isSet : isSet && wanted == palette();
+    if (!isAsWanted) setPalette(wanted);
     m_isApplyingColors = false;
 }
 
 int CTovEdit::CharacterAt(QPoint const& place) const {
     return ToCharacters(text(), const_cast<CTovEdit*>(this)->cursorPositionAt(place));
+}
+
+bool CTovEdit::IsOfCompanion(QPoint const& place) const {
+    return (m_button != nullptr && m_button->geometry().contains(place)) ||
+           (m_spin != nullptr && m_spin->geometry().contains(place));
 }
 
 void CTovEdit::setText(QString const& content) {
@@ -310,6 +345,7 @@ int CTovEdit::CreateEditButton(char const* label) {
     m_button->setEnabled(GetReadOnlyMode() == 0);
     PlaceCompanions();
     m_button->show();
+    setTabOrder(this, m_button);
     OnDlgCtrlChildAdded(TovHandle(m_button));
     return 1;
 }
@@ -391,9 +427,11 @@ int CTovEdit::CreateInline(unsigned long style, CRect const& rect, CWnd* parent,
     SetDlgCtrlID(static_cast<int>(id));
     SetFont(font);
     MoveWindow(rect);
-    TovHandle(this);
+    // It is born with its styles, and shown as the last.
     unsigned long const wanted = style | tovInlineEditStyle;
-    ModifyStyle(0, wanted & (ES_RIGHT | ES_PASSWORD | ES_READONLY | WS_DISABLED | WS_TABSTOP | WS_VISIBLE));
+    ModifyStyle(0, wanted & (ES_RIGHT | ES_PASSWORD | ES_READONLY | WS_DISABLED | WS_TABSTOP));
+    TovHandle(this);
+    ModifyStyle(0, wanted & WS_VISIBLE);
     return 1;
 }
 

@@ -3,12 +3,22 @@
 #include <tov310/messages.h>
 #include <tov310/qt_values.h>
 
+#include <QEvent>
+
 namespace tov {
 
 QString CTovEditValue::valueText() {
     CString unit;
     GetUnitAbbreviationText(unit);
-    return unit.empty() ? text() : text() + QLatin1Char(' ') + TovQString(unit);
+    QString const words = WholeText();
+    return unit.empty() || words.isEmpty() ? words : words + QLatin1Char(' ') + TovQString(unit);
+}
+
+bool CTovEditValue::event(QEvent* event) {
+    // Also while the form is not shown.
+    if (event->type() == QEvent::ShowToParent) ShowUnitAbbreviation(1);
+    if (event->type() == QEvent::HideToParent) ShowUnitAbbreviation(0);
+    return CTovEditValueOn::event(event);
 }
 
 LRESULT CTovEditValue::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {

@@ -5,6 +5,7 @@
 #include "platform/window_registry.h"
 
 #include <tov310/messages.h>
+#include <tov310/wnd_on.h>
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -186,6 +187,12 @@ constexpr char const* gateProperty = "tovGate";
 
 QPoint LastPress() {
     return lastPress;
+}
+
+bool IsFocusOfPopup(CWnd const& window, unsigned message) {
+    auto const* const event = static_cast<QFocusEvent const*>(TovEventOf(window, message));
+    return event != nullptr &&
+           (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::MenuBarFocusReason);
 }
 
 bool MayBeReached(CWnd& window, unsigned mouseMessage) {

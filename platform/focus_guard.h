@@ -17,6 +17,10 @@ bool MayBeReached(CWnd& window, unsigned mouseMessage);
 // Where the mouse was pressed last, on the screen: who gets the focus by that hears of the focus first.
 QPoint LastPress();
 
+// Whether the focus only goes to a menu or another popup, or comes back from one: to the user the control
+// still has it. The message is WM_SETFOCUS or WM_KILLFOCUS.
+bool IsFocusOfPopup(CWnd const& window, unsigned message);
+
 // Looks at presses, wheel and touches on the top-level window around the widget, before the toolkit does.
 void GuardTopLevelOf(QWidget& widget);
 

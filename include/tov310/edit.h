@@ -18,6 +18,7 @@
 #include <tov310/wnd_on.h>
 
 #include <QLineEdit>
+#include <QPalette>
 #include <QPushButton>
 #include <QString>
 
@@ -88,7 +89,9 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
     void TellDone();
 
     // What it is painted with where no colour is set.
-    virtual QPalette UsualPalette() const { return {}; }
+    virtual QPalette UsualPalette() const { return m_hostPalette; }
+
+    bool IsOfCompanion(QPoint const& place) const;  // in the edit's pixels
 
     // What changes with the content: validity, and in derived classes the value.
     virtual void OnContentChanged();
@@ -126,6 +129,12 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
     CTovEditSpin* m_spin = nullptr;
     int m_companionMargin = 0;  // what they take of the text's room
     int m_lastState = eStateValid;
+    QString m_lastWords;
+    QString m_hostDescription;
+    QPalette m_hostPalette;
+    CTovEditColors m_painted;
+    bool m_paintsOwnColors = false;
+    bool m_disabledByReadOnly = false;
     bool m_changedSinceFocus = false;
     bool m_pressGivesFocus = false;
     bool m_isApplyingColors = false;

@@ -119,6 +119,8 @@ class TOV_CORE_API CTovEditAngleHost {
     // The button at the right of the edit; a width of 0 is none.
     virtual int GetEditButtonWidth();
     virtual void FocusEditButton();
+    // Of all that stands at the right of the edit.
+    virtual int GetCompanionsWidth() { return GetEditButtonWidth(); }
 
     // Gives the focus to the control after or before this one.
     virtual void PostNextDlgCtl(int previous) = 0;
@@ -204,7 +206,7 @@ class TOV_CORE_API CTovEditAngleMask {
     CString MaskText() const;
     void GetChildRect(CRect const& client, CRect& degrees, CRect& minutes, CRect& seconds, CRect& sign);
     void OnSize();
-    // What the whole mask needs, with the button.
+    // What the whole mask needs, with the button and the spin.
     int GetMinEditWidth();
     int GetMinEditWidth(HFONT font);
 
@@ -212,6 +214,7 @@ class TOV_CORE_API CTovEditAngleMask {
     int ActiveChildEdit() const { return m_active; }
     int GetChildEditFocus() const;  // of the field that has the focus; -1 for none
     void OnSetFocus();
+    int FailingField() const;  // the first whose content is wrong; -1 for none
     void OnFieldFocus(int index) { m_active = index; }
     void SetChildEditFocus(eSetChildEditFocus focus);
     int FindClosestChildEdit(POINT const& point) const;

@@ -202,7 +202,7 @@ class TOV_CORE_API CTovEditHost {
 
     // A read-only edit is disabled; with this on it keeps focus, selection, copy
     // and menu.
-    void ReadOnlyKeepsFocus(int keeps) { Settings().readOnlyKeepsFocus = keeps; }
+    void ReadOnlyKeepsFocus(int keeps);
     int ReadOnlyKeepsFocus() const { return Settings().readOnlyKeepsFocus; }
     static int GetReadOnlyKeepsFocusDefault() { return CTovEditSettings::DefaultReadOnlyKeepsFocus(); }
     static void SetReadOnlyKeepsFocusDefault(int keeps) {

@@ -156,7 +156,7 @@ class TOV_CORE_API CTovEditText {
     void InitializeEdit();
     int ResetAttributes();
     int SetReadOnlyMode(int readOnly);
-    int IsPassword() const { return m_password; }
+    int IsPassword() const;  // as the style of the window says
 
     // What WM_GETDLGCODE answers beyond the platform's.
     LRESULT DialogCode() const;
@@ -231,13 +231,13 @@ class TOV_CORE_API CTovEditText {
 
     // --- The focus and the mouse
 
-    void OnSetFocus();
+    void OnSetFocus(bool byMnemonic = false);
     void OnKillFocus();
 
     // Around the platform's own handling of a press of the left button at a
-    // character of what is shown.
+    // character of what is shown. A selection that the platform has made may stay.
     void BeginLeftButton(int position);
-    void EndLeftButton();
+    void EndLeftButton(bool keepsSelection = false);
 
     // --- Undo and redo
 
@@ -340,7 +340,6 @@ class TOV_CORE_API CTovEditText {
     int m_parentIsDialog = 0;
     int m_parentIsFormView = 0;
     int m_parentIsEdit = 0;
-    int m_password = 0;
     int m_selectAllAtNextFocus = 1;
     int m_insideShowValue = 0;
     int m_ignoreEditChanged = 0;

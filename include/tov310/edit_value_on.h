@@ -75,6 +75,7 @@ class CTovEditValueOn : public Floating, public CTovEditValueHost {
     }
     void UnitAbbreviation(HWND label) {
         m_label = label;
+        if (this->GetSafeHwnd() && (this->GetStyle() & WS_VISIBLE) == 0) ShowUnitAbbreviation(0);
         this->DisplayUnitAbbreviation();
     }
     void DisplayUnitAbbreviation() override {

@@ -32,7 +32,10 @@ class TOV_UI_API CTovEditValue : public CTovEditValueOn<CTovEditFloating> {
 
  protected:
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
+    bool event(QEvent* event) override;
     void OnContentChanged() override;  // valueChanged comes in the standard unit
+
+    virtual QString WholeText() { return text(); }
 
     // The message that tells of another unit in the settings; 0 for none.
     virtual unsigned UnitMessage() const { return 0; }
@@ -69,6 +72,9 @@ class TOV_UI_API CTovEditValueAngle : public CTovEditValueAngleOn<CTovEditValue>
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
+    int CreateEditButton(char const* text) override;
+    void SetFocus() override;
+
     // The child edit of a field; null while the edit is in one piece.
     CTovEdit* FieldEdit(eTovAngleField field) const;
 
@@ -78,6 +84,7 @@ class TOV_UI_API CTovEditValueAngle : public CTovEditValueAngleOn<CTovEditValue>
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
     void PreSubclassWindow() override;
     unsigned UnitMessage() const override;
+    QString WholeText() override;
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
@@ -86,6 +93,7 @@ class TOV_UI_API CTovEditValueAngle : public CTovEditValueAngleOn<CTovEditValue>
     int GetMaskIndent() override;
     int GetTextWidth(CString const& text) override;
     int GetEditButtonWidth() override;
+    int GetCompanionsWidth() override;
     void FocusEditButton() override;
     void PostNextDlgCtl(int previous) override;
 
@@ -101,6 +109,7 @@ class TOV_UI_API CTovEditValueAngle : public CTovEditValueAngleOn<CTovEditValue>
     void OnFieldLeft();
 
     std::unique_ptr<CTovValueAngle> m_value;
+    bool m_losesFields = false;
     std::vector<std::unique_ptr<Child>> m_children;  // in the order in which they were made
 };
 

@@ -230,6 +230,149 @@ TEST(NumberEditWidget, PutsTheCaretWhereThePressMeansIt) {
     EXPECT_EQ(form.edit.cursorPosition(), 2);
 }
 
+TEST(NumberEditWidget, StepsByWhoeverHasTheFocus) {
+    struct Steps : CTovEditInteger {
+        void OnSpinDeltapos(int up, int delta) override { told.emplace_back(up != 0, delta); }
+        std::vector<std::pair<bool, int>> told;
+    };
+    EditForm<Steps> form;
+    form.edit.SetSpinDelta(3);
+    form.edit.CreateSpinButton();
+    CTovEditSpin& spin = *form.edit.GetEditSpin();
+    form.Key(Qt::Key_Up);
+    form.Key(Qt::Key_Down);
+    auto const turn = [&](int delta) {
+        QWheelEvent wheel({4, 2}, spin.mapToGlobal(QPointF(4, 2)), {}, {0, delta}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&spin, &wheel);
+    };
+    turn(120);
+    form.other.setFocus();
+    turn(120);
+    EXPECT_EQ(form.edit.told, (std::vector<std::pair<bool, int>>{{true, -3}, {false, 3}, {true, -3}}));
+}
+
+TEST(EditWidget, KeepsTheFocusWhileAMenuIsOpen) {
+    NumberForm form;
+    form.edit.SetDisplayFormat("%.1f m");
+    int done = 0;
+    QObject::connect(&form.edit, &CTovEdit::editingDone, [&] { ++done; });
+    form.Type("12");
+    form.edit.setSelection(0, 1);
+    for (QEvent::Type const type : {QEvent::FocusOut, QEvent::FocusIn}) {
+        QFocusEvent event(type, Qt::PopupFocusReason);
+        QCoreApplication::sendEvent(&form.edit, &event);
+        EXPECT_EQ(form.edit.text(), "12");
+        EXPECT_EQ(form.edit.selectedText(), "1");
+    }
+    EXPECT_EQ(done, 0);
+    form.other.setFocus();
+    EXPECT_EQ(form.edit.text(), "12.0 m");
+    EXPECT_EQ(done, 1);
+}
+
+TEST(EditWidget, LeavesToTheToolkitWhatAPressSelects) {
+    TextForm form;
+    form.edit.setText("one two three");
+    auto const at = [&](int position) {
+        form.edit.setCursorPosition(position);
+        return form.edit.mapTo(&form, form.edit.inputMethodQuery(Qt::ImCursorRectangle).toRect().center());
+    };
+    QPoint const two = at(5);
+    QTest::mouseDClick(form.windowHandle(), Qt::LeftButton, {}, two);
+    EXPECT_EQ(form.edit.selectedText().trimmed(), "two");
+    QTest::mousePress(form.windowHandle(), Qt::LeftButton, {}, two);
+    EXPECT_EQ(form.edit.selectedText(), "one two three") << "a third click";
+    QTest::mouseRelease(form.windowHandle(), Qt::LeftButton, {}, two);
+    // A press of another button brings the focus and means no place.
+    form.other.setFocus();
+    QTest::mousePress(form.windowHandle(), Qt::MiddleButton, {}, two);
+    QTest::mouseRelease(form.windowHandle(), Qt::MiddleButton, {}, two);
+    form.edit.setFocus();
+    form.edit.setCursorPosition(0);
+    form.other.setFocus();
+    form.edit.setFocus();
+    EXPECT_EQ(form.edit.cursorPosition(), 0);
+}
+
+TEST(NumberEditWidget, IsSelectedByItsMnemonic) {
+    NumberForm form;
+    form.edit.SetDisplayFormat("%.1f m");
+    form.edit.SetDouble(7);
+    QLabel label("&Number", &form);
+    label.setBuddy(&form.edit);
+    label.show();
+    form.other.setFocus();
+    QTest::keyClick(&form, Qt::Key_N, Qt::AltModifier);
+    EXPECT_TRUE(form.edit.hasFocus());
+    EXPECT_FALSE(form.edit.selectedText().isEmpty());
+    EXPECT_EQ(form.edit.selectedText(), form.edit.text());
+}
+
+TEST(EditWidget, FollowsReadOnlyInWhateverWayItIsSet) {
+    CTovEditString born;
+    born.SetReadOnlyMode(1);
+    born.show();
+    EXPECT_TRUE(born.isReadOnly());
+    EXPECT_FALSE(born.isEnabled());
+    born.ReadOnlyKeepsFocus(1);
+    EXPECT_TRUE(born.isEnabled());
+    born.ReadOnlyKeepsFocus(0);
+    EXPECT_FALSE(born.isEnabled());
+    born.QLineEdit::setReadOnly(false);
+    EXPECT_EQ(born.GetReadOnlyMode(), 0);
+    EXPECT_TRUE(born.isEnabled());
+    born.QLineEdit::setReadOnly(true);
+    EXPECT_EQ(born.GetReadOnlyMode(), 1);
+    born.SetReadOnlyMode(0);
+    born.setEnabled(false);
+    born.SetReadOnlyMode(1);
+    born.SetReadOnlyMode(0);
+    EXPECT_FALSE(born.isEnabled()) << "disabled by the host";
+}
+
+TEST(EditWidget, KeepsWhatTheHostGaveItsWidget) {
+    TextForm form;
+    QPalette host;
+    host.setColor(QPalette::Base, Qt::yellow);
+    host.setColor(QPalette::Text, Qt::blue);
+    form.edit.setPalette(host);
+    form.edit.SetReadOnlyMode(1);
+    form.edit.SetReadOnlyMode(0);
+    auto const color = [&](QPalette::ColorRole role) { return form.edit.palette().color(role); };
+    EXPECT_EQ(color(QPalette::Base), QColor(Qt::yellow));
+    form.edit.SetColorBk(0x000000FF);
+    EXPECT_EQ(color(QPalette::Base), QColor(255, 0, 0));
+    EXPECT_EQ(color(QPalette::Text), QColor(Qt::blue));
+    form.edit.SetColorBk(tovPlatformColor);
+    EXPECT_EQ(color(QPalette::Base), QColor(Qt::yellow));
+
+    form.edit.setAccessibleDescription("a name");
+    form.edit.SetEmptyAllowed(0);
+    form.edit.setFocus();
+    form.Type("a");
+    EXPECT_EQ(form.edit.accessibleDescription(), "a name");
+    form.Key(Qt::Key_Backspace);
+    EXPECT_EQ(form.edit.accessibleDescription(), QString::fromUtf8("字段不能为空"));
+    form.Type("b");
+    EXPECT_EQ(form.edit.accessibleDescription(), "a name");
+}
+
+TEST(EditWidget, OffersNothingOfASecret) {
+    TextForm form;
+    form.edit.setEchoMode(QLineEdit::Password);
+    form.Type("word");
+    form.Control(Qt::Key_A);
+    EXPECT_EQ(form.edit.CanCopy(), 0);
+    form.other.setFocus();
+    EXPECT_TRUE(form.edit.GetAllLastItems().empty());
+    CTovEditString cell;
+    EXPECT_EQ(cell.CreateInline(ES_PASSWORD | ES_READONLY, {5, 5, 60, 25}, TovWnd(&form), 77, nullptr), 1);
+    EXPECT_EQ(cell.GetReadOnlyMode(), 1);
+    EXPECT_EQ(cell.Text().IsPassword(), 1);
+    EXPECT_TRUE(cell.isVisible());
+}
+
 TEST(EditWidget, StandsWithItsButtonInItsOwnRectangle) {
     struct WithButton : CTovEdit {
         void OnButtonClicked() override { ++clicked; }

@@ -1,6 +1,7 @@
 // Edits for angles and distances as their users meet them.
 #include "support/widgets.h"
 
+#include <tov310/input_control_container.h>
 #include <tov310/messages.h>
 #include <tov310/qt_values.h>
 #include <tov310/value_edits.h>
@@ -137,6 +138,104 @@ TEST(AngleEditWidget, GivesTheFocusToTheNearestField) {
     EXPECT_EQ(QApplication::focusWidget(), &form.Field(eTovFieldMinutes));
 }
 
+TEST(AngleEditWidget, KeepsTheFocusWhileItsFieldsChange) {
+    AngleForm form(12);
+    int done = 0;
+    QObject::connect(&form.edit, &CTovEdit::editingDone, [&] { ++done; });
+    form.Field(eTovFieldMinutes).setFocus();
+    form.Type("7");
+    for (unsigned const unit : {11u, 15u, 12u}) {
+        form.edit.SetUnit(unit);
+        QWidget* const wanted = unit == 11 ? &form.edit : &form.Field(eTovFieldDegrees);
+        EXPECT_EQ(QApplication::focusWidget(), wanted) << unit;
+    }
+    form.edit.SetSignType(eSignNorthSouth);
+    EXPECT_EQ(QApplication::focusWidget(), &form.Field(eTovFieldDegrees));
+    form.edit.SetSecOnly(1);
+    EXPECT_EQ(QApplication::focusWidget(), &form.edit);
+    EXPECT_EQ(done, 0) << "the focus never left";
+    form.after.setFocus();
+    EXPECT_EQ(done, 1);
+    form.edit.SetSecOnly(0);
+    EXPECT_TRUE(form.after.hasFocus());
+}
+
+TEST(AngleEditWidget, StandsBeforeItsButtonForTab) {
+    AngleForm form(12);
+    form.edit.CreateEditButton("...");
+    CTovEditButton* const button = form.edit.GetEditButton();
+    for (int round = 0; round < 2; ++round) {
+        form.Field(eTovFieldSeconds).setFocus();
+        form.Key(Qt::Key_Tab);
+        EXPECT_EQ(QApplication::focusWidget(), button);
+        form.Key(Qt::Key_Tab);
+        EXPECT_EQ(QApplication::focusWidget(), &form.after);
+        form.Key(Qt::Key_Tab, Qt::ShiftModifier);
+        EXPECT_EQ(QApplication::focusWidget(), button);
+        form.Key(Qt::Key_Tab, Qt::ShiftModifier);
+        EXPECT_EQ(QApplication::focusWidget(), &form.Field(eTovFieldSeconds));
+        form.edit.SetUnit(15);
+    }
+}
+
+TEST(AngleEditWidget, SpinsTheFieldThatIsActive) {
+    ValueForm<CTovEditLatitude> form(12);
+    form.edit.CreateSpinButton();
+    CTovEditSpin& spin = *form.edit.GetEditSpin();
+    form.edit.setFixedWidth(form.edit.minimumSizeHint().width());
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(spin.geometry().intersects(form.Field(eTovFieldSign).geometry()));
+    form.edit.SetValue(10 * degree);
+    form.before.setFocus();
+    auto const press = [&] {
+        QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {}, spin.mapTo(&form, QPoint(3, 3)));
+    };
+    press();
+    EXPECT_NEAR(form.edit.GetValue(), 11 * degree, 1e-12);
+    form.Field(eTovFieldMinutes).setFocus();
+    press();
+    EXPECT_NEAR(form.edit.GetValue(), (11 + 1 / 60.0) * degree, 1e-12);
+}
+
+TEST(AngleEditWidget, ShowsWhichFieldIsWrong) {
+    AngleForm form(12);
+    struct Hooks : CTovInputControlContainer {
+        using CTovInputControlContainer::CTovInputControlContainer;
+        using CTovInputControlContainer::HookAllDlgCtrls, CTovInputControlContainer::HookContainer;
+    } hooks(TovWnd(&form));
+    hooks.HookContainer();
+    hooks.HookAllDlgCtrls(nullptr);
+    form.Field(eTovFieldDegrees).setFocus();
+    form.Type("400");
+    form.Field(eTovFieldSeconds).setFocus();
+    form.Key(Qt::Key_Tab);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(QApplication::focusWidget(), &form.Field(eTovFieldDegrees));
+    form.Key(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), &form.Field(eTovFieldMinutes));
+}
+
+TEST(AngleEditWidget, HandsOnWhatIsSetBeforeItIsBorn) {
+    CTovUnitSettingsAngle settings;
+    settings.Unit(12);
+    QDialog form;
+    CTovEditValueAngle edit(&settings, &form);
+    QLabel name("&Angle", &form);
+    name.setBuddy(&edit);
+    edit.ReadOnlyKeepsFocus(1);
+    edit.SetReadOnlyMode(1);
+    form.show();
+    form.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    EXPECT_TRUE(edit.FieldEdit(eTovFieldDegrees)->isReadOnly());
+    edit.SetReadOnlyMode(0);
+    EXPECT_FALSE(edit.FieldEdit(eTovFieldDegrees)->isReadOnly());
+    edit.SetValue(12.5 * degree);
+    QTest::keyClick(&form, Qt::Key_A, Qt::AltModifier);
+    EXPECT_EQ(edit.FieldEdit(eTovFieldDegrees)->selectedText(), "12");
+    EXPECT_TRUE(edit.valueText().startsWith(QString::fromUtf8("12° 30'"))) << edit.valueText().toStdString();
+}
+
 TEST(AngleEditWidget, KeepsEveryBitAcrossUnitsAndLooking) {
     AngleForm form(12);
     std::mt19937_64 random(3);
@@ -206,6 +305,22 @@ TEST(LatitudeEditWidget, KnowsItsHemispheres) {
     CString message;
     EXPECT_EQ(edit.Validate(&message), CTovInputControl::eStateInvalid);
     EXPECT_NE(message, "");
+}
+
+TEST(DistanceEditWidget, HidesItsLabelWithItself) {
+    QWidget form;
+    QLabel label(&form);
+    CTovEditValueDistance edit(&form);
+    edit.UnitAbbreviation(TovHandle(&label));
+    edit.hide();
+    form.show();
+    EXPECT_FALSE(label.isVisible());
+    edit.show();
+    EXPECT_TRUE(label.isVisible());
+    form.hide();
+    edit.hide();
+    form.show();
+    EXPECT_FALSE(label.isVisible());
 }
 
 TEST(DistanceEditWidget, FollowsTheUnitOfItsSettings) {
