@@ -148,6 +148,7 @@ void CTovEditValueAngle::MakeField(CTovAngleFieldSetup const& setup, Child& chil
     unsigned menu = 0;
     GetMenu(module, menu);
     edit->SetMenu(module, menu);
+    edit->ReadOnlyKeepsFocus(1);  // it is enabled as the whole angle is
     TovHandle(edit.get());
     CTovEditIntegerHost* integer = nullptr;
     CTovEditFloatingHost* floating = nullptr;
@@ -168,7 +169,7 @@ ITovAngleField* CTovEditValueAngle::CreateField(CTovAngleFieldSetup const& setup
         MakeField<CTovEditInteger>(setup, *child);
     CTovEdit& edit = *child->edit;
     static constexpr char const* signs[] = {"°", "'", "\"", ""};
-    edit.setAccessibleName(accessibleName() + QString::fromUtf8(signs[setup.field]));
+    edit.setAccessibleName(QString::fromUtf8(signs[setup.field]));
     edit.show();
     OnDlgCtrlChildAdded(edit.GetSafeHwnd());
     ITovAngleField* const field = child->asField.get();

@@ -8,6 +8,7 @@
 #include <tov310/styles.h>
 #include <tov310/system.h>
 
+#include "controls/edit_accessibility.h"
 #include "platform/focus_guard.h"
 #include "platform/native_messages.h"
 
@@ -62,6 +63,7 @@ class CTovEdit::Gate : public QValidator {
 };
 
 CTovEdit::CTovEdit(QWidget* parent) : CWndOn(parent) {
+    ShowEditsToAccessibility();
     // The engine limits the length, by characters.
     setMaxLength(std::numeric_limits<int>::max());
     setValidator(std::make_unique<Gate>(*this).release());  // its child

@@ -347,7 +347,7 @@ TEST(EditAngleMask, TheFocusWalksThroughTheFields) {
     EXPECT_EQ(focusWith({9, 18}), 27);  // from another program's window
     edit.buttonWidth = 0;
     EXPECT_EQ(focusWith({9, 16}), 31);
-    mask.OnFieldFocus(0);
+    mask.SetChildEditFocus(eFocusFirst);
     mask.PrevChildEdit();
     EXPECT_EQ(edit.left, 'p');
 }

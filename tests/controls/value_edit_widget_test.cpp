@@ -179,7 +179,8 @@ TEST(AngleEditWidget, StandsBeforeItsButtonForTab) {
 }
 
 TEST(AngleEditWidget, SpinsTheFieldThatIsActive) {
-    ValueForm<CTovEditLatitude> form(12);
+    AngleForm form(12);
+    form.edit.SetSignType(eSignNorthSouth);
     form.edit.CreateSpinButton();
     CTovEditSpin& spin = *form.edit.GetEditSpin();
     form.edit.setFixedWidth(form.edit.minimumSizeHint().width());
@@ -209,8 +210,7 @@ TEST(AngleEditWidget, ShowsWhichFieldIsWrong) {
     form.Type("400");
     form.Field(eTovFieldSeconds).setFocus();
     form.Key(Qt::Key_Tab);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(QApplication::focusWidget(), &form.Field(eTovFieldDegrees));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return form.Field(eTovFieldDegrees).hasFocus(); }, 1000));
     form.Key(Qt::Key_Tab);
     EXPECT_EQ(QApplication::focusWidget(), &form.Field(eTovFieldMinutes));
 }
@@ -233,7 +233,16 @@ TEST(AngleEditWidget, HandsOnWhatIsSetBeforeItIsBorn) {
     edit.SetValue(12.5 * degree);
     QTest::keyClick(&form, Qt::Key_A, Qt::AltModifier);
     EXPECT_EQ(edit.FieldEdit(eTovFieldDegrees)->selectedText(), "12");
+    QAccessibleInterface* const whole = QAccessible::queryAccessibleInterface(&edit);
+    ASSERT_NE(whole, nullptr);
+    EXPECT_EQ(whole->role(), QAccessible::Grouping);
+    EXPECT_EQ(whole->text(QAccessible::Name), "Angle");
+    EXPECT_EQ(whole->text(QAccessible::Value), edit.valueText());
     EXPECT_TRUE(edit.valueText().startsWith(QString::fromUtf8("12° 30'"))) << edit.valueText().toStdString();
+    QAccessibleInterface* const minutes =
+        QAccessible::queryAccessibleInterface(edit.FieldEdit(eTovFieldMinutes));
+    EXPECT_EQ(minutes->text(QAccessible::Name), "Angle '");
+    EXPECT_EQ(minutes->text(QAccessible::Value), "30");
 }
 
 TEST(AngleEditWidget, KeepsEveryBitAcrossUnitsAndLooking) {
