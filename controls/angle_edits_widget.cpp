@@ -122,7 +122,7 @@ CTovEditValueAngle::CTovEditValueAngle(CTovUnitSettingsAngle* settings, QWidget*
 
 CTovEditValueAngle::~CTovEditValueAngle() {
     for (auto const& child : m_children)
-        child->edit->disconnect();
+        QObject::disconnect(child->edit.get(), nullptr, this, nullptr);
 }
 
 void CTovEditValueAngle::PreSubclassWindow() {
