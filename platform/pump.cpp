@@ -5,7 +5,9 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QMouseEvent>
 #include <QPointerEvent>
+#include <QWheelEvent>
 #include <QWidget>
 #include <QWindow>
 
@@ -70,6 +72,20 @@ bool IsDrag(QEvent::Type type) {
 
 bool IsIn(QWidget const& widget, QWidget const* other) {
     return other == &widget || (other != nullptr && widget.isAncestorOf(other));
+}
+
+// A copy that stays as it is: the points of a clone are the device's, and go on with it.
+std::unique_ptr<QEvent> Copy(QEvent const& event) {
+    if (auto const* const mouse = dynamic_cast<QMouseEvent const*>(&event))
+        return std::make_unique<QMouseEvent>(mouse->type(), mouse->position(), mouse->scenePosition(),
+                                             mouse->globalPosition(), mouse->button(), mouse->buttons(),
+                                             mouse->modifiers(), mouse->pointingDevice());
+    if (auto const* const wheel = dynamic_cast<QWheelEvent const*>(&event))
+        return std::make_unique<QWheelEvent>(wheel->position(), wheel->globalPosition(), wheel->pixelDelta(),
+                                             wheel->angleDelta(), wheel->buttons(), wheel->modifiers(),
+                                             wheel->phase(), wheel->inverted(), wheel->source(),
+                                             wheel->pointingDevice());
+    return std::unique_ptr<QEvent>(event.clone());
 }
 
 QWidget const* NearestWidget(QObject const* object) {
@@ -162,7 +178,7 @@ void WindowPump::Hold(QObject& receiver, QEvent const& event) {
     if (event.type() == QEvent::MouseMove && !m_held.empty() && m_held.back().receiver == &receiver &&
         m_held.back().event->type() == QEvent::MouseMove)
         m_held.pop_back();
-    m_held.push_back({&receiver, std::unique_ptr<QEvent>(event.clone())});
+    m_held.push_back({&receiver, Copy(event)});
 }
 
 void WindowPump::ReleaseSoon() {
