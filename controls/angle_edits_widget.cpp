@@ -14,10 +14,12 @@
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QStyle>
 #include <QStyleOptionFrame>
 
 #include <algorithm>
+#include <utility>
 
 namespace tov {
 
@@ -46,6 +48,31 @@ class CTovEditValueAngle::FieldOf : public Edit {
 
     void Copy() override { this->SetClipboardText(m_angle.m_mask.TextToCopy().c_str()); }
     int CanCopy() override { return this->ControlOrChildHasFocus(); }
+    int CanCut() override { return this->hasSelectedText() && Edit::CanCut() != 0; }
+    void Cut() override {
+        if (CanCut() == 0) return this->Beep();
+        Copy();
+        this->Delete();
+    }
+    int CanUndo() override { return CanEdit() && m_angle.m_mask.CanUndoPaste() ? 1 : Edit::CanUndo(); }
+    int CanRedo() override { return CanEdit() && m_angle.m_mask.CanRedoPaste() ? 1 : Edit::CanRedo(); }
+    void Undo() override {
+        if (!CanEdit() || m_angle.m_mask.UndoPaste() == 0) Edit::Undo();
+    }
+    void Redo() override {
+        if (!CanEdit() || m_angle.m_mask.RedoPaste() == 0) Edit::Redo();
+    }
+    // A whole angle that comes in by a drop, say, goes into all fields, once the toolkit is ready for it.
+    int TakeInput(CString const& text) override {
+        if (!CanEdit() || m_angle.IsHolding() || !m_angle.m_mask.CanPaste(text.c_str())) return 0;
+        QMetaObject::invokeMethod(
+            &m_angle, [angle = &m_angle, text] { angle->m_mask.Paste(text.c_str()); }, Qt::QueuedConnection);
+        m_isTaken = true;
+        return 1;
+    }
+    void Beep() override {
+        if (!std::exchange(m_isTaken, false)) Edit::Beep();
+    }
     void Paste() override {
         CString text;
         if (this->GetClipboardText(text) != 0 && m_angle.m_mask.CanPaste(text.c_str())) {
@@ -67,10 +94,16 @@ class CTovEditValueAngle::FieldOf : public Edit {
     }
 
  protected:
+    void OnContentChanged() override {
+        QPointer<CTovEdit> const alive(this);
+        Edit::OnContentChanged();
+        if (alive) m_angle.OnFieldChanged();
+    }
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override {
         HWND const self = this->GetSafeHwnd();
         bool const isOfPopup = message == WM_KILLFOCUS && IsFocusOfPopup(*this, message);
         if (message == WM_KEYDOWN && m_angle.OnFieldKey(static_cast<int>(wParam), *this)) return 0;
+        if (message == WM_SETFOCUS && !std::exchange(m_angle.m_fieldHadFocus, true)) m_angle.ForgetChange();
         LRESULT const result = Edit::WindowProc(message, wParam, lParam);
         if (!IsWindow(self)) return result;
         if (message == WM_SETFOCUS) m_angle.m_mask.OnFieldFocus(m_angle.GetChildEditFocus());
@@ -85,6 +118,14 @@ class CTovEditValueAngle::FieldOf : public Edit {
             m_angle.m_mask.OnFieldChar(typed[0].unicode()) != 0)
             return;
         Edit::keyPressEvent(event);
+    }
+
+    void inputMethodEvent(QInputMethodEvent* event) override {
+        auto const committed = event->commitString().toUcs4();
+        if (committed.size() != 1 || m_angle.m_mask.OnFieldChar(committed[0]) == 0)
+            return Edit::inputMethodEvent(event);
+        QInputMethodEvent rest(event->preeditString(), event->attributes());
+        Edit::inputMethodEvent(&rest);
     }
 
     // The edit paints the background.
@@ -102,7 +143,10 @@ class CTovEditValueAngle::FieldOf : public Edit {
     }
 
  private:
+    bool CanEdit() { return this->hasFocus() && this->GetReadOnlyMode() == 0; }
+
     CTovEditValueAngle& m_angle;
+    bool m_isTaken = false;
 };
 
 struct CTovEditValueAngle::Child {
@@ -123,16 +167,6 @@ CTovEditValueAngle::CTovEditValueAngle(CTovUnitSettingsAngle* settings, QWidget*
 CTovEditValueAngle::~CTovEditValueAngle() {
     for (auto const& child : m_children)
         QObject::disconnect(child->edit.get(), nullptr, this, nullptr);
-}
-
-void CTovEditValueAngle::PreSubclassWindow() {
-    bool const isEmpty = IsEmpty() != 0;
-    double const value = GetValue();
-    CTovEditValueAngleOn::PreSubclassWindow();
-    if (isEmpty) return;
-    // The fields that it has got now are empty.
-    CTovKeepChangedByUserStatus const status(*this);
-    SetValue(value);
 }
 
 unsigned CTovEditValueAngle::UnitMessage() const {
@@ -176,6 +210,7 @@ ITovAngleField* CTovEditValueAngle::CreateField(CTovAngleFieldSetup const& setup
     m_children.push_back(std::move(child));
     PutFieldsIntoFocusChain();
     setAcceptDrops(false);  // a text dropped beside a field would be nobody's
+    updateGeometry();
     return field;
 }
 
@@ -195,6 +230,7 @@ void CTovEditValueAngle::DestroyFields() {
     }
     m_children.clear();
     setAcceptDrops(true);
+    updateGeometry();
 }
 
 CTovEdit* CTovEditValueAngle::FieldEdit(eTovAngleField field) const {
@@ -247,7 +283,26 @@ bool CTovEditValueAngle::OnFieldKey(int virtualKey, CTovEdit& field) {
 }
 
 void CTovEditValueAngle::OnFieldLeft() {
-    if (ControlOrChildHasFocus() == 0) TellDone();
+    if (ControlOrChildHasFocus() != 0) return;
+    m_fieldHadFocus = false;
+    TellDone();
+}
+
+void CTovEditValueAngle::OnFieldChanged() {
+    if (!IsHolding()) NoteChange();
+    m_fieldChanged = true;
+    TellContent();
+}
+
+void CTovEditValueAngle::OnContentChanged() {
+    QPointer<CTovEdit> const alive(this);
+    if (std::exchange(m_fieldChanged, false)) TellParent(*this, EN_CHANGE);
+    if (alive && m_mask.IsSplit()) TellEmpty();
+    if (alive) CTovEditValueAngleOn::OnContentChanged();
+}
+
+bool CTovEditValueAngle::IsTextAllowed(CString const& text) {
+    return m_mask.IsTextAllowed() || text == m_mask.MaskText();
 }
 
 LRESULT CTovEditValueAngle::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
@@ -288,10 +343,7 @@ LRESULT CTovEditValueAngle::WindowProc(unsigned message, WPARAM wParam, LPARAM l
         case WM_COMMAND:
             if (TovNotificationOf(wParam) == EN_CHANGE &&
                 m_mask.IsChildEdit(CWnd::FromHandlePermanent(HWND{static_cast<std::uint64_t>(lParam)}))) {
-                NoteChange();
-                TellParent(*this, EN_CHANGE);
-                OnContentChanged();
-                return 0;
+                return 0;  // it tells by itself when it knows its number
             }
             break;
         case WM_FONTCHANGE: {

@@ -230,7 +230,7 @@ int CTovEditAngleMask::OnFieldChar(char32_t character) {
     int const index = GetChildEditFocus();
     if (index < 0 || m_units.Host().InputControl().GetReadOnlyMode() != 0) return 0;
     ITovAngleField* const letter = Field(eTovFieldSign);
-    if (letter != nullptr && index != eTovFieldSign) {
+    if (letter != nullptr) {
         for (bool const negative : {false, true}) {
             if (!IsHemisphereCharacter(m_eSignType, negative, character)) continue;
             letter->TypeText(SignLetter(negative));

@@ -214,6 +214,10 @@ int CTovEditAngleMask::SafeSetValue(double radians) {
 }
 
 int CTovEditAngleMask::Put(double radians, bool safe) {
+    return AsOneChange(false, [&] { return Fill(radians, safe); });
+}
+
+int CTovEditAngleMask::Fill(double radians, bool safe) {
     CTovInputControl::CTovNotifyEmptyChanged const notify(m_units.Host().InputControl());
     if ((safe ? m_units.SafeSetValue(radians) : m_units.SetValue(radians)) == 0) return 0;
     if (!IsSplit()) return 1;
@@ -329,10 +333,15 @@ int CTovEditAngleMask::CreateAdditionalEditFields(int unit) {
     m_fields = std::move(fields);
     m_rects.assign(std::begin(rects), std::begin(rects) + static_cast<std::ptrdiff_t>(m_fields.size()));
     SetChangedByUser(changed);
+    m_pasted = {};
+    ShowMask();
+    return 1;
+}
+
+void CTovEditAngleMask::ShowMask() {
     m_bSettingMask = true;
     m_host.SetMaskText(MaskText());
     m_bSettingMask = false;
-    return 1;
 }
 
 void CTovEditAngleMask::DestroyAdditionalEditFields() {
@@ -349,11 +358,17 @@ void CTovEditAngleMask::DestroyAdditionalEditFields() {
     if (isEmpty) {
         m_units.Host().EmptyShownNumber();
     } else {
-        m_units.SafeSetValue(value);
+        CTovInputControl& edit = m_units.Host().InputControl();
+        CTovInputControl::CTovKeepChangedByUserStatus const keep(edit);
+        m_units.SetValue(value);
     }
 }
 
 void CTovEditAngleMask::Rearrange(std::function<void()> const& change) {
+    AsOneChange(false, [&] { RearrangeFields(change); });
+}
+
+void CTovEditAngleMask::RearrangeFields(std::function<void()> const& change) {
     CTovInputControl& edit = m_units.Host().InputControl();
     CTovInputControl::CTovNotifyEmptyChanged const notify(edit);
     CTovInputControl::CTovKeepChangedByUserStatus const keep(edit);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace tov {
 namespace {
@@ -95,7 +96,55 @@ bool CTovEditAngleMask::CanPaste(char const* text) {
 }
 
 int CTovEditAngleMask::Paste(char const* text) {
-    if (!CanPaste(text)) return 0;
+    return AsOneChange(true, [&] {
+        if (!CanPaste(text)) return 0;
+        Whole before = Content();
+        PasteFields(text);
+        m_pasted = {std::move(before), Content(), false};
+        return 1;
+    });
+}
+
+CTovEditAngleMask::Whole CTovEditAngleMask::Content() {
+    Whole whole;
+    for (ITovAngleField* const field : m_fields)
+        whole.texts.push_back(field->GetText());
+    whole.isKnown = IsSplit() && m_bKnown && FieldsShown() == m_shown;
+    whole.value = m_dValue;
+    return whole;
+}
+
+// The fields forget what was undone before, which would bring back one of them alone.
+void CTovEditAngleMask::TypeContent(Whole const& whole) {
+    CTovInputControl::CTovNotifyEmptyChanged const notify(m_units.Host().InputControl());
+    for (std::size_t i = 0; i < m_fields.size(); ++i) {
+        m_fields[i]->TypeText(whole.texts[i]);
+        m_fields[i]->ForgetUndo();
+    }
+    m_bKnown = whole.isKnown;
+    m_dValue = whole.value;
+    m_shown = FieldsShown();
+}
+
+int CTovEditAngleMask::UndoPaste() {
+    return AsOneChange(true, [&] {
+        if (!CanUndoPaste()) return 0;
+        TypeContent(m_pasted.before);
+        m_pasted.isUndone = true;
+        return 1;
+    });
+}
+
+int CTovEditAngleMask::RedoPaste() {
+    return AsOneChange(true, [&] {
+        if (!CanRedoPaste()) return 0;
+        TypeContent(m_pasted.after);
+        m_pasted.isUndone = false;
+        return 1;
+    });
+}
+
+void CTovEditAngleMask::PasteFields(char const* text) {
     auto const angle = ReadAngleFor(text, m_unit, m_eSignType, m_host.GetAngleKind());
     bool const isDms = m_unit == TOV_UNIT_DMS;
     double packed = JoinWritten(*angle);
@@ -119,7 +168,8 @@ int CTovEditAngleMask::Paste(char const* text) {
     Field(eTovFieldDegrees)->TypeNumber(isNegative ? -static_cast<double>(degrees) : degrees);
     Field(eTovFieldMinutes)->TypeNumber(minutes);
     Field(eTovFieldSeconds)->TypeNumber(seconds);
-    return 1;
+    for (ITovAngleField* const field : m_fields)
+        field->ForgetUndo();
 }
 
 int CTovEditAngleMask::ReadAngle(char const* text, double& radians) {

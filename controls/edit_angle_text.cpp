@@ -82,37 +82,6 @@ std::string Utf8Of(char32_t character) {
     return {byte(0xF0, 18), byte(0x80, 12), byte(0x80, 6), byte(0x80, 0)};
 }
 
-// Wide forms, the many dashes and blanks, as plain ones.
-std::string WithPlainSigns(std::string_view text) {
-    static constexpr std::string_view dashes[] = {"−", "‐", "‑", "‒", "–", "—", "﹣"};
-    static constexpr std::string_view blanks[] = {"\u00a0", "\u2007", "\u2009", "\u202f", "\u3000"};
-    std::string plain;
-    plain.reserve(text.size());
-    while (!text.empty()) {
-        std::string_view const character = text.substr(0, LengthOfCharacter(text));
-        text.remove_prefix(character.size());
-        auto const isOne = [&](auto const& list) {
-            return std::find(std::begin(list), std::end(list), character) != std::end(list);
-        };
-        if (isOne(dashes)) {
-            plain += '-';
-        } else if (isOne(blanks)) {
-            plain += ' ';
-        } else if (character.size() == 3 && character[0] == '\xef' &&
-                   (character[1] == '\xbc' || character[1] == '\xbd')) {
-            // U+FF01 to U+FF5E are the characters from "!" to "~".
-            unsigned const code = (static_cast<unsigned char>(character[1]) & 0x3FU) << 6 |
-                                  (static_cast<unsigned char>(character[2]) & 0x3FU);
-            constexpr unsigned firstWide = 0xF01 & 0xFFF;
-            constexpr unsigned lastWide = 0xF5E & 0xFFF;
-            if (code >= firstWide && code <= lastWide) plain += static_cast<char>(code - firstWide + '!');
-        } else {
-            plain += character;
-        }
-    }
-    return plain;
-}
-
 // One comma between digits is a decimal point where there is no other one; all others separate.
 std::string WithPoint(std::string text) {
     std::size_t const comma = text.find(',');
@@ -275,6 +244,36 @@ class AngleReader {
 };
 
 }  // namespace
+
+std::string WithPlainSigns(std::string_view text) {
+    static constexpr std::string_view dashes[] = {"−", "‐", "‑", "‒", "–", "—", "﹣"};
+    static constexpr std::string_view blanks[] = {"\u00a0", "\u2007", "\u2009", "\u202f", "\u3000"};
+    std::string plain;
+    plain.reserve(text.size());
+    while (!text.empty()) {
+        std::string_view const character = text.substr(0, LengthOfCharacter(text));
+        text.remove_prefix(character.size());
+        auto const isOne = [&](auto const& list) {
+            return std::find(std::begin(list), std::end(list), character) != std::end(list);
+        };
+        if (isOne(dashes)) {
+            plain += '-';
+        } else if (isOne(blanks)) {
+            plain += ' ';
+        } else if (character.size() == 3 && character[0] == '\xef' &&
+                   (character[1] == '\xbc' || character[1] == '\xbd')) {
+            // U+FF01 to U+FF5E are the characters from "!" to "~".
+            unsigned const code = (static_cast<unsigned char>(character[1]) & 0x3FU) << 6 |
+                                  (static_cast<unsigned char>(character[2]) & 0x3FU);
+            constexpr unsigned firstWide = 0xF01 & 0xFFF;
+            constexpr unsigned lastWide = 0xF5E & 0xFFF;
+            if (code >= firstWide && code <= lastWide) plain += static_cast<char>(code - firstWide + '!');
+        } else {
+            plain += character;
+        }
+    }
+    return plain;
+}
 
 std::string HemisphereLetter(eSignType type, bool negative) {
     unsigned id = 0;

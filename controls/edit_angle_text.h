@@ -25,6 +25,9 @@ bool IsHemisphereCharacter(eSignType type, bool negative, char32_t character);
 // For which part the character is the sign: 0 for the degree sign. -1 for none.
 int PartOfMark(char32_t character);
 
+// Wide forms, the many dashes and blanks, as plain ones.
+std::string WithPlainSigns(std::string_view text);
+
 // How the parts of a written angle are divided.
 enum class AngleDivision { kOfTheUnit, kSexagesimal, kCentesimal, kRadians, kTurns };
 

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QStyle>
 #include <QStyleHints>
 #include <QStyleOptionSpinBox>
@@ -97,9 +98,10 @@ void CTovEditSpin::wheelEvent(QWheelEvent* event) {
     m_wheel += event->angleDelta().y();
     int const steps = m_wheel / notch;
     m_wheel -= steps * notch;
-    for (int i = 0; i < std::abs(steps); ++i)
-        Step(steps > 0);
     event->accept();
+    QPointer<CTovEditSpin> const alive(this);
+    for (int i = 0; i < std::abs(steps) && alive; ++i)
+        Step(steps > 0);
 }
 
 }  // namespace tov

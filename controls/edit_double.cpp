@@ -2,6 +2,7 @@
 
 #include <tov310/text.h>
 
+#include "controls/edit_angle_text.h"
 #include "controls/message_text.h"
 #include "controls/number_edit.h"
 #include "controls/number_format.h"
@@ -131,6 +132,18 @@ void CTovEditDouble::InternalSetDouble(double newValue) {
     CTovInputControl::CTovNotifyEmptyChanged const scope(m_text.Host().InputControl());
     value = newValue;
     ShowNewNumber(m_text, InputText());
+}
+
+void CTovEditDouble::ReadInput(CString& text) const {
+    text = WithPlainSigns(text);
+    std::size_t const point = text.find_first_of(",.");
+    if (point == text.npos || text.find_first_of(",.", point + 1) != text.npos) return;
+    auto const isDigit = [&](std::size_t at) {
+        return at < text.size() && text[at] >= '0' && text[at] <= '9';
+    };
+    bool const isTyped = text.size() == 1 && m_text.GetRawString().find(decimalSeparator) == CString::npos;
+    if (!isTyped && !(point > 0 && isDigit(point - 1) && isDigit(point + 1))) return;
+    text = text.substr(0, point).append(decimalSeparator).append(text, point + 1);
 }
 
 CTovInputControl::eState CTovEditDouble::OnValidate(CString* message) {

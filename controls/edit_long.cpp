@@ -1,5 +1,6 @@
 #include <tov310/edit_number.h>
 
+#include "controls/edit_angle_text.h"
 #include "controls/message_text.h"
 #include "controls/number_edit.h"
 #include "controls/number_format.h"
@@ -164,6 +165,10 @@ bool CTovEditLong::NextValue(int up, long current, T step, long& next) const {
     }
     next = static_cast<long>(to);
     return true;
+}
+
+void CTovEditLong::ReadInput(CString& text) const {
+    text = WithPlainSigns(text);
 }
 
 void CTovEditLong::OnSpinDeltapos(int up, int delta) {

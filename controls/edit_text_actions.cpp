@@ -160,6 +160,7 @@ int CTovEditText::CanCopy() const {
 int CTovEditText::PreparePaste(CString& text, Selection& range) const {
     if (!CanChange() || m_host.GetClipboardText(text) == 0) return 0;
     MakeOneLine(text);
+    m_host.ReadInput(text);
     m_host.TrimString(text, 0);
     range = GetSel();
     std::size_t const length = CharacterCount(text);

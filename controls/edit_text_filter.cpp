@@ -97,6 +97,11 @@ int CTovEditText::TrimString(CString& text, int trim) const {
 
 int CTovEditText::OnChar(char32_t& character) const {
     if (character < ' ' || character == 0x7F) return 0;
+    CString typed;
+    AppendCharacter(typed, character);
+    m_host.ReadInput(typed);
+    std::string_view rest = typed;
+    if (!rest.empty()) character = TakeCharacter(rest);
     m_host.Convert(character);
     if (m_host.CharAllowed(character) != 0) return 1;
     m_host.Beep();
@@ -122,13 +127,15 @@ int CTovEditText::AcceptInput(CString& text, int& caret) {
     CString added(proposed.substr(same));
     bool const adds = !added.empty();
     MakeOneLine(added);
+    bool const isTaken = CharacterCount(added) > 1 && m_host.TakeInput(added) != 0;
+    m_host.ReadInput(added);
     m_host.TrimString(added, 0);
     std::size_t const kept = CharacterCount(head) + CharacterCount(tail);
     std::size_t const most = m_host.GetMaxChars();
     if (kept + CharacterCount(added) > most)
         added = CString(Characters(added, 0, most > kept ? most - kept : 0));
 
-    bool const refused = (adds && added.empty()) || m_host.InputControl().GetReadOnlyMode() != 0;
+    bool const refused = isTaken || (adds && added.empty()) || m_host.InputControl().GetReadOnlyMode() != 0;
     caret = static_cast<int>(refused ? CharacterCount(old) : CharacterCount(head) + CharacterCount(added));
     text = refused ? m_shown : CString(head).append(added).append(tail);
     return !refused;

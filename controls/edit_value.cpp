@@ -130,14 +130,15 @@ int CTovEditValueUnits::Put(double standard, bool safe) {
     double const normalised = value.GetDouble();
     HoldUnit();
     double const shown = InShownUnit([&] { return m_host.ConvertStdTo(normalised, 1, 1); });
+    // Before anybody is told, who may ask for it, or put another one in.
+    m_dStandard = normalised;
+    m_dShown = shown;
+    m_bShown = m_bKnown = true;
     if (safe) {
         m_host.SafeSetShownNumber(shown);
     } else {
         m_host.SetShownNumber(shown);
     }
-    m_dStandard = normalised;
-    m_dShown = m_host.GetShownNumber();
-    m_bShown = m_bKnown = true;
     return 1;
 }
 

@@ -15,11 +15,15 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QFocusEvent>
+#include <QPointer>
 #include <QStyle>
 #include <QStyleOptionFrame>
 #include <QValidator>
 
+#include <bit>
+#include <cstdint>
 #include <limits>
+#include <utility>
 
 namespace tov {
 namespace {
@@ -49,7 +53,7 @@ class CTovEdit::Gate : public QValidator {
     State validate(QString& input, int& position) const override {
         CString text = TovText(input);
         int caret = ToCharacters(input, position);
-        if (m_edit.m_text.AcceptInput(text, caret) == 0) {
+        if (!m_edit.IsTextAllowed(text) || m_edit.m_text.AcceptInput(text, caret) == 0) {
             m_edit.Beep();
             return Invalid;
         }
@@ -79,9 +83,15 @@ CTovEdit::~CTovEdit() {
 void CTovEdit::PreSubclassWindow() {
     CWndOn::PreSubclassWindow();
     QString const present = text();
+    HoldChanges();
     InitializeEdit();
-    if (!present.isEmpty()) m_text.AdoptWindowText();
+    if (!present.isEmpty() && m_text.IsRawEmpty() != 0 && IsTextAllowed(TovText(present)))
+        m_text.AdoptWindowText();
     ShowValue();
+    m_lastEmpty = ValidateEmpty();
+    // To be born is no change.
+    --m_held;
+    m_contentHeld = m_emptyHeld = false;
 }
 
 CTovCommandTable const* CTovEdit::GetCommandTable() const {
@@ -93,9 +103,57 @@ CTovCommandTable const* CTovEdit::GetCommandTable() const {
 
 void CTovEdit::OnTextChanged() {
     if (IgnoreEditChanged() != 0) return;
+    if (!IsTextAllowed(TovText(text()))) return PutAllowedText();
     m_changedSinceFocus = true;
+    HoldChanges();
     OnEditChanged(static_cast<unsigned>(GetDlgCtrlID()));
-    OnContentChanged();
+    TellContent();
+    TellChanges(true);
+}
+
+void CTovEdit::TellContent() {
+    if (IsHolding()) {
+        m_contentHeld = true;
+    } else {
+        OnContentChanged();
+    }
+}
+
+void CTovEdit::TellChanges(bool byUser) {
+    if (--m_held != 0) return;
+    QPointer<CTovEdit> const alive(this);
+    bool const content = std::exchange(m_contentHeld, false);
+    if (content && byUser) NoteChange();
+    if (std::exchange(m_emptyHeld, false)) OnEmptyChanged();
+    if (alive && content) TellContent();
+}
+
+void CTovEdit::TellValue(double value) {
+    bool const hasValue = IsEmpty() == 0;
+    if (hasValue == m_lastHadValue &&
+        std::bit_cast<std::uint64_t>(value) == std::bit_cast<std::uint64_t>(m_lastValue))
+        return;
+    m_lastHadValue = hasValue;
+    m_lastValue = value;
+    Q_EMIT valueChanged(value);
+}
+
+void CTovEdit::Undo() {
+    HoldChanges();
+    m_text.Undo();
+    TellChanges(true);
+}
+
+void CTovEdit::Redo() {
+    HoldChanges();
+    m_text.Redo();
+    TellChanges(true);
+}
+
+void CTovEdit::DispatchSpinDeltapos(int up, int delta) {
+    HoldChanges();
+    m_text.DispatchSpinDeltapos(up, delta);
+    TellChanges(true);
 }
 
 void CTovEdit::OnContentChanged() {
@@ -103,8 +161,9 @@ void CTovEdit::OnContentChanged() {
 }
 
 void CTovEdit::TellDone() {
+    QPointer<CTovEdit> const alive(this);
     TellValidity();
-    if (std::exchange(m_changedSinceFocus, false)) Q_EMIT editingDone();
+    if (alive && std::exchange(m_changedSinceFocus, false)) Q_EMIT editingDone();
 }
 
 void CTovEdit::TellValidity() {
@@ -131,8 +190,18 @@ CTovInputControl::eState CTovEdit::OnValidate(CString* message) {
 }
 
 void CTovEdit::OnEmptyChanged() {
+    if (IsHolding()) {
+        m_emptyHeld = true;
+        return;
+    }
+    m_lastEmpty = ValidateEmpty();
+    QPointer<CTovEdit> const alive(this);
     CTovInputControl::OnEmptyChanged();
-    Q_EMIT emptyChanged(ValidateEmpty() != 0);
+    if (alive) Q_EMIT emptyChanged(m_lastEmpty != 0);
+}
+
+void CTovEdit::TellEmpty() {
+    if (ValidateEmpty() != m_lastEmpty) OnEmptyChanged();
 }
 
 LRESULT CTovEdit::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
@@ -402,7 +471,9 @@ void CTovEdit::PlaceCompanions() {
     // The rest of the margins is the host's.
     QMargins margins = textMargins();
     margins.setRight(margins.right() + margin - std::exchange(m_companionMargin, margin));
-    if (margins != textMargins()) setTextMargins(margins);
+    if (margins == textMargins()) return;
+    setTextMargins(margins);
+    updateGeometry();
 }
 
 void CTovEdit::GetWindowBoundingRect(CRect* rect) {

@@ -1,5 +1,7 @@
 #include <tov310/number_edits.h>
 
+#include <QPointer>
+
 namespace tov {
 
 CTovEditInteger::CTovEditInteger(QWidget* parent) : CTovEditIntegerOn(parent) {}
@@ -9,15 +11,26 @@ CTovEditInteger::CTovEditInteger(eType type, QWidget* parent) : CTovEditIntegerO
 }
 
 void CTovEditInteger::InternalSetLong(long value, int negativeZero) {
+    HoldChanges();
     CTovEditIntegerOn::InternalSetLong(value, negativeZero);
-    CTovEditInteger::OnContentChanged();
+    TellContent();
+    TellChanges(false);
+}
+
+void CTovEditInteger::Empty() {
+    HoldChanges();
+    CTovEditIntegerOn::Empty();
+    TellContent();
+    TellChanges(false);
 }
 
 void CTovEditInteger::OnContentChanged() {
+    QPointer<CTovEdit> const alive(this);
     CTovEditIntegerOn::OnContentChanged();
+    if (!alive) return;
     long const value = m_number.value;
-    Q_EMIT valueChanged(m_number.IsUnsigned() ? static_cast<double>(static_cast<unsigned long>(value))
-                                              : static_cast<double>(value));
+    TellValue(m_number.IsUnsigned() ? static_cast<double>(static_cast<unsigned long>(value))
+                                    : static_cast<double>(value));
 }
 
 CTovEditFloating::CTovEditFloating(QWidget* parent) : CTovEditFloatingOn(parent) {}
@@ -27,13 +40,23 @@ CTovEditFloating::CTovEditFloating(eType type, QWidget* parent) : CTovEditFloati
 }
 
 void CTovEditFloating::InternalSetDouble(double value) {
+    HoldChanges();
     CTovEditFloatingOn::InternalSetDouble(value);
-    CTovEditFloating::OnContentChanged();
+    TellContent();
+    TellChanges(false);
+}
+
+void CTovEditFloating::Empty() {
+    HoldChanges();
+    CTovEditFloatingOn::Empty();
+    TellContent();
+    TellChanges(false);
 }
 
 void CTovEditFloating::OnContentChanged() {
+    QPointer<CTovEdit> const alive(this);
     CTovEditFloatingOn::OnContentChanged();
-    Q_EMIT valueChanged(m_number.value);
+    if (alive) TellValue(m_number.value);
 }
 
 }  // namespace tov

@@ -40,7 +40,7 @@ CString CTovEditString::GetString() {
 
 int CTovEditString::SetString(CString const& text) {
     Text().SetString(text);
-    OnContentChanged();
+    TellContent();
     return 1;
 }
 

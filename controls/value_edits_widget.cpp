@@ -4,6 +4,7 @@
 #include <tov310/qt_values.h>
 
 #include <QEvent>
+#include <QPointer>
 
 namespace tov {
 
@@ -23,7 +24,7 @@ bool CTovEditValue::event(QEvent* event) {
 
 LRESULT CTovEditValue::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
     if (message == UnitMessage() && message != 0) {
-        OnUnitChanged();
+        OnUnitMessage();
         DisplayUnitAbbreviation();
         return 0;
     }
@@ -32,8 +33,14 @@ LRESULT CTovEditValue::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam
 }
 
 void CTovEditValue::OnContentChanged() {
+    QPointer<CTovEdit> const alive(this);
     CTovEdit::OnContentChanged();
-    Q_EMIT valueChanged(GetValue());
+    if (alive) TellValue(GetValue());
+}
+
+void CTovEditValue::SafeSetDouble(double shown) {
+    CTovEditValueOn::SafeSetDouble(shown);
+    TellContent();
 }
 
 CTovEditValueDistance::CTovEditValueDistance(QWidget* parent) : CTovEditValue(parent) {}

@@ -63,6 +63,10 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
     CTovEditButton* GetEditButton() const { return m_button; }  // null for none; the edit's
     CTovEditSpin* GetEditSpin() const { return m_spin; }
 
+    void Undo() override;
+    void Redo() override;
+    void DispatchSpinDeltapos(int up, int delta) override;
+
     // As if it had been typed, but by the program.
     void setText(QString const& text);
 
@@ -86,7 +90,24 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
 
     // The user has changed something that stands in the edit, and the focus has left it with all that does.
     void NoteChange() { m_changedSinceFocus = true; }
+    void ForgetChange() { m_changedSinceFocus = false; }
     void TellDone();
+
+    // Between the two nothing is told; then once, as the last thing that is done, since whoever is told may
+    // delete the edit. They may be nested.
+    void HoldChanges() { ++m_held; }
+    void TellChanges(bool byUser);
+    bool IsHolding() const { return m_held > 0; }
+    // Calls OnContentChanged, now or at the end.
+    void TellContent();
+    // Tells valueChanged where the number, or whether there is one, is not what was told last.
+    void TellValue(double value);
+    // Tells emptyChanged and the container where it is not what was told last.
+    void TellEmpty();
+
+    // Whether the text may be that of the window; another one does not stay there.
+    virtual bool IsTextAllowed(CString const& /*text*/) { return true; }
+    virtual void PutAllowedText() {}
 
     // What it is painted with where no colour is set.
     virtual QPalette UsualPalette() const { return m_hostPalette; }
@@ -129,6 +150,12 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
     CTovEditSpin* m_spin = nullptr;
     int m_companionMargin = 0;  // what they take of the text's room
     int m_lastState = eStateValid;
+    int m_held = 0;
+    bool m_contentHeld = false;  // to be told at the end
+    bool m_emptyHeld = false;
+    int m_lastEmpty = 0;  // as it was told
+    double m_lastValue = 0;
+    bool m_lastHadValue = false;
     QString m_lastWords;
     QString m_hostDescription;
     QPalette m_hostPalette;

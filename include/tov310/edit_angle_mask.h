@@ -78,6 +78,7 @@ class TOV_CORE_API ITovAngleField {
     // The same as if the user had typed it in place of all.
     virtual void TypeText(CString const& text) = 0;
     virtual void TypeNumber(double number) = 0;
+    virtual void ForgetUndo() {}  // of what was typed until now
     virtual void Empty() = 0;
 
     virtual void SetDecimals(int input, int display) = 0;
@@ -124,6 +125,10 @@ class TOV_CORE_API CTovEditAngleHost {
 
     // Gives the focus to the control after or before this one.
     virtual void PostNextDlgCtl(int previous) = 0;
+
+    // Several fields are going to change as one, and have done so: only then anybody is told.
+    virtual void HoldChanges() {}
+    virtual void TellChanges(bool /*byUser*/) {}
 
  protected:
     CTovEditAngleHost() = default;
@@ -181,6 +186,19 @@ class TOV_CORE_API CTovEditAngleMask {
     void SetUnit(long unit);
     // For after the settings got another unit; 0 where they have the one that is shown.
     int UnitChanged();
+    // Runs the call, and lets the host tell of all that it changes as of one change, at the very end.
+    template <class Call>
+    auto AsOneChange(bool byUser, Call call) {
+        struct Scope {
+            CTovEditAngleHost& host;
+            bool const byUser;
+            ~Scope() { host.TellChanges(byUser); }
+        };
+        m_host.HoldChanges();
+        Scope const scope{m_host, byUser};
+        return call();
+    }
+
     // Decimals of the number in one piece; the seconds have 5 at the most. Initially 6.
     void SetInputDecimals(int decimals);
     void SetDisplayDecimals(int decimals);
@@ -193,6 +211,8 @@ class TOV_CORE_API CTovEditAngleMask {
     ITovAngleField* Field(eTovAngleField field) const;
     // Whether a text may become that of the window; while it is split only its mask may.
     bool IsTextAllowed() const { return !IsSplit() || m_bSettingMask; }
+
+    void ShowMask();  // as the text of the window
 
     eState InternalValidate(CString* message);
     int IsEmpty() const;  // all fields; the letter that stands there from the beginning is no content
@@ -235,6 +255,11 @@ class TOV_CORE_API CTovEditAngleMask {
     // Whether a text is an angle rather than the text of the active field alone, and puts it into all fields.
     bool CanPaste(char const* text);
     int Paste(char const* text);
+    // Takes a pasted angle back from all fields, or puts it in again, while they are as they were left.
+    bool CanUndoPaste() { return m_pasted.CanBeUndone() && Content().texts == m_pasted.after.texts; }
+    bool CanRedoPaste() { return m_pasted.isUndone && Content().texts == m_pasted.before.texts; }
+    int UndoPaste();
+    int RedoPaste();
     // Reads an angle in any of the usual forms, for the unit and sign type of this edit: "12°34'56.7\"",
     // "12 34 56.7 S", "12-34-56.7", "12.5823" (degrees or gon, as the unit), "13.9803 gon", "0.2196 rad",
     // "45296.7\"", with the letters of hemispheres in English, Chinese and those of the library. 0 for what
@@ -260,12 +285,31 @@ class TOV_CORE_API CTovEditAngleMask {
         std::size_t end = 0;
     };
 
+    // All fields, with the value that they stand for where it is known.
+    struct Whole {
+        std::vector<CString> texts;
+        bool isKnown = false;
+        double value = 0;
+    };
+    struct Pasted {
+        Whole before;
+        Whole after;
+        bool isUndone = false;
+
+        bool CanBeUndone() const { return !after.texts.empty() && !isUndone; }
+    };
+
     int Put(double radians, bool safe);
+    int Fill(double radians, bool safe);
+    void PasteFields(char const* text);
+    Whole Content();
+    void TypeContent(Whole const& whole);
     void SetSecondsDecimals();
     void DisplayDmsValue(int sign, int degrees, int minutes, double seconds);
     double JoinFields();
     Shown FieldsShown();
     void Rearrange(std::function<void()> const& change);
+    void RearrangeFields(std::function<void()> const& change);
     void StepChildEdit(int step);
     bool FocusButtonFirst();
     void FocusField(int index, int start, int end);
@@ -291,6 +335,7 @@ class TOV_CORE_API CTovEditAngleMask {
     bool m_bKnown = false;        // the fields still show m_dValue
     double m_dValue = 0;
     Shown m_shown;
+    Pasted m_pasted;
 };
 
 }  // namespace tov

@@ -163,6 +163,11 @@ class TOV_CORE_API CTovEditHost {
     }
     virtual void OnUndoRedoItemRestored(CTovEditUndoRedoItem const* /*item*/) {}
 
+    // What comes in as one text, before the filter: other spellings of what the edit takes. And whether it
+    // goes elsewhere.
+    virtual void ReadInput(CString& /*text*/) const {}
+    virtual int TakeInput(CString const& /*text*/) { return 0; }
+
     virtual void PrepareColors() { m_text->PrepareColors(); }
     virtual void Convert(CString& text) const { m_text->Convert(text); }
     virtual void Convert(char32_t& character) const { m_text->Convert(character); }

@@ -167,6 +167,8 @@ class TOV_CORE_API CTovEditLong {
     void ConvertDisplayToInputPos(int& position) const;
     CTovInputControl::eState OnValidate(CString* message);
     void OnSpinDeltapos(int up, int delta);
+    // Wide forms and other minus signs as plain ones.
+    void ReadInput(CString& text) const;
     void Clear();
     void Reset();
 
@@ -231,6 +233,8 @@ class TOV_CORE_API CTovEditDouble {
     void ConvertDisplayToInputPos(int& position) const;
     CTovInputControl::eState OnValidate(CString* message);
     void OnSpinDeltapos(int up, int delta);
+    // The same, and the one comma or point between digits, or that is typed alone, as the decimal separator.
+    void ReadInput(CString& text) const;
     void Reset();
 
     // The format with so many decimals.
@@ -309,6 +313,7 @@ class CTovEditIntegerOn : public Edit, public CTovEditIntegerHost {
         m_number.OnEditChanged();
     }
     void OnSpinDeltapos(int up, int delta) override { m_number.OnSpinDeltapos(up, delta); }
+    void ReadInput(CString& words) const override { m_number.ReadInput(words); }
     void ConvertDisplayToInputPos(int& position) override { m_number.ConvertDisplayToInputPos(position); }
     void ShowDisplayValue() override { m_number.ShowDisplayValue(); }
     void ShowInputValue() override { m_number.ShowInputValue(); }
@@ -366,6 +371,7 @@ class CTovEditFloatingOn : public Edit, public CTovEditFloatingHost {
         m_number.OnEditChanged();
     }
     void OnSpinDeltapos(int up, int delta) override { m_number.OnSpinDeltapos(up, delta); }
+    void ReadInput(CString& words) const override { m_number.ReadInput(words); }
     void ConvertDisplayToInputPos(int& position) override { m_number.ConvertDisplayToInputPos(position); }
     void ShowDisplayValue() override { m_number.ShowDisplayValue(); }
     void ShowInputValue() override { m_number.ShowInputValue(); }

@@ -102,8 +102,8 @@ struct TOV_CORE_API CTovEditSettings {
     int readOnlyKeepsFocus = DefaultReadOnlyKeepsFocus();
     CRuntimeClass const* undoItemClass = &CTovEditUndoRedoItem::classCTovEditUndoRedoItem;
 
-    // Of all edits that are made from then on; initially 0. Not to be set while
-    // other threads make edits.
+    // Of all edits that are made from then on; initially 1 for trimming and 0 for the focus. Not to be set
+    // while other threads make edits.
     static int& DefaultTrimLeft();
     static int& DefaultTrimRight();
     static int& DefaultReadOnlyKeepsFocus();

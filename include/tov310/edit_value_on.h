@@ -32,6 +32,7 @@ class TOV_CORE_API CTovAngleFieldEdit : public ITovAngleField {
     void SetNumber(double number) override;
     void TypeText(CString const& text) override { m_edit.SetEditText(text); }
     void TypeNumber(double number) override;
+    void ForgetUndo() override { m_edit.Text().ForgetUndoRedo(); }
     void Empty() override { m_edit.Empty(); }
     void SetDecimals(int input, int display) override;
     void Move(CRect const& rect) override;
@@ -100,6 +101,10 @@ class CTovEditValueOn : public Floating, public CTovEditValueHost {
     void InitializeEdit() override {
         Floating::InitializeEdit();
         m_units.HoldUnit();
+    }
+    void Empty() override {
+        m_units.Typed();  // what is shown is nobody's value any more
+        Floating::Empty();
     }
     void OnEditChanged(unsigned id) override {
         if (this->IgnoreEditChanged() != 0) return;
@@ -198,9 +203,11 @@ class CTovEditValueAngleOn : public Value, public CTovEditAngleHost {
 
     int IsEmpty() override { return m_mask.IsSplit() ? m_mask.IsEmpty() : Value::IsEmpty(); }
     void Empty() override {
-        CTovInputControl::CTovNotifyEmptyChanged const scope(*this);
-        m_mask.Empty();
-        Value::Empty();
+        m_mask.AsOneChange(false, [this] {
+            CTovInputControl::CTovNotifyEmptyChanged const scope(*this);
+            m_mask.Empty();
+            Value::Empty();
+        });
     }
     int SetEmptyAllowed(int allowed) override {
         m_mask.SetEmptyAllowed(allowed);
@@ -221,13 +228,21 @@ class CTovEditValueAngleOn : public Value, public CTovEditAngleHost {
         return m_mask.IsSplit() ? m_mask.InternalValidate(message) : Value::OnValidate(message);
     }
 
+    // What was put in before there was a window stays.
     void InitializeEdit() override {
-        Value::InitializeEdit();
-        m_mask.Initialize();
+        m_mask.AsOneChange(false, [this] {
+            CTovInputControl::CTovNotifyEmptyChanged const scope(*this);
+            bool const isEmpty = IsEmpty() != 0;
+            double const radians = GetValue();
+            Value::InitializeEdit();
+            m_mask.Initialize();
+            if (!isEmpty) m_mask.SetValue(radians);
+        });
     }
     void DispatchSpinDeltapos(int up, int delta) override {
         if (!m_mask.IsSplit()) return Value::DispatchSpinDeltapos(up, delta);
-        if (this->GetReadOnlyMode() == 0) m_mask.DispatchSpinDeltapos(up, delta);
+        if (this->GetReadOnlyMode() != 0) return;
+        m_mask.AsOneChange(true, [this, up, delta] { m_mask.DispatchSpinDeltapos(up, delta); });
     }
     void OnSpinDeltapos(int up, int delta) override {
         CTovInputControl::CTovNotifyEmptyChanged const scope(*this);

@@ -19,6 +19,7 @@ class TOV_UI_API CTovEditInteger : public CTovEditIntegerOn<CTovEdit> {
     using CTovInputControl::operator=;
     explicit CTovEditInteger(QWidget* parent = nullptr);
     explicit CTovEditInteger(eType type, QWidget* parent = nullptr);
+    void Empty() override;
 
  protected:
     void InternalSetLong(long value, int negativeZero) override;
@@ -31,6 +32,7 @@ class TOV_UI_API CTovEditFloating : public CTovEditFloatingOn<CTovEdit> {
     using CTovInputControl::operator=;
     explicit CTovEditFloating(QWidget* parent = nullptr);
     explicit CTovEditFloating(eType type, QWidget* parent = nullptr);
+    void Empty() override;
 
  protected:
     void InternalSetDouble(double value) override;

@@ -30,6 +30,8 @@ class TOV_UI_API CTovEditValue : public CTovEditValueOn<CTovEditFloating> {
     // What is shown, with the abbreviation of the unit.
     QString valueText();
 
+    void SafeSetDouble(double shown) override;
+
  protected:
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
     bool event(QEvent* event) override;
@@ -39,6 +41,7 @@ class TOV_UI_API CTovEditValue : public CTovEditValueOn<CTovEditFloating> {
 
     // The message that tells of another unit in the settings; 0 for none.
     virtual unsigned UnitMessage() const { return 0; }
+    virtual void OnUnitMessage() { OnUnitChanged(); }
 };
 
 class TOV_UI_API CTovEditValueDistance : public CTovEditValue {
@@ -53,6 +56,7 @@ class TOV_UI_API CTovEditValueDistance : public CTovEditValue {
 
  protected:
     unsigned UnitMessage() const override;
+    void OnUnitMessage() override { OnUnitChangedDistance(); }
 
  private:
     CTovValueDistance m_value;
@@ -82,8 +86,11 @@ class TOV_UI_API CTovEditValueAngle : public CTovEditValueAngleOn<CTovEditValue>
     explicit CTovEditValueAngle(std::unique_ptr<CTovValueAngle> value, QWidget* parent);
 
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
-    void PreSubclassWindow() override;
     unsigned UnitMessage() const override;
+    void OnUnitMessage() override { OnUnitChangedAngle(); }
+    void OnContentChanged() override;
+    bool IsTextAllowed(CString const& text) override;
+    void PutAllowedText() override { m_mask.ShowMask(); }
     QString WholeText() override;
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
@@ -96,6 +103,8 @@ class TOV_UI_API CTovEditValueAngle : public CTovEditValueAngleOn<CTovEditValue>
     int GetCompanionsWidth() override;
     void FocusEditButton() override;
     void PostNextDlgCtl(int previous) override;
+    void HoldChanges() override { CTovEdit::HoldChanges(); }
+    void TellChanges(bool byUser) override { CTovEdit::TellChanges(byUser); }
 
  private:
     template <class Edit>
@@ -107,10 +116,13 @@ class TOV_UI_API CTovEditValueAngle : public CTovEditValueAngleOn<CTovEditValue>
     void PutFieldsIntoFocusChain();
     bool OnFieldKey(int virtualKey, CTovEdit& field);
     void OnFieldLeft();
+    void OnFieldChanged();
 
     std::unique_ptr<CTovValueAngle> m_value;
     bool m_losesFields = false;
     std::vector<std::unique_ptr<Child>> m_children;  // in the order in which they were made
+    bool m_fieldChanged = false;                     // and the parent is to be told
+    bool m_fieldHadFocus = false;                    // since the focus came into the edit
 };
 
 class TOV_UI_API CTovEditLatitude : public CTovEditValueAngle {

@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <random>
 
@@ -228,6 +229,89 @@ TEST(NumberEditWidget, PutsTheCaretWhereThePressMeansIt) {
     QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {}, form.edit.mapTo(&form, place.center()));
     EXPECT_EQ(form.edit.text(), "1234.5");
     EXPECT_EQ(form.edit.cursorPosition(), 2);
+}
+
+TEST(NumberEditWidget, ReadsNumbersAsOthersWriteThem) {
+    NumberForm form;
+    struct {
+        char const* text;
+        double number;
+    } const pasted[] = {{"12,5", 12.5},      {"\u22125.5", -5.5}, {"１２．５", 12.5},
+                        {"-1.5e3 m", -1500}, {"1 234.5", 1234.5}, {"1,234,567", 1234567}};
+    for (auto const& [text, number] : pasted) {
+        for (bool const byToolkit : {false, true}) {
+            form.edit.Empty();
+            QApplication::clipboard()->setText(QString::fromUtf8(text));
+            byToolkit ? form.edit.paste() : form.edit.Paste();
+            EXPECT_EQ(form.edit.GetDouble(), number) << text << byToolkit;
+        }
+    }
+    form.edit.Empty();
+    form.Type("-2,25");
+    EXPECT_EQ(form.edit.GetDouble(), -2.25);
+}
+
+TEST(NumberEditWidget, TellsWhatIsNewOnce) {
+    NumberForm form;
+    CTovEditFloating twin;
+    std::vector<double> told;
+    QObject::connect(&form.edit, &CTovEdit::valueChanged, &twin,
+                     [&](double value) { twin.SetDouble(value); });
+    QObject::connect(&twin, &CTovEdit::valueChanged, &form.edit, [&](double value) {
+        told.push_back(value);
+        form.edit.SetDouble(value);
+    });
+    form.edit.SetInputFormat(2);
+    form.edit.SetDouble(1.23456);
+    form.edit.SetDouble(1.23456);
+    form.edit.Empty();
+    form.edit.Empty();
+    EXPECT_EQ(told, (std::vector{1.23456, 0.0}));
+    QObject::disconnect(&form.edit, &CTovEdit::valueChanged, nullptr, nullptr);
+    form.edit.SetDouble(1.23456);
+    form.Type("7");
+    QObject::connect(&form.edit, &CTovEdit::valueChanged, [&](double value) { told.push_back(value); });
+    told.clear();
+    form.Control(Qt::Key_Z);
+    EXPECT_EQ(told, std::vector{1.23456}) << "not as it is shown";
+}
+
+TEST(NumberEditWidget, MayBeDeletedByWhomItTells) {
+    using Signal = std::function<void(CTovEditInteger&, std::function<void()>)>;
+    Signal const signals_[] = {
+        [](CTovEditInteger& edit, auto call) { QObject::connect(&edit, &CTovEdit::valueChanged, call); },
+        [](CTovEditInteger& edit, auto call) { QObject::connect(&edit, &CTovEdit::validityChanged, call); },
+        [](CTovEditInteger& edit, auto call) { QObject::connect(&edit, &CTovEdit::emptyChanged, call); },
+        [](CTovEditInteger& edit, auto call) { QObject::connect(&edit, &CTovEdit::editingDone, call); }};
+    std::function<void(CTovEditInteger&, QWidget&)> const acts[] = {
+        [](CTovEditInteger& edit, QWidget&) { QTest::keyClick(&edit, Qt::Key_Up); },
+        [](CTovEditInteger& edit, QWidget& other) {
+            edit.SetRange(100, 200);
+            other.setFocus();
+        },
+        [](CTovEditInteger& edit, QWidget&) { edit.Empty(); },
+        [](CTovEditInteger& edit, QWidget&) {
+            QWheelEvent wheel({4, 2}, edit.GetEditSpin()->mapToGlobal(QPointF(4, 2)), {}, {0, 360},
+                              Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(edit.GetEditSpin(), &wheel);
+        }};
+    int deleted = 0;
+    for (auto const& connect : signals_) {
+        for (auto const& act : acts) {
+            EditForm<QLineEdit> form;
+            auto* const edit = std::make_unique<CTovEditInteger>(&form).release();
+            edit->show();
+            edit->CreateSpinButton();
+            edit->setFocus();
+            edit->SetLong(5);
+            QPointer<QWidget> alive(edit);
+            QTest::keyClicks(edit, "6");
+            connect(*edit, [edit] { delete edit; });
+            act(*edit, form.other);
+            deleted += !alive;
+        }
+    }
+    EXPECT_GE(deleted, 5);
 }
 
 TEST(NumberEditWidget, StepsByWhoeverHasTheFocus) {

@@ -9,7 +9,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <iterator>
 #include <random>
+#include <utility>
+#include <vector>
 
 namespace tov {
 namespace {
@@ -308,12 +311,243 @@ TEST(LatitudeEditWidget, KnowsItsHemispheres) {
     ASSERT_NE(edit.FieldEdit(eTovFieldSign), nullptr);
     EXPECT_EQ(edit.FieldEdit(eTovFieldSign)->text(), "S");
     edit.FieldEdit(eTovFieldSign)->setFocus();
+    for (char const* const letter : {"n", "s"})
+        QTest::keyClicks(edit.FieldEdit(eTovFieldSign), letter);
+    EXPECT_EQ(edit.FieldEdit(eTovFieldSign)->text(), "S") << "in place of the other";
+    QInputMethodEvent commit;
+    commit.setCommitString(QString::fromUtf8("北"));
+    edit.FieldEdit(eTovFieldMinutes)->setFocus();
+    QCoreApplication::sendEvent(edit.FieldEdit(eTovFieldMinutes), &commit);
+    EXPECT_NEAR(edit.GetValue(), 0.5 * degree, 1e-12);
+    edit.SetValue(-0.5 * degree);
+    edit.FieldEdit(eTovFieldSign)->setFocus();
     QTest::keyClick(edit.FieldEdit(eTovFieldSign), Qt::Key_Up);
     EXPECT_NEAR(edit.GetValue(), 0.5 * degree, 1e-12);
     edit.FieldEdit(eTovFieldDegrees)->setText("91");
     CString message;
     EXPECT_EQ(edit.Validate(&message), CTovInputControl::eStateInvalid);
     EXPECT_NE(message, "");
+}
+
+TEST(AngleEditWidget, TellsOneExactValueHoweverItChanges) {
+    for (long const unit : {12L, 13L}) {
+        AngleForm form(unit);
+        std::vector<double> told;
+        int done = 0;
+        QObject::connect(&form.edit, &CTovEdit::valueChanged, [&](double value) {
+            told.push_back(value);
+            if (value > 2) form.edit.SetValue(2);  // ends
+        });
+        QObject::connect(&form.edit, &CTovEdit::editingDone, [&] { ++done; });
+        auto const take = [&] { return std::exchange(told, {}); };
+        double const value = 0.876543219876;
+        form.edit.SetValue(value);
+        EXPECT_EQ(take(), std::vector{value}) << unit;
+        form.edit.SetValue(value);
+        form.edit.SetUnit(unit == 12 ? 15 : 11);
+        form.edit.SetUnit(static_cast<unsigned>(unit));
+        form.edit.setFocus();
+        form.after.setFocus();
+        EXPECT_EQ(take(), std::vector<double>()) << "nothing has changed";
+        EXPECT_EQ(done, 0);
+        form.edit.SetValue(3);
+        EXPECT_EQ(take(), (std::vector<double>{3, 2}));
+        EXPECT_EQ(form.edit.GetValue(), 2);
+        form.edit.Empty();
+        EXPECT_EQ(take(), std::vector{0.0});
+        form.edit.SetValue(value);
+        take();
+        form.edit.setFocus();
+        form.Key(Qt::Key_Up);
+        ASSERT_EQ(told.size(), 1u);
+        EXPECT_EQ(take()[0], form.edit.GetValue());
+        form.after.setFocus();
+        EXPECT_EQ(done, 1) << "a step is a change";
+    }
+}
+
+TEST(AngleEditWidget, HasWhatItGotBeforeItsWindow) {
+    for (unsigned const unit : {11u, 12u, 15u}) {
+        CTovEditLatitude edit;
+        edit.SetUnit(unit);
+        edit.SetRange(-0.95, 0.95);
+        edit.SetValue(0.9123456789);
+        edit.show();
+        EXPECT_EQ(edit.GetValue(), 0.9123456789) << unit;
+        EXPECT_EQ(edit.IsEmpty(), 0);
+        // And while it is split, no text but its mask.
+        QString const text = edit.text();
+        if (unit == 11) continue;
+        edit.SetWindowText("5");
+        edit.QLineEdit::setText("7");
+        edit.clear();
+        EXPECT_EQ(edit.text(), text);
+        EXPECT_EQ(edit.GetValue(), 0.9123456789);
+    }
+}
+
+TEST(AngleEditWidget, PastesAndTakesBackAllFieldsAtOnce) {
+    AngleForm form(12);
+    double const before = (1 + 2 / 60.0 + 3.123456789 / 3600) * degree;
+    double const pasted = (12 + 34 / 60.0 + 56.5 / 3600) * degree;
+    form.edit.SetValue(before);
+    std::vector<double> told;
+    QObject::connect(&form.edit, &CTovEdit::valueChanged, [&](double value) { told.push_back(value); });
+    CTovEdit& minutes = form.Field(eTovFieldMinutes);
+    minutes.setFocus();
+    QApplication::clipboard()->setText(QString::fromUtf8("12°34'56.5\""));
+    minutes.paste();
+    QCoreApplication::processEvents();
+    ASSERT_EQ(told.size(), 1u);
+    EXPECT_NEAR(told[0], pasted, 1e-12);
+    for (int i = 0; i < 3; ++i) {
+        form.Key(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(form.edit.GetValue(), before);
+        form.Key(Qt::Key_Y, Qt::ControlModifier);
+        EXPECT_NEAR(form.edit.GetValue(), pasted, 1e-12);
+    }
+    EXPECT_EQ(told.size(), 7u);
+    form.Key(Qt::Key_A, Qt::ControlModifier);
+    form.Key(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_TRUE(QApplication::clipboard()->text().contains("56.5"));
+    EXPECT_EQ(minutes.text(), "");
+    // Whoever is told may change the unit in the middle of it, or delete the edit.
+    QObject::connect(&form.edit, &CTovEdit::valueChanged, [&] { form.edit.SetUnit(13); });
+    form.Key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(form.edit.FieldEdit(eTovFieldMinutes), nullptr);
+    EXPECT_NEAR(form.edit.GetValue(), pasted, 1e-12);
+}
+
+TEST(AngleEditWidget, TellsWhetherItIsEmptyAndOfItsUnit) {
+    struct Edit : CTovEditValueAngle {
+        using CTovEditValueAngle::CTovEditValueAngle;
+        void OnUnitChangedAngle() override {
+            ++changes;
+            CTovEditValueAngle::OnUnitChangedAngle();
+        }
+        int changes = 0;
+    };
+    ValueForm<Edit> form(12);
+    std::vector<bool> told;
+    QObject::connect(&form.edit, &CTovEdit::emptyChanged, [&](bool empty) { told.push_back(empty); });
+    form.edit.FieldEdit(eTovFieldDegrees)->setFocus();
+    form.Type("51");
+    form.Key(Qt::Key_Backspace);
+    form.Key(Qt::Key_Backspace);
+    form.Type("5");
+    EXPECT_EQ(told, (std::vector{false, true, false}));
+    form.settings.Unit(13);
+    TovSendMessage(TovHandle(&form.edit), WM_TOV_UNIT_CHANGED_ANGLE);
+    EXPECT_EQ(form.edit.changes, 1);
+    EXPECT_NEAR(form.edit.GetValue(), 5 * degree, 1e-12) << "typed in fields, kept in one piece";
+    EXPECT_NE(form.edit.text(), "");
+}
+
+// Whatever is done: text, number and marks go together, and what is valid lies within the range.
+template <class Edit>
+struct Quiet : Edit {
+    using Edit::Edit;
+    void AddCurrentToLastItems() override {}
+};
+
+TEST(LatitudeEditWidget, StandsWhateverIsDone) {
+    QDialog form;
+    QVBoxLayout layout(&form);
+    Quiet<CTovEditLatitude> edit;
+    QLineEdit other;
+    layout.addWidget(&edit);
+    layout.addWidget(&other);
+    form.show();
+    form.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    edit.SetRange(-1, 1.2);
+    double told = 0;
+    QObject::connect(&edit, &CTovEdit::valueChanged, [&](double value) { told = value; });
+    std::mt19937 random(11);
+    auto const below = [&](std::size_t n) { return random() % n; };
+    constexpr Qt::Key keys[] = {Qt::Key_Left,   Qt::Key_Right, Qt::Key_Home, Qt::Key_End, Qt::Key_Backspace,
+                                Qt::Key_Delete, Qt::Key_Up,    Qt::Key_Down, Qt::Key_Tab, Qt::Key_Backtab};
+    constexpr Qt::Key controls[] = {Qt::Key_A, Qt::Key_C, Qt::Key_X, Qt::Key_V, Qt::Key_Z, Qt::Key_Y};
+    constexpr char const* texts[] = {"12°34'56.7\"", "-5", "1e3", "0.5 rad", "12,5",
+                                     "９９ S",       "北", "-",   "",        "59.99999999"};
+    constexpr unsigned units[] = {11, 12, 13, 15, 16, 18};
+    for (int i = 0; i < 6000; ++i) {
+        QWidget* const focus = QApplication::focusWidget();
+        bool const inside = focus != nullptr && edit.ControlOrChildHasFocus() != 0;
+        switch (inside ? below(12) : 9) {
+            default:
+                QTest::keyClick(focus, "0123456789-+.,e ':nswN"[below(22)]);
+                break;
+            case 4:
+                QTest::keyClick(focus, keys[below(std::size(keys))]);
+                break;
+            case 5:
+                QTest::keyClick(focus, controls[below(std::size(controls))], Qt::ControlModifier);
+                break;
+            case 6:
+                QApplication::clipboard()->setText(QString::fromUtf8(texts[below(std::size(texts))]));
+                break;
+            case 7: {
+                QInputMethodEvent commit;
+                commit.setCommitString(QString::fromUtf8(texts[below(std::size(texts))]));
+                QCoreApplication::sendEvent(focus, &commit);
+                break;
+            }
+            case 8:
+                below(2) != 0 ? other.setFocus() : edit.setVisible(!edit.isVisible());
+                break;
+            case 9:
+                edit.show();
+                edit.setFocus();
+                break;
+            case 10:
+                edit.SetUnit(units[below(std::size(units))]);
+                break;
+            case 11:
+                below(2) != 0 ? edit.SetSecOnly(static_cast<int>(below(2)))
+                              : edit.SetSignType(static_cast<eSignType>(below(3)));
+                break;
+        }
+        if (i % 7 == 0) QCoreApplication::processEvents();
+        bool const isSplit = edit.FieldEdit(eTovFieldDegrees) != nullptr;
+        ASSERT_TRUE(!isSplit || edit.text() == TovQString(edit.Mask().MaskText())) << i;
+        double const value = edit.GetValue();
+        ASSERT_EQ(value, told) << i;
+        CString message;
+        if (!edit.isVisible()) continue;  // nothing is wrong with what nobody sees
+        if (edit.Validate(&message) == CTovInputControl::eStateValid) {
+            ASSERT_TRUE(value >= -1 && value <= 1.2) << i << ' ' << value;
+        } else {
+            ASSERT_TRUE(!message.empty() || edit.IsEmpty() != 0) << i;
+        }
+    }
+}
+
+TEST(DistanceEditWidget, GivesTenThousandNumbersBack) {
+    CTovUnitSettingsDistance settings;
+    QDialog form;
+    QVBoxLayout layout(&form);
+    Quiet<CTovEditValueDistance> edit(&settings);
+    QLineEdit other;
+    layout.addWidget(&edit);
+    layout.addWidget(&other);
+    edit.SetDisplayFormat(3u);
+    form.show();
+    form.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    double told = 0;
+    QObject::connect(&edit, &CTovEdit::valueChanged, [&](double value) { told = value; });
+    std::mt19937_64 random(5);
+    std::uniform_real_distribution<double> mantissa(-1, 1);
+    for (int i = 0; i < 10000; ++i) {
+        double const value = std::ldexp(mantissa(random), static_cast<int>(random() % 60) - 30);
+        ASSERT_EQ(edit.SetValue(value), 1);
+        ASSERT_EQ(told, value) << i;
+        if (i % 4 == 0) edit.SetUnit(static_cast<unsigned>(21 + random() % 3));
+        if (i % 2 == 0) (edit.hasFocus() ? static_cast<QWidget*>(&other) : &edit)->setFocus();
+        ASSERT_EQ(edit.GetValue(), value) << i;
+        ASSERT_EQ(edit.Validate(nullptr), CTovInputControl::eStateValid);
+    }
 }
 
 TEST(DistanceEditWidget, HidesItsLabelWithItself) {
