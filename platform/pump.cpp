@@ -74,18 +74,27 @@ bool IsIn(QWidget const& widget, QWidget const* other) {
     return other == &widget || (other != nullptr && widget.isAncestorOf(other));
 }
 
-// A copy that stays as it is: the points of a clone are the device's, and go on with it.
-std::unique_ptr<QEvent> Copy(QEvent const& event) {
-    if (auto const* const mouse = dynamic_cast<QMouseEvent const*>(&event))
-        return std::make_unique<QMouseEvent>(mouse->type(), mouse->position(), mouse->scenePosition(),
-                                             mouse->globalPosition(), mouse->button(), mouse->buttons(),
-                                             mouse->modifiers(), mouse->pointingDevice());
-    if (auto const* const wheel = dynamic_cast<QWheelEvent const*>(&event))
-        return std::make_unique<QWheelEvent>(wheel->position(), wheel->globalPosition(), wheel->pixelDelta(),
-                                             wheel->angleDelta(), wheel->buttons(), wheel->modifiers(),
-                                             wheel->phase(), wheel->inverted(), wheel->source(),
-                                             wheel->pointingDevice());
-    return std::unique_ptr<QEvent>(event.clone());
+// Makes the event again when its turn has come. Until then only its values are kept: the points of an event,
+// copied or not, are the device's and go on with it.
+std::function<std::unique_ptr<QEvent>()> Maker(QEvent const& event) {
+    if (auto const* const mouse = dynamic_cast<QMouseEvent const*>(&event)) {
+        return [type = mouse->type(), local = mouse->position(), scene = mouse->scenePosition(),
+                global = mouse->globalPosition(), button = mouse->button(), buttons = mouse->buttons(),
+                modifiers = mouse->modifiers(), device = mouse->pointingDevice()] {
+            return std::make_unique<QMouseEvent>(type, local, scene, global, button, buttons, modifiers,
+                                                 device);
+        };
+    }
+    if (auto const* const wheel = dynamic_cast<QWheelEvent const*>(&event)) {
+        return [local = wheel->position(), global = wheel->globalPosition(), pixels = wheel->pixelDelta(),
+                angle = wheel->angleDelta(), buttons = wheel->buttons(), modifiers = wheel->modifiers(),
+                phase = wheel->phase(), inverted = wheel->inverted(), source = wheel->source(),
+                device = wheel->pointingDevice()] {
+            return std::make_unique<QWheelEvent>(local, global, pixels, angle, buttons, modifiers, phase,
+                                                 inverted, source, device);
+        };
+    }
+    return [copy = std::shared_ptr<QEvent>(event.clone())] { return std::unique_ptr<QEvent>(copy->clone()); };
 }
 
 QWidget const* NearestWidget(QObject const* object) {
@@ -176,9 +185,9 @@ bool WindowPump::IsPointerOfPumped(QWindow const& receiver, QEvent const& event)
 void WindowPump::Hold(QObject& receiver, QEvent const& event) {
     // Of the ways of the mouse the ends are enough.
     if (event.type() == QEvent::MouseMove && !m_held.empty() && m_held.back().receiver == &receiver &&
-        m_held.back().event->type() == QEvent::MouseMove)
+        m_held.back().type == QEvent::MouseMove)
         m_held.pop_back();
-    m_held.push_back({&receiver, Copy(event)});
+    m_held.push_back({&receiver, event.type(), Maker(event)});
 }
 
 void WindowPump::ReleaseSoon() {
@@ -197,8 +206,9 @@ void WindowPump::Release() {
         else
             ReleaseSoon();
         if (next.receiver == nullptr) continue;
-        QEvent const* const around = std::exchange(m_released, next.event.get());
-        QCoreApplication::sendEvent(next.receiver, next.event.get());
+        std::unique_ptr<QEvent> const event = next.make();
+        QEvent const* const around = std::exchange(m_released, event.get());
+        QCoreApplication::sendEvent(next.receiver, event.get());
         m_released = around;
     }
     m_pointer = Pointer::kNobodys;

@@ -3,10 +3,12 @@
 
 #include <tov310/pump.h>
 
+#include <QEvent>
 #include <QObject>
 #include <QPointer>
 
 #include <deque>
+#include <functional>
 #include <memory>
 
 class QWidget;
@@ -28,7 +30,8 @@ class WindowPump final : public QObject, public ITovPump {
  private:
     struct Held {
         QPointer<QObject> receiver;
-        std::unique_ptr<QEvent> event;
+        QEvent::Type type;
+        std::function<std::unique_ptr<QEvent>()> make;
     };
 
     // Whose the mouse is from the first button that goes down to the last that comes up, or a touch.
