@@ -6,6 +6,8 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QGroupBox>
 #include <QSpinBox>
 
@@ -36,6 +38,7 @@ GalleryPage::GalleryPage(unsigned title, QWidget* parent)
       m_switches(Make<QGridLayout>()),
       m_options(Make<QFormLayout>()),
       m_samples(Make<QFormLayout>()) {
+    QCoreApplication::instance()->installEventFilter(this);
     auto& whole = Make<QVBoxLayout>(this);
     auto& about = Make<QLabel>(Words(title + galleryAbout));
     about.setWordWrap(true);
@@ -66,6 +69,14 @@ void GalleryPage::SetControl(QWidget* control, tov::CTovInputControl& checked, Q
 void GalleryPage::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     ShowState();
+}
+
+bool GalleryPage::eventFilter(QObject* receiver, QEvent* event) {
+    bool const isKey = event->type() == QEvent::KeyPress && receiver->isWidgetType();
+    if (isKey && isAncestorOf(static_cast<QWidget*>(receiver)))
+        QMetaObject::invokeMethod(
+            this, [this] { ShowState(); }, Qt::QueuedConnection);
+    return QWidget::eventFilter(receiver, event);
 }
 
 void GalleryPage::ShowState() {

@@ -39,6 +39,9 @@ class GalleryPage : public QWidget {
  protected:
     void showEvent(QShowEvent* event) override;
 
+    // Keys that change a control without changing its value are told by no signal, but mark it as changed.
+    bool eventFilter(QObject* receiver, QEvent* event) override;
+
  private:
     void AddOption(unsigned text, QWidget* option);
 
