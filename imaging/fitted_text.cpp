@@ -27,11 +27,13 @@ int WidthOf(CDC const& dc, CString const& text) {
     return dc.GetTextExtent(text.c_str()).cx;
 }
 
-// The most characters, from `least` to `most`, of which `fits` is true; `least` - 1 where it never is. A text
-// gets wider with each character, so few of them need to be measured.
+// The most characters, from `least` to `most`, of which `fits` is true; `least` - 1 where it never is, and
+// where there are none to choose from (`most` one before 0). A text gets wider with each character, so few of
+// them need to be measured.
 template <class Fits>
 std::size_t MostThatFit(std::size_t least, std::size_t most, Fits fits) {
     std::size_t good = least - 1;
+    if (most == std::string_view::npos) return good;
     while (good < most) {
         std::size_t const middle = good + (most - good + 1) / 2;
         if (fits(middle)) {

@@ -60,6 +60,11 @@ TEST(FittedText, IsAsLongAsTheWidthAllows) {
     EXPECT_EQ(TovGetMaxStringLen(&dc, 9, "WW"), 0);
     EXPECT_EQ(TovAdjustString(nullptr, 0, "W"), "W");
     EXPECT_EQ(TovGetMaxStringLen(&dc, 9, nullptr), 0);
+    // Without the beginning of a character there is nothing to choose from.
+    for (char const* const none : {"", "\xB0\xA1\xB0\xA1"}) {
+        EXPECT_EQ(TovGetMaxStringLen(&dc, -1, none), 0);
+        EXPECT_EQ(TovAdjustString(&dc, -1, none), "");
+    }
 }
 
 TEST(FittedText, PathsKeepRootAndLastElement) {
