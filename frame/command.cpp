@@ -31,30 +31,38 @@ int CCmdTarget::OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* in
 
 CCmdUI::~CCmdUI() = default;
 
+CMenu* CCmdUI::EntryMenu() const {
+    if (m_pMenu == nullptr || m_pSubMenu != nullptr) return nullptr;
+    if (!m_isUpdating) return m_pMenu;
+    bool const isThere = !m_menuLife.expired() && m_pMenu->GetMenuItemID(m_nIndex) == m_nID;
+    return isThere ? m_pMenu : nullptr;
+}
+
 void CCmdUI::Enable(int on) {
     m_bEnableChanged = 1;
-    if (m_pMenu == nullptr || m_pSubMenu != nullptr) return;
-    m_pMenu->EnableMenuItem(m_nIndex, MF_BYPOSITION | (on != 0 ? MF_ENABLED : MF_DISABLED | MF_GRAYED));
+    if (CMenu* const menu = EntryMenu())
+        menu->EnableMenuItem(m_nIndex, MF_BYPOSITION | (on != 0 ? MF_ENABLED : MF_DISABLED | MF_GRAYED));
 }
 
 void CCmdUI::SetCheck(int check) {
-    if (m_pMenu == nullptr || m_pSubMenu != nullptr) return;
-    m_pMenu->CheckMenuItem(m_nIndex, MF_BYPOSITION | (check != 0 ? MF_CHECKED : MF_UNCHECKED));
+    if (CMenu* const menu = EntryMenu())
+        menu->CheckMenuItem(m_nIndex, MF_BYPOSITION | (check != 0 ? MF_CHECKED : MF_UNCHECKED));
 }
 
 void CCmdUI::SetRadio(int on) {
     SetCheck(on);
-    if (on == 0 || m_pMenu == nullptr || m_pSubMenu != nullptr) return;
-    m_pMenu->CheckMenuItem(m_nIndex, MF_BYPOSITION | MF_CHECKED | MF_RADIOCHECK);
+    CMenu* const menu = on != 0 ? EntryMenu() : nullptr;
+    if (menu != nullptr) menu->CheckMenuItem(m_nIndex, MF_BYPOSITION | MF_CHECKED | MF_RADIOCHECK);
 }
 
 void CCmdUI::SetText(char const* text) {
-    if (m_pMenu == nullptr || m_pSubMenu != nullptr) return;
-    unsigned const state = m_pMenu->GetMenuState(m_nIndex, MF_BYPOSITION);
-    if (state == tovNoMenuItem || m_pMenu->GetSubMenu(m_nIndex) != nullptr) return;
-    WPARAM const data = m_pMenu->GetMenuItemData(m_nIndex, MF_BYPOSITION);
-    m_pMenu->ModifyMenu(m_nIndex, MF_BYPOSITION | state, m_pMenu->GetMenuItemID(m_nIndex), text);
-    m_pMenu->SetMenuItemData(m_nIndex, data, MF_BYPOSITION);
+    CMenu* const menu = EntryMenu();
+    if (menu == nullptr) return;
+    unsigned const state = menu->GetMenuState(m_nIndex, MF_BYPOSITION);
+    if (state == tovNoMenuItem || menu->GetSubMenu(m_nIndex) != nullptr) return;
+    WPARAM const data = menu->GetMenuItemData(m_nIndex, MF_BYPOSITION);
+    menu->ModifyMenu(m_nIndex, MF_BYPOSITION | state, menu->GetMenuItemID(m_nIndex), text);
+    menu->SetMenuItemData(m_nIndex, data, MF_BYPOSITION);
 }
 
 int CCmdUI::DoUpdate(CCmdTarget* target, int disableIfNoHandler) {
@@ -62,11 +70,16 @@ int CCmdUI::DoUpdate(CCmdTarget* target, int disableIfNoHandler) {
     m_bEnableChanged = 0;
     m_bContinueRouting = 0;
     if (target == nullptr) return 0;
+    bool const hasEntry = EntryMenu() != nullptr;
+    m_menuLife = m_pMenu != nullptr ? m_pMenu->Life() : std::weak_ptr<void const>();
+    m_isUpdating = true;
     int const found = target->OnCmdMsg(m_nID, CN_UPDATE_COMMAND_UI, this, nullptr);
-    if (disableIfNoHandler != 0 && m_bEnableChanged == 0) {
+    // Who has ended the menu may have ended the target with it.
+    if (disableIfNoHandler != 0 && m_bEnableChanged == 0 && (!hasEntry || EntryMenu() != nullptr)) {
         CTovCommandInfo info;
         Enable(target->OnCmdMsg(m_nID, CN_COMMAND, nullptr, &info));
     }
+    m_isUpdating = false;
     return found;
 }
 

@@ -8,11 +8,12 @@
 namespace tov {
 namespace {
 
-// The frame of a view, as long as it lives. One that was never born has no handle to be asked by.
+// The frame of a view, as long as it lives. One without a screen that was never born has no handle to be
+// asked by.
 class FrameOfView {
  public:
     explicit FrameOfView(CView const& view) : m_frame(view.GetParentFrame()) {
-        if (m_frame != nullptr) m_handle = m_frame->GetSafeHwnd();
+        if (m_frame != nullptr) m_handle = m_frame->NeedHandle();
     }
     CFrameWnd* Get() const { return m_handle && !IsWindow(m_handle) ? nullptr : m_frame; }
 

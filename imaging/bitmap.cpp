@@ -1,5 +1,6 @@
 #include <tov310/bitmap.h>
 #include <tov310/dib.h>
+#include <tov310/raster.h>
 
 #include "imaging/bitmap_readers.h"
 #include "imaging/image_module.h"
@@ -120,10 +121,11 @@ int CTovBitmap::ChangeColor(COLORREF oldColor, COLORREF newColor, HPALETTE palet
 
 int CTovBitmap::ChangeBitmapColorDC(HDC dc, BITMAP const* bitmap, COLORREF oldColor, COLORREF newColor) {
     if (dc == nullptr || bitmap == nullptr || (bitmap->bmBitsPixel == 1 && bitmap->bmPlanes == 1)) return 0;
-    CTovDib pixels;
-    if (bitmap->bmHeight < 1 || !pixels.Create(bitmap->bmWidth, -bitmap->bmHeight)) return 0;
-    return dc->GetDIBits(0, 0, *pixels.GetBitmap()) &&
-           ChangeBitmapColor(pixels.GetBitmap(), oldColor, newColor, nullptr) && pixels.CopyToDC(dc, 0, 0);
+    // Dot by dot, since pixels of several dots would be means of colours.
+    HBITMAP const dots = dc->Read({0, 0, bitmap->bmWidth, bitmap->bmHeight});
+    if (dots == nullptr || ChangeBitmapColor(dots, oldColor, newColor, nullptr) == 0) return 0;
+    return dc->StretchDIBits(0, 0, bitmap->bmWidth, bitmap->bmHeight, 0, 0, dots->GetWidth(),
+                             dots->GetHeight(), dots->GetBits(), TovHeaderOf(*dots), SRCCOPY);
 }
 
 int CTovBitmap::GetWidth() const {

@@ -47,8 +47,10 @@ std::size_t MostThatFit(std::size_t least, std::size_t most, Fits fits) {
 
 // The part in front of the folders: "C:\", or the separator that an absolute path begins with.
 std::size_t RootLength(std::string_view path) {
-    constexpr std::size_t drive = 3;
-    return separatorsOfPaths.find(path.front()) != path.npos ? 1 : std::min(drive, path.size());
+    constexpr std::size_t drive = 3;  // characters
+    if (path.front() == '/') return 1;
+    std::vector<std::size_t> const bounds = CharacterBounds(path);
+    return bounds[std::min(drive, bounds.size() - 1)];
 }
 
 }  // namespace

@@ -66,7 +66,6 @@ int CTovQuickDraw::EraseBkgnd(CWnd* window) {
     if (m_nStopCount != 0) return 1;
     CDC* const memory = GetCompDC(window);
     if (memory == nullptr) return 0;
-    memory->SetClipRect(nullptr);
     memory->FillSolidRect({0, 0, m_size.cx, m_size.cy}, Background());
     return 1;
 }
@@ -170,15 +169,16 @@ LRESULT CTovQuickDraw::OnPaint(LPARAM lParam) {
 
 void CTovQuickDraw::PaintInMemory(CRect const& part, LPARAM lParam) {
     std::shared_ptr<CDC> const memory = m_memory;
+    std::weak_ptr<char> const life = m_life;
     memory->SetClipRect(&part);
-    memory->FillSolidRect(part, Background());
+    EraseBkgnd(CWnd::FromHandlePermanent(GetHookedWindow()));
+    if (life.expired() || m_memory != memory) return;
     CView* const view = GetNotifyWnd();
     if (view == nullptr) {
         CTovSubclassWnd::WindowProc(WM_PAINT, reinterpret_cast<WPARAM>(memory.get()), lParam);
         return;
     }
     HWND const handle = view->GetSafeHwnd();
-    std::weak_ptr<char> const life = m_life;
     view->OnPrepareDC(memory.get());
     if (IsWindow(handle) && !life.expired() && m_memory == memory) view->OnDraw(memory.get());
 }

@@ -100,7 +100,7 @@ int CTovToolbarBmp::CreateImageList(unsigned int flags, COLORREF maskColor) {
 
 int CTovToolbarBmp::ImageIndex(unsigned int id) const {
     auto const found = std::ranges::find(m_ids, id);
-    return id != 0 && found != m_ids.end() ? static_cast<int>(found - m_ids.begin()) : -1;
+    return found != m_ids.end() ? static_cast<int>(found - m_ids.begin()) : -1;
 }
 
 HICON CTovToolbarBmp::ExtractIcon(int index) {
@@ -109,7 +109,7 @@ HICON CTovToolbarBmp::ExtractIcon(int index) {
 }
 
 HICON CTovToolbarBmp::ExtractIcon(unsigned int id) {
-    int const place = ImageIndex(id);
+    int const place = id != 0 ? ImageIndex(id) : -1;
     if (place < 0) return nullptr;
     if (!m_hasImageList) CreateImageList(ILC_COLOR32, CLR_NONE);
     if (m_imageList.GetImageCount() >= IdCount()) return m_imageList.ExtractIcon(place);

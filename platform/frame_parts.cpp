@@ -40,6 +40,10 @@ class FrameParts final : public QObject {
         for (QObject* const child : QObjectList(bar->children())) {
             if (dynamic_cast<MenuView*>(child) != nullptr) child->deleteLater();
         }
+        // So do the commands that stand in the bar itself.
+        for (QAction* const before : bar->actions()) {
+            if (before->parent() == bar) before->deleteLater();
+        }
         bar->clear();
         if (m_menu == nullptr) return;
         GiveBirth(m_frame, m_widget);

@@ -11,6 +11,9 @@
 #include <QPalette>
 #include <QToolTip>
 
+#include <atomic>
+#include <utility>
+
 namespace tov {
 namespace {
 
@@ -20,30 +23,36 @@ void OnMainThread(Work work) {
     QMetaObject::invokeMethod(qApp, work, Qt::AutoConnection);
 }
 
+// What callers want last, in the order in which they ask; 0 for whatever the windows choose. It is read when
+// the main thread comes to it, so that a change asked for by another thread does not undo a later one.
+std::atomic<unsigned int> wantedCursor{0};
 bool isCursorShown = false;  // of the main thread
 
 Qt::CursorShape ShapeOf(unsigned int cursor) {
     return cursor == IDC_WAIT ? Qt::WaitCursor : Qt::ArrowCursor;
 }
 
+void ApplyCursor() {
+    unsigned int const cursor = wantedCursor;
+    bool const wasShown = std::exchange(isCursorShown, cursor != 0);
+    if (cursor == 0) {
+        if (wasShown) QApplication::restoreOverrideCursor();
+    } else if (wasShown) {
+        QApplication::changeOverrideCursor(ShapeOf(cursor));
+    } else {
+        QApplication::setOverrideCursor(ShapeOf(cursor));
+    }
+}
+
 }  // namespace
 
 void Screen::SetCursor(unsigned int cursor) {
-    OnMainThread([cursor] {
-        QCursor const shape(ShapeOf(cursor));
-        if (isCursorShown)
-            QApplication::changeOverrideCursor(shape);
-        else
-            QApplication::setOverrideCursor(shape);
-        isCursorShown = true;
-    });
+    wantedCursor = cursor;
+    OnMainThread(ApplyCursor);
 }
 
 void Screen::RefreshCursor() {
-    OnMainThread([] {
-        if (isCursorShown) QApplication::restoreOverrideCursor();
-        isCursorShown = false;
-    });
+    SetCursor(0);
 }
 
 HWND Screen::GetFocus() {

@@ -46,6 +46,10 @@ CTovToolBar::~CTovToolBar() {
 }
 
 void CTovToolBar::SetButtons(std::span<unsigned const> commands) {
+    // Taken out by clear(), the buttons would stay with the bar all its life.
+    for (QAction* const before : actions()) {
+        if (before->parent() == this) before->deleteLater();
+    }
     clear();
     for (unsigned const command : commands) {
         QAction* const button = command != 0 ? addAction(QString()) : addSeparator();

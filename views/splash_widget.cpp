@@ -87,14 +87,15 @@ int CTovWndSplash::Create(CWnd* parent, unsigned long style, unsigned long exSty
     ModifyStyle(WS_VISIBLE, style & ~WS_VISIBLE);
     ModifyStyleEx(0, exStyle);
     if (owner != nullptr) {
-        connect(owner, &QObject::destroyed, this, [this] { DestroyWindow(); });
+        m_ownerEnds = connect(owner, &QObject::destroyed, this, [this] { DestroyWindow(); });
         winId();  // has the window of the desktop made, which is to lie above the owner's
         windowHandle()->setTransientParent(owner->window()->windowHandle());
         if (disableParent != 0 && parent->EnableWindow(0) != 0) m_disabled = parent->GetSafeHwnd();
     }
     if (m_timeOut != noTimeOut) SetTimer(timeOutTimer, m_timeOut);
+    HWND const self = GetSafeHwnd();
     if ((style & WS_VISIBLE) != 0) ShowNow();
-    return 1;
+    return IsWindow(self);
 }
 
 // The program will not come to its main loop soon, so the picture is brought to the screen here.
@@ -104,16 +105,19 @@ void CTovWndSplash::ShowNow() {
     QElapsedTimer waited;
     waited.start();
     HWND const self = GetSafeHwnd();
+    // What the pump lets through may end the splash, or delete it.
     while (IsWindow(self) && !windowHandle()->isExposed() && waited.elapsed() < longest) {
         TovGetPump()->Pump(self);
         QThread::msleep(1);
     }
+    if (!IsWindow(self)) return;
     repaint();
     TovGetPump()->Pump(self);
 }
 
 int CTovWndSplash::DestroyWindow() {
     EnableParent();
+    disconnect(m_ownerEnds);
     m_isMade = 0;
     int const result = CWndOn::DestroyWindow();
     if (result != 0) Q_EMIT ended();

@@ -127,6 +127,7 @@ void CTovWndToolTip::Show(char const* text, CPoint const& place, Tip::eAcross ac
         return CSize{metrics.horizontalAdvance(TovQString(shown)), metrics.height()};
     });
     CRect const rect = m_text.RectangleAt(place.x, place.y, across, down);
+    if (m_isHidden != 0 && m_text.DisplayText().empty()) return;
     if (m_text.Show(rect) == 0) return;
     if (m_isHidden != 0) m_activeBefore = QApplication::activeWindow();
     m_isHidden = 0;
@@ -172,7 +173,8 @@ bool CTovWndToolTip::eventFilter(QObject* watched, QEvent* event) {
 
 void CTovWndToolTip::changeEvent(QEvent* event) {
     CWndOn::changeEvent(event);
-    if (event->type() == QEvent::FontChange) m_text.Hide();  // the next text is measured anew
+    // The text is measured anew when it is shown the next time.
+    if (event->type() == QEvent::FontChange) m_isHidden != 0 ? m_text.Hide() : Hide();
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) GiveActivationBack(10);
 }
 
@@ -183,6 +185,12 @@ void CTovWndToolTip::GiveActivationBack(int tries) {
         m_activeBefore->activateWindow();
         GiveActivationBack(tries - 1);
     });
+}
+
+// By whomever.
+void CTovWndToolTip::hideEvent(QHideEvent* event) {
+    CWndOn::hideEvent(event);
+    if (m_isHidden == 0) Hide();
 }
 
 void CTovWndToolTip::leaveEvent(QEvent* event) {

@@ -5,6 +5,7 @@
 #include <tov310/types.h>
 #include <tov310/window.h>
 
+#include <memory>
 #include <type_traits>
 
 namespace tov {
@@ -40,7 +41,14 @@ class TOV_CORE_API CCmdUI {
     // Asks the target, and whoever it routes to, for the state. With disableIfNoHandler a command whose state
     // nobody told is enabled when somebody would do it and disabled when nobody would. Answers 1 when an
     // update handler was found. The ids 0 and 0xFFFF name no command and are done with at once.
+    // A handler may change or end the menu: what is set after that goes nowhere.
     int DoUpdate(CCmdTarget* target, int disableIfNoHandler);
+
+ private:
+    CMenu* EntryMenu() const;  // null where the entry is no more
+
+    std::weak_ptr<void const> m_menuLife;
+    bool m_isUpdating = false;
 };
 
 // Has the target tell the states of all commands that stand directly in the menu; a popup is asked for by its

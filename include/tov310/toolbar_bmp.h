@@ -40,7 +40,8 @@ class TOV_CORE_API CTovToolbarBmp : public CObject {
     // 0 where nothing is loaded, and without a bitmap that has a picture.
     int CreateImageList(unsigned int flags, COLORREF maskColor);
 
-    // The place of a command among all, separators included; -1 where it is not there, and for 0.
+    // The place of a command among all, separators included; -1 where it is not there. 0 asks for the first
+    // separator.
     int ImageIndex(unsigned int id) const;
 
     // A picture by its place in the bitmap; null where there is none. An image list that is not made yet is

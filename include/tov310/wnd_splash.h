@@ -68,6 +68,7 @@ class TOV_UI_API CTovWndSplash : public CWndOn<QWidget, CWnd> {
     unsigned int m_timeOut;
     int m_clickEnds;
     int m_isMade = 0;
+    QMetaObject::Connection m_ownerEnds;
     HWND m_disabled;  // the parent, if this has disabled it
 };
 

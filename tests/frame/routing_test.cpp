@@ -10,6 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <memory>
+
 namespace tov {
 namespace {
 
@@ -147,6 +150,41 @@ TEST(Routing, AsksForTheStatesOfAMenuBeforeItOpens) {
     EXPECT_EQ(menu.GetMenuState(0, MF_BYPOSITION), MF_CHECKED);
     EXPECT_EQ(menu.GetMenuState(1, MF_BYPOSITION), 0u);
     EXPECT_EQ(menu.GetMenuState(2, MF_BYPOSITION), MF_DISABLED | MF_GRAYED) << "nobody would do it";
+}
+
+// Ends the menu that is being asked for, or puts something else in the entry's place.
+struct Changing : Born {
+    CTovCommandTable const* GetCommandTable() const override {
+        static constexpr CTovCommandHandler handlers[] = {
+            TovCommand<Changing, nullptr, &Changing::Update>(0x8001)};
+        static CTovCommandTable const table{Born::GetCommandTable(), handlers};
+        return &table;
+    }
+    void Update(CCmdUI* state) {
+        change();
+        state->SetCheck(1);
+        state->SetText("written");
+    }
+    std::function<void()> change;
+};
+
+TEST(Routing, WritesNothingIntoAMenuThatHasChangedMeanwhile) {
+    Changing frame;
+    auto menu = std::make_unique<CMenu>();
+    menu->AppendMenu(MF_STRING, 0x8001, "x");
+    frame.change = [&] { menu->InsertMenu(0, MF_BYPOSITION, 0x8002, "other"); };
+    CCmdUI state;
+    state.m_nID = 0x8001;
+    state.m_pMenu = menu.get();
+    state.DoUpdate(&frame, 1);
+    CString text;
+    menu->GetMenuString(0, text, MF_BYPOSITION);
+    EXPECT_EQ(text, "other");
+    EXPECT_EQ(menu->GetMenuState(0, MF_BYPOSITION), 0u);
+    menu->DeleteMenu(0, MF_BYPOSITION);
+    frame.change = [&] { menu.reset(); };
+    EXPECT_EQ(state.DoUpdate(&frame, 1), 1);
+    EXPECT_EQ(menu, nullptr);
 }
 
 }  // namespace

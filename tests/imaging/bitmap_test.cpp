@@ -292,9 +292,9 @@ TEST(Bitmap, SharesItsPixelsAndComesFromResources) {
 // A device of one row.
 struct RowDevice : CDC {
     std::vector<std::uint32_t> pixels{0x112233, 7, 0x11112233, 0x112233};
-    int SetDIBitsToDevice(int x, int, int width, int height, std::uint32_t const* bits,
-                          BITMAPINFOHEADER const&) override {
-        std::copy_n(bits, width * height, pixels.begin() + x);
+    int StretchDIBits(int x, int, int width, int, int, int, int, int, std::uint32_t const* bits,
+                      BITMAPINFOHEADER const&, std::uint32_t) override {
+        std::copy_n(bits, width, pixels.begin() + x);
         return 1;
     }
     int GetDIBits(int x, int, CTovPixels& to) override {

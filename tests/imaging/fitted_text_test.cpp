@@ -84,6 +84,8 @@ TEST(FittedText, PathsKeepRootAndLastElement) {
         {"C:\\one\\two\\four\\three.txt", 0, "C:\\ ...three.txt"},
         {"/home/survey/data/points.csv", 22, "/ .../data/points.csv"},
         {"/home/survey/data/points.csv", 0, "/ ...points.csv"},
+        {"数据站/甲/乙/点.csv", 0, "数据站 ...点.csv"},
+        {"\\\\server\\share\\points.csv", 0, "\\\\s ...points.csv"},
         {"name without folders", 3, "nam ...name without folders"},
         {"C:\\", 0, "C:\\"},
         {"", 0, ""},

@@ -192,7 +192,7 @@ TEST(ToolbarBmpTest, ButtonsHavePictures) {
     EXPECT_TRUE(toolbar.IdCount() == 4 && toolbar.ButtonCount() == 3 &&
                 toolbar.ImageSize() == (CSize{1, 2}) && toolbar.ButtonSize() == (CSize{8, 9}) &&
                 toolbar.Bitmap().GetWidth() == 3);
-    EXPECT_TRUE(toolbar.ImageIndex(102) == 3 && toolbar.ImageIndex(101) == -1 && toolbar.ImageIndex(0) == -1);
+    EXPECT_TRUE(toolbar.ImageIndex(102) == 3 && toolbar.ImageIndex(101) == -1 && toolbar.ImageIndex(0) == 1);
     auto const first = [](HICON const& icon) {
         return icon ? *icon->GetPixels(icon->GetSize())->GetBits() : 1;
     };

@@ -501,5 +501,20 @@ TEST(WindowState, IsThatOfTheWidget) {
     EXPECT_EQ(window.GetFont(), TovFont(edit->font()));
 }
 
+TEST(WindowCursor, IsTheOneThatWasAskedForLastByWhomever) {
+    Plain window;
+    std::thread([] { TovGetSystem()->SetCursor(IDC_WAIT); }).join();
+    TovGetSystem()->RefreshCursor();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "what another thread asked for before is over";
+    std::thread([] { TovGetSystem()->RefreshCursor(); }).join();
+    TovGetSystem()->SetCursor(IDC_WAIT);
+    QCoreApplication::processEvents();
+    ASSERT_NE(QApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    TovGetSystem()->RefreshCursor();
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
 }  // namespace
 }  // namespace tov
