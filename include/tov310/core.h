@@ -5,6 +5,7 @@
 #include <tov310/angle.h>
 #include <tov310/announce.h>
 #include <tov310/application.h>
+#include <tov310/arrange.h>
 #include <tov310/base64.h>
 #include <tov310/bitmap.h>
 #include <tov310/cmd_ui.h>
