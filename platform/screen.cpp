@@ -4,7 +4,9 @@
 #include "platform/window_registry.h"
 
 #include <tov310/qt_values.h>
+#include <tov310/tip.h>
 #include <tov310/window_messages.h>
+#include <tov310/wnd_tool_tip.h>
 
 #include <QApplication>
 #include <QFontMetrics>
@@ -44,7 +46,25 @@ void ApplyCursor() {
     }
 }
 
+class ScreenTip final : public ITovTip {
+ public:
+    explicit ScreenTip(CWnd* window) { m_tip.CreatePopUpNA(window); }
+
+    void Show(char const* text, CPoint const& place, CTovToolTipText::eAcross across,
+              CTovToolTipText::eDown down) override {
+        m_tip.ShowAt(QString::fromUtf8(text), TovQPoint(place), across, down);
+    }
+    void Hide() override { m_tip.Hide(); }
+
+ private:
+    CTovWndToolTip m_tip;
+};
+
 }  // namespace
+
+std::unique_ptr<ITovTip> Screen::CreateTip(HWND window) {
+    return std::make_unique<ScreenTip>(CWnd::FromHandlePermanent(window));
+}
 
 void Screen::SetCursor(unsigned int cursor) {
     wantedCursor = cursor;

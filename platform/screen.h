@@ -29,6 +29,7 @@ class Screen final : public ITovSystem {
     std::uint32_t GetSysColor(int index) override;
     std::unique_ptr<CDC> CreateMemoryDC(HWND window, CSize const& size) override;
     std::unique_ptr<CDC> CreatePaintDC(HWND window, CRect* part) override;
+    std::unique_ptr<ITovTip> CreateTip(HWND window) override;
 
  private:
     ScreenTimers& m_timers;

@@ -1,6 +1,7 @@
 #include <tov310/system.h>
 
 #include <tov310/device_context.h>
+#include <tov310/tip.h>
 
 #include "util/system_guard.h"
 #include "vesk/immortal.h"
@@ -55,6 +56,10 @@ std::uint32_t ITovSystem::GetSysColor(int) {
 }
 
 std::unique_ptr<CDC> ITovSystem::CreateMemoryDC(HWND, CSize const&) {
+    return nullptr;
+}
+
+std::unique_ptr<ITovTip> ITovSystem::CreateTip(HWND) {
     return nullptr;
 }
 

@@ -77,6 +77,7 @@
 #include <tov310/text.h>
 #include <tov310/time_helper.h>
 #include <tov310/time_types.h>
+#include <tov310/tip.h>
 #include <tov310/tool_tip_text.h>
 #include <tov310/toolbar_bmp.h>
 #include <tov310/tov_time.h>

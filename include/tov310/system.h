@@ -10,6 +10,7 @@
 namespace tov {
 
 class CDC;
+class ITovTip;
 
 // Colours of the system by number.
 inline constexpr int COLOR_WINDOW = 5;
@@ -59,6 +60,10 @@ class TOV_CORE_API ITovSystem {
     // The device of a window while it is told to paint itself (WM_PAINT), and the rectangle around what is to
     // be painted. Null, and an empty one, at other times.
     virtual std::unique_ptr<CDC> CreatePaintDC(HWND window, CRect* part);
+
+    // A tool tip above the window, not shown yet; it ends with the window at the latest. Null where there is
+    // none.
+    virtual std::unique_ptr<ITovTip> CreateTip(HWND window);
 
  protected:
     ITovSystem() = default;
