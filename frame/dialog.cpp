@@ -3,6 +3,8 @@
 #include <tov310/application.h>
 #include <tov310/messages.h>
 
+#include <set>
+
 namespace tov {
 namespace {
 
@@ -36,6 +38,19 @@ int CDialog::OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info)
     if (owner != nullptr && owner->OnCmdMsg(id, code, extra, info) != 0) return 1;
     CWinApp* const app = TovGetApp();
     return app != nullptr ? app->OnCmdMsg(id, code, extra, info) : 0;
+}
+
+unsigned TovFindFreeDlgItemId(CWnd const& window) {
+    std::set<int> taken;
+    for (HWND const child : window.GetChildren()) {
+        if (CWnd const* const control = CWnd::FromHandlePermanent(child))
+            taken.insert(control->GetDlgCtrlID());
+    }
+    constexpr int first = 0x3000;  // above what people write, below what the toolkit's controls are given
+    int id = first;
+    while (taken.contains(id))
+        ++id;
+    return static_cast<unsigned>(id);
 }
 
 }  // namespace tov

@@ -39,4 +39,40 @@ int CTovTip::OnTimer(WPARAM id) {
     return 1;
 }
 
+void CTovTipExtensions::ShowToolTipLeftTop(char const* text, int x, int y, unsigned milliseconds) {
+    m_tip.Show(text, x, y, milliseconds, CTovToolTipText::eLeft, CTovToolTipText::eTop);
+}
+
+void CTovTipExtensions::ShowToolTipLeftCentered(char const* text, int x, int y, unsigned milliseconds) {
+    m_tip.Show(text, x, y, milliseconds, CTovToolTipText::eLeft, CTovToolTipText::eMiddle);
+}
+
+void CTovTipExtensions::ShowToolTipLeftBottom(char const* text, int x, int y, unsigned milliseconds) {
+    m_tip.Show(text, x, y, milliseconds, CTovToolTipText::eLeft, CTovToolTipText::eBottom);
+}
+
+void CTovTipExtensions::ShowToolTipCenteredTop(char const* text, int x, int y, unsigned milliseconds) {
+    m_tip.Show(text, x, y, milliseconds, CTovToolTipText::eCentered, CTovToolTipText::eTop);
+}
+
+void CTovTipExtensions::ShowToolTipCenteredCentered(char const* text, int x, int y, unsigned milliseconds) {
+    m_tip.Show(text, x, y, milliseconds, CTovToolTipText::eCentered, CTovToolTipText::eMiddle);
+}
+
+void CTovTipExtensions::ShowToolTipCenteredBottom(char const* text, int x, int y, unsigned milliseconds) {
+    m_tip.Show(text, x, y, milliseconds, CTovToolTipText::eCentered, CTovToolTipText::eBottom);
+}
+
+void CTovTipExtensions::ShowToolTipRightTop(char const* text, int x, int y, unsigned milliseconds) {
+    m_tip.Show(text, x, y, milliseconds, CTovToolTipText::eRight, CTovToolTipText::eTop);
+}
+
+void CTovTipExtensions::ShowToolTipRightCentered(char const* text, int x, int y, unsigned milliseconds) {
+    m_tip.Show(text, x, y, milliseconds, CTovToolTipText::eRight, CTovToolTipText::eMiddle);
+}
+
+void CTovTipExtensions::ShowToolTipRightBottom(char const* text, int x, int y, unsigned milliseconds) {
+    m_tip.Show(text, x, y, milliseconds, CTovToolTipText::eRight, CTovToolTipText::eBottom);
+}
+
 }  // namespace tov

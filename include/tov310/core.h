@@ -13,6 +13,7 @@
 #include <tov310/controls.h>
 #include <tov310/device_context.h>
 #include <tov310/dialog.h>
+#include <tov310/dialog_extensions.h>
 #include <tov310/dialog_template.h>
 #include <tov310/dib.h>
 #include <tov310/distance.h>
@@ -53,6 +54,7 @@
 #include <tov310/messages.h>
 #include <tov310/mime.h>
 #include <tov310/object.h>
+#include <tov310/ok_host.h>
 #include <tov310/packed_angle.h>
 #include <tov310/paper.h>
 #include <tov310/path.h>

@@ -5,6 +5,8 @@
 
 namespace tov {
 
+struct CTovDialogTemplate;
+
 // A window of controls that ends with a number. Every way to press OK, be it the button, Enter or code, is
 // the command IDOK, and the dialog ends where that reaches OnOK; with Cancel, Escape and the closing of the
 // window it is the same by IDCANCEL and OnCancel.
@@ -16,6 +18,11 @@ class TOV_CORE_API CDialog : public CWnd {
     // Shows it, and answers what it ends with once it has ended; meanwhile the windows around it take
     // nothing. -1 where it cannot be shown.
     virtual int DoModal() { return -1; }
+
+    // Makes its window and its controls, not modally: within the parent where the template's style is that of
+    // a child, else above it. Answers 1, or 0: it has a window already, there is a control of an unknown
+    // class, or no screen.
+    virtual int CreateIndirect(CTovDialogTemplate const& /*dialog*/, CWnd* /*parent*/) { return 0; }
 
     // Ends it with a number. The object stays.
     virtual void EndDialog(int /*result*/) {}
@@ -42,5 +49,8 @@ class TOV_CORE_API CDialog : public CWnd {
 
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
 };
+
+// A number that no window directly in this one has.
+TOV_CORE_API unsigned TovFindFreeDlgItemId(CWnd const& window);
 
 }  // namespace tov

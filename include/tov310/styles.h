@@ -3,13 +3,14 @@
 
 namespace tov {
 
-inline constexpr unsigned long WS_CHILD = 0x40000000;     // stands in another window
-inline constexpr unsigned long WS_VISIBLE = 0x10000000;   // is shown, as soon as what it stands in is
-inline constexpr unsigned long WS_DISABLED = 0x08000000;  // takes neither keys nor the mouse
-inline constexpr unsigned long WS_TABSTOP = 0x00010000;   // Tab stops there
-inline constexpr unsigned long WS_GROUP = 0x00020000;     // begins a group of controls in a dialog
-inline constexpr unsigned long WS_BORDER = 0x00800000;    // has a thin frame
-inline constexpr unsigned long WS_HSCROLL = 0x00100000;   // has a bar to scroll by
+inline constexpr unsigned long WS_CHILD = 0x40000000;         // stands in another window
+inline constexpr unsigned long WS_VISIBLE = 0x10000000;       // is shown, as soon as what it stands in is
+inline constexpr unsigned long WS_DISABLED = 0x08000000;      // takes neither keys nor the mouse
+inline constexpr unsigned long WS_CLIPSIBLINGS = 0x04000000;  // paints only what others leave of it
+inline constexpr unsigned long WS_TABSTOP = 0x00010000;       // Tab stops there
+inline constexpr unsigned long WS_GROUP = 0x00020000;         // begins a group of controls in a dialog
+inline constexpr unsigned long WS_BORDER = 0x00800000;        // has a thin frame
+inline constexpr unsigned long WS_HSCROLL = 0x00100000;       // has a bar to scroll by
 inline constexpr unsigned long WS_VSCROLL = 0x00200000;
 
 // Top-level windows only; two of the bits mean something else for controls.
@@ -20,11 +21,13 @@ inline constexpr unsigned long WS_MINIMIZEBOX = 0x00020000;
 inline constexpr unsigned long WS_MAXIMIZEBOX = 0x00010000;
 
 // Dialogs.
+inline constexpr unsigned long DS_CONTROL = 0x00000400;  // works as a part of the dialog it stands in
 inline constexpr unsigned long DS_CENTER = 0x00000800;
 inline constexpr unsigned long DS_CONTEXTHELP = 0x00002000;
 
 inline constexpr unsigned long WS_EX_TOPMOST = 0x00000008;      // stays above all others
 inline constexpr unsigned long WS_EX_TRANSPARENT = 0x00000020;  // lets shine through what is behind it
+inline constexpr unsigned long WS_EX_CONTEXTHELP = 0x00000400;  // has a button that asks what something is
 
 // Kinds of buttons, in the lowest four bits.
 inline constexpr unsigned long BS_TYPEMASK = 0x0000000F;

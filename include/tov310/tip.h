@@ -51,4 +51,28 @@ class TOV_CORE_API CTovTip {
     int m_isShown = 0;
 };
 
+// What the mix-ins of views and dialogs offer their hosts of it. The first word of a name says where in the
+// tip the point of the screen (pixels) lies across, the second where down. It hides after so many
+// milliseconds.
+class TOV_CORE_API CTovTipExtensions {
+ protected:
+    void ShowToolTipLeftTop(char const* text, int x, int y, unsigned milliseconds);
+    void ShowToolTipLeftCentered(char const* text, int x, int y, unsigned milliseconds);
+    void ShowToolTipLeftBottom(char const* text, int x, int y, unsigned milliseconds);
+    void ShowToolTipCenteredTop(char const* text, int x, int y, unsigned milliseconds);
+    void ShowToolTipCenteredCentered(char const* text, int x, int y, unsigned milliseconds);
+    void ShowToolTipCenteredBottom(char const* text, int x, int y, unsigned milliseconds);
+    void ShowToolTipRightTop(char const* text, int x, int y, unsigned milliseconds);
+    void ShowToolTipRightCentered(char const* text, int x, int y, unsigned milliseconds);
+    void ShowToolTipRightBottom(char const* text, int x, int y, unsigned milliseconds);
+    void HideTooltip() { m_tip.Hide(); }
+
+    // As CTovTip has them.
+    void CreateTip(CWnd const& window) { m_tip.Create(window); }
+    int OnTipTimer(WPARAM id) { return m_tip.OnTimer(id); }
+
+ private:
+    CTovTip m_tip;
+};
+
 }  // namespace tov
