@@ -3,6 +3,7 @@
 #include "platform/dialog_controls.h"
 #include "platform/event_routing.h"
 #include "platform/focus_order.h"
+#include "views/dialog_units.h"
 
 #include <tov310/messages.h>
 #include <tov310/qt_values.h>
@@ -22,29 +23,10 @@
 namespace tov {
 namespace {
 
-// Dialog units of one font.
-class DialogUnits {
- public:
-    explicit DialogUnits(QFont const& font) {
-        QFontMetrics const metrics(font);
-        m_letters =
-            metrics.horizontalAdvance(QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"));
-        m_height = metrics.height();
-    }
-
-    QRect Map(CRect const& rect) const {
-        QPoint const corner(Across(rect.left), Down(rect.top));
-        return {corner, QSize(Across(rect.right) - corner.x(), Down(rect.bottom) - corner.y())};
-    }
-
- private:
-    // Four units are the width of one letter of 52, eight the height of a line.
-    int Across(int units) const { return qRound(units * m_letters / (4.0 * 52)); }
-    int Down(int units) const { return qRound(units * m_height / 8.0); }
-
-    int m_letters;
-    int m_height;
-};
+DialogUnits UnitsOf(QFont const& font) {
+    QFontMetrics const metrics(font);
+    return DialogUnits({metrics.horizontalAdvance(QLatin1String(dialogUnitLetters)), metrics.height()});
+}
 
 bool IsKind(CTovControlTemplate const& control, char const* className, unsigned long mask,
             unsigned long type) {
@@ -71,9 +53,9 @@ class DialogBuilder {
         if (!m_dialog.fontFamily.empty()) font.setFamily(TovQString(m_dialog.fontFamily));
         if (m_dialog.fontSize > 0) font.setPointSizeF(m_dialog.fontSize);
         bool const hasFont = !m_dialog.fontFamily.empty() || m_dialog.fontSize > 0;
-        DialogUnits const units(hasFont ? font : m_host.font());
+        DialogUnits const units = UnitsOf(hasFont ? font : m_host.font());
         for (CTovControlTemplate const& control : m_dialog.controls) {
-            if (!Make(control, units.Map(control.rect))) {
+            if (!Make(control, TovQRect(units.Map(control.rect)))) {
                 TakeBack(control, message);
                 return false;
             }
@@ -81,7 +63,7 @@ class DialogBuilder {
         // What the host was before is changed only now that nothing can fail.
         if (hasFont) m_host.setFont(font);
         m_host.setWindowTitle(TovQString(m_dialog.title));
-        QSize const size = units.Map({0, 0, m_dialog.rect.Width(), m_dialog.rect.Height()}).size();
+        QSize const size = TovQRect(units.Map({0, 0, m_dialog.rect.Width(), m_dialog.rect.Height()})).size();
         if (m_host.isWindow() && (m_dialog.style & WS_THICKFRAME) == 0)
             m_host.setFixedSize(size);
         else
@@ -278,7 +260,7 @@ int TovFillDialog(QWidget* host, CTovDialogTemplate const& dialog, CString* mess
 }
 
 QRect TovMapDialogRect(QFont const& font, CRect const& rect) {
-    return DialogUnits(font).Map(rect);
+    return TovQRect(UnitsOf(font).Map(rect));
 }
 
 }  // namespace tov

@@ -99,6 +99,10 @@ CSize Screen::GetTextExtent(HFONT font, char const* text) {
     return {metrics.horizontalAdvance(QString::fromUtf8(text != nullptr ? text : "")), metrics.height()};
 }
 
+HFONT Screen::GetDialogFont() {
+    return TovFont(QApplication::font());
+}
+
 int Screen::SetTimer(HWND window, WPARAM id, unsigned milliseconds) {
     return m_timers.SetTimer(window, id, milliseconds);
 }

@@ -24,6 +24,7 @@ class Screen final : public ITovSystem {
     HWND GetFocus() override;
     int IsKeyDown(int virtualKey) override;
     CSize GetTextExtent(HFONT font, char const* text) override;
+    HFONT GetDialogFont() override;
     int SetTimer(HWND window, WPARAM id, unsigned milliseconds) override;
     int KillTimer(HWND window, WPARAM id) override;
     std::uint32_t GetSysColor(int index) override;

@@ -43,6 +43,10 @@ CSize ITovSystem::GetTextExtent(HFONT, char const*) {
     return {};
 }
 
+HFONT ITovSystem::GetDialogFont() {
+    return nullptr;
+}
+
 int ITovSystem::SetTimer(HWND, WPARAM, unsigned) {
     return 0;
 }

@@ -1,4 +1,4 @@
-// The text form of a dialog in a resource module.
+// The forms of a dialog in a resource module.
 #pragma once
 
 #include <tov310/dialog_template.h>
@@ -14,5 +14,10 @@ namespace tov {
 // dialog is of no use.
 bool ParseDialogTemplate(std::string_view json, HINSTANCE texts, CTovDialogTemplate& dialog,
                          std::vector<std::string>& faults);
+
+// Reads the bytes of a dialog template (dlg_template.h) and the lists of words beside it, which may be empty.
+// Faults as above.
+bool ParseDlgTemplate(std::string_view bytes, std::string_view init, CTovDialogTemplate& dialog,
+                      std::vector<std::string>& faults);
 
 }  // namespace tov

@@ -350,6 +350,18 @@ std::string WordsOf(DialogJson::parse_error const& fault) {
     return words;
 }
 
+// Tells the faults; a dialog with any is of no use.
+int FinishDialog(CTovDialogTemplate& dialog, std::vector<std::string> const& faults, CString* message) {
+    if (message != nullptr) message->clear();
+    if (faults.empty()) return 1;
+    dialog = {};
+    for (std::string const& fault : faults) {
+        TovReportFault(fault.c_str());
+        if (message != nullptr) message->append(message->empty() ? "" : "\n").append(fault);
+    }
+    return 0;
+}
+
 Immortal<std::vector<ITovControlFactory*>>& Factories() {
     static Immortal<std::vector<ITovControlFactory*>> factories;  // of the user-interface thread
     return factories;
@@ -369,16 +381,16 @@ bool ParseDialogTemplate(std::string_view json, HINSTANCE texts, CTovDialogTempl
     };
     bool tooDeep = false;
     auto const look = [&](int depth, DialogJson::parse_event_t event, DialogJson& parsed) {
-        using enum DialogJson::parse_event_t;
-        bool const begins = event == object_start || event == array_start;
+        using Event = DialogJson::parse_event_t;
+        bool const begins = event == Event::object_start || event == Event::array_start;
         if (begins && depth > deepestInDialog && !std::exchange(tooDeep, true))
             tell("lists and objects lie too deep in one another");
-        if (event == object_start) {
+        if (event == Event::object_start) {
             controls += depth == 2;
             keys.emplace_back();
-        } else if (event == object_end) {
+        } else if (event == Event::object_end) {
             keys.pop_back();
-        } else if (event == key && !keys.back().insert(parsed.get<std::string>()).second) {
+        } else if (event == Event::key && !keys.back().insert(parsed.get<std::string>()).second) {
             tell(InQuotes(parsed.get_ref<std::string const&>()) + " stands twice");
         }
         return !tooDeep;
@@ -404,22 +416,31 @@ int TovLoadDialogTemplate(HINSTANCE module, unsigned id, CTovDialogTemplate& dia
 
 int TovLoadDialogTemplate(HINSTANCE module, char const* name, CTovDialogTemplate& dialog, CString* message) {
     dialog = {};
-    if (message != nullptr) message->clear();
     if (module == nullptr) module = TovGetTovResourceHandle();
-    dialog.name = std::string("dialogs/") + (name != nullptr ? name : "") + ".json";
-    std::string_view const json = TovFindResource(module, dialog.name.c_str());
-    std::vector<std::string> faults;
-    if (json.data() == nullptr)
-        faults.push_back(dialog.name + ": there is no such dialog");
-    else
-        ParseDialogTemplate(json, module, dialog, faults);
-    if (faults.empty()) return 1;
-    dialog = {};
-    for (std::string const& fault : faults) {
-        TovReportFault(fault.c_str());
-        if (message != nullptr) message->append(message->empty() ? "" : "\n").append(fault);
+    std::string const stem = std::string("dialogs/") + (name != nullptr ? name : "");
+    dialog.name = stem + ".json";
+    for (HINSTANCE const asked : {module, TovBuiltInResourceModule()}) {
+        std::vector<std::string> faults;
+        std::string_view const json = asked->FindFile(dialog.name);
+        if (json.data() != nullptr) {
+            ParseDialogTemplate(json, module, dialog, faults);
+            return FinishDialog(dialog, faults, message);
+        }
+        std::string_view const bytes = asked->FindFile(stem + ".dlg");
+        std::string_view const init = asked->FindFile(stem + ".dlginit");
+        if (bytes.data() != nullptr)
+            return TovReadDialogTemplate((stem + ".dlg").c_str(), bytes, init, dialog, message);
     }
-    return 0;
+    return FinishDialog(dialog, {dialog.name + ": there is no such dialog"}, message);
+}
+
+int TovReadDialogTemplate(char const* name, std::string_view bytes, std::string_view init,
+                          CTovDialogTemplate& dialog, CString* message) {
+    dialog = {};
+    dialog.name = name != nullptr ? name : "";
+    std::vector<std::string> faults;
+    ParseDlgTemplate(bytes, init, dialog, faults);
+    return FinishDialog(dialog, faults, message);
 }
 
 void TovAddControlFactory(ITovControlFactory* factory) {

@@ -14,9 +14,11 @@
 #include <tov310/device_context.h>
 #include <tov310/dialog.h>
 #include <tov310/dialog_extensions.h>
+#include <tov310/dialog_metrics.h>
 #include <tov310/dialog_template.h>
 #include <tov310/dib.h>
 #include <tov310/distance.h>
+#include <tov310/dlg_template.h>
 #include <tov310/document.h>
 #include <tov310/draw_dib.h>
 #include <tov310/edit_angle_mask.h>

@@ -1,5 +1,5 @@
-// Dialogs as resource modules describe them, in dialogs/ID.json (docs/resources.md). They are read here and
-// made into windows by the layer of the toolkit.
+// Dialogs as resource modules describe them, in dialogs/ID.json or in the bytes of dialogs/ID.dlg
+// (docs/resources.md). They are read here and made into windows by the layer of the toolkit.
 #pragma once
 
 #include <tov310/export.h>
@@ -8,6 +8,7 @@
 #include <tov310/types.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tov {
@@ -36,13 +37,19 @@ struct CTovDialogTemplate {
     std::vector<CTovControlTemplate> controls;  // in the order of the Tab key
 };
 
-// Reads dialogs/ID.json, or dialogs/NAME.json, of the module; the built-in one answers what it lacks. Null is
-// the module that the library takes its own resources from. Answers 1, or 0 with an empty template: every
-// fault goes to the fault handler (window.h) and into a line of `message`, by file, control and key.
+// Reads dialogs/ID.json, or dialogs/NAME.json, of the module; where it has none, dialogs/ID.dlg with
+// dialogs/ID.dlginit; the built-in one answers what it lacks. Null is the module that the library takes its
+// own resources from. Answers 1, or 0 with an empty template: every fault goes to the fault handler
+// (window.h) and into a line of `message`, by file, control and key.
 TOV_CORE_API int TovLoadDialogTemplate(HINSTANCE module, unsigned id, CTovDialogTemplate& dialog,
                                        CString* message = nullptr);
 TOV_CORE_API int TovLoadDialogTemplate(HINSTANCE module, char const* name, CTovDialogTemplate& dialog,
                                        CString* message = nullptr);
+
+// Reads a template of bytes in either form (dlg_template.h) that the host has from elsewhere, and the words
+// for the lists in it, which may be empty. Answers and faults as above; `dialog.name` is the given one.
+TOV_CORE_API int TovReadDialogTemplate(char const* name, std::string_view bytes, std::string_view init,
+                                       CTovDialogTemplate& dialog, CString* message = nullptr);
 
 // Makes the controls of a host's own classes when a dialog names them.
 class ITovControlFactory {

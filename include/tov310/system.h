@@ -46,6 +46,9 @@ class TOV_CORE_API ITovSystem {
     // The extent of a text in a font, in pixels of the screen.
     virtual CSize GetTextExtent(HFONT font, char const* text);
 
+    // The font that dialogs have at this moment; null where there is none.
+    virtual HFONT GetDialogFont();
+
     // Timers of windows, as CWnd has them. Answer 1 or 0.
     virtual int SetTimer(HWND window, WPARAM id, unsigned milliseconds);
     virtual int KillTimer(HWND window, WPARAM id);
