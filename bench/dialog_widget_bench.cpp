@@ -100,8 +100,9 @@ void DialogOf40(benchmark::State& state) {
         state, 10,
         [&] {
             Repeat([&] {
-                tov::CTovDialog dialog(module, 1);
-                if (dialog.Create() == 0) state.SkipWithError("the template is faulty");
+                tov::CTovDialog dialog(1);
+                dialog.AutoDelete(0);
+                if (dialog.Create(module) == 0) state.SkipWithError("the template is faulty");
                 if (!shows) return;
                 dialog.show();
                 QCoreApplication::processEvents();

@@ -35,11 +35,14 @@ std::vector<QKeyCombination> ToolkitKeys(int virtualKey, Qt::KeyboardModifiers m
 
 class AcceleratorKey final : public QShortcut {
  public:
-    AcceleratorKey(QKeyCombination keys, unsigned command, QWidget& window)
-        : QShortcut(QKeySequence(keys), &window) {
+    AcceleratorKey(QKeyCombination keys, ACCEL const& entry, QWidget& window)
+        : QShortcut(QKeySequence(keys), &window), m_entry(entry) {
         setAutoRepeat(false);
-        connect(this, &QShortcut::activated, &window, [&window, command] { Press(window, command); });
+        connect(this, &QShortcut::activated, &window,
+                [&window, command = entry.command] { Press(window, command); });
     }
+
+    ACCEL const& Entry() const { return m_entry; }
 
  private:
     static void Press(QWidget& widget, unsigned command) {
@@ -52,6 +55,8 @@ class AcceleratorKey final : public QShortcut {
         if (!alive || (state.m_bEnableChanged != 0 && state.m_bEnabled == 0)) return;
         TovSendMessage(self, WM_COMMAND, TovCommandParam(command, 0));
     }
+
+    ACCEL const m_entry;
 };
 
 Qt::KeyboardModifiers ModifiersOf(ACCEL const& entry) {
@@ -75,8 +80,17 @@ void TovSetAccelerators(QWidget* window, HACCEL const& keys) {
     }
     for (ACCEL const& entry : keys.Entries()) {
         for (QKeyCombination const key : ToolkitKeys(static_cast<int>(entry.key), ModifiersOf(entry)))
-            std::make_unique<AcceleratorKey>(key, entry.command, *window).release();
+            std::make_unique<AcceleratorKey>(key, entry, *window).release();
     }
+}
+
+HACCEL TovGetAccelerators(QWidget const* window) {
+    HACCEL keys;
+    for (QObject const* const child : window != nullptr ? window->children() : QObjectList()) {
+        auto const* const key = dynamic_cast<AcceleratorKey const*>(child);
+        if (key != nullptr && key->isEnabled()) keys.Add(key->Entry());  // one of two keys is enough
+    }
+    return keys;
 }
 
 }  // namespace tov

@@ -3,6 +3,7 @@
 #include "frame/handle_of.h"
 
 #include <tov310/dialog_template.h>
+#include <tov310/help_app.h>
 #include <tov310/messages.h>
 #include <tov310/styles.h>
 #include <tov310/system.h>
@@ -220,6 +221,27 @@ int CTovDialogExtensions::OnEnableOkButton(int quiet) {
     return m_dialog == nullptr || AskForms(*m_dialog, quiet) != 0;
 }
 
+// ----------------------------------------------------------------------------------------------- help
+
+void CTovDialogExtensions::NoteHelpButton(int isPressed) {
+    CTovDialogExtensions* const around = IsChildDialog() != 0 ? Of(m_dialog->GetParent()) : nullptr;
+    if (around != nullptr)
+        around->NoteHelpButton(isPressed);
+    else
+        m_isHelpButtonPressed = isPressed;
+}
+
+int CTovDialogExtensions::OnHelpInfo(HELPINFO const& info) {
+    CTovDialogExtensions* const around = IsChildDialog() != 0 ? Of(m_dialog->GetParent()) : nullptr;
+    if (around != nullptr) return around->OnHelpInfo(info);
+    bool const isAskedFor = m_isHelpButtonPressed != 0 || TovGetSystem()->IsKeyDown(VK_SHIFT) != 0;
+    m_isHelpButtonPressed = 0;
+    constexpr unsigned long topicsOfDialogs = 0x20000;
+    bool const isOfControl = isAskedFor && info.dwContextId != 0 && info.iContextType == 1;
+    CTovHelpApp::ShowHelp(isOfControl ? info.dwContextId : GetHelpTopic() + topicsOfDialogs);
+    return 1;
+}
+
 // --------------------------------------------------------------------------------------------- layout
 
 void CTovDialogExtensions::TakeUnits() {
@@ -313,12 +335,27 @@ int CTovDialogExtensions::OnExtensionMessage(unsigned message, WPARAM wParam) {
         case WM_SHOWWINDOW:
             HideTooltip();
             return 0;
+        case WM_TOV_POST_INITDIALOG:
+            OnPostInitDialog();
+            return 1;
         case WM_FONTCHANGE:
             if (!m_arrangement.IsEmpty()) TakeUnits();
             return 0;
         default:
             return 0;
     }
+}
+
+void CTovDialogExtensions::OnControlNotice(WPARAM wParam, LPARAM lParam) {
+    unsigned const code = TovNotificationOf(wParam);
+    if (code != CBN_SELCHANGE && code != CBN_EDITCHANGE) return;
+    CWnd const* const control = CWnd::FromHandlePermanent(HWND{static_cast<std::uint64_t>(lParam)});
+    CString const kind = control != nullptr ? control->GetClassName() : CString();
+    unsigned const id = TovCommandOf(wParam);
+    if (kind == "ComboBox")
+        code == CBN_SELCHANGE ? OnComboBoxSelChange(id) : OnComboBoxEditChange(id);
+    else if (kind == "ListBox" && code == LBN_SELCHANGE)
+        OnListBoxSelChange(id);
 }
 
 }  // namespace tov

@@ -2,13 +2,19 @@
 
 #include "platform/dialog_builder.h"
 
+#include <tov310/accelerator_keys.h>
+#include <tov310/application.h>
+#include <tov310/help_app.h>
 #include <tov310/messages.h>
 #include <tov310/qt_values.h>
 #include <tov310/styles.h>
+#include <tov310/view.h>
 
 #include <QApplication>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QWhatsThis>
 
 #include <utility>
 
@@ -16,8 +22,13 @@ namespace tov {
 
 CTovDialog::CTovDialog(QWidget* parent) : CWndOn(parent) {}
 
+CTovDialog::CTovDialog(unsigned id, CWnd* parent)
+    : CWndOn(TovWidget(parent)), m_template(std::to_string(id)), m_helpTopic(id) {}
+
+CTovDialog::CTovDialog(CString const& name, CWnd* parent) : CWndOn(TovWidget(parent)), m_template(name) {}
+
 CTovDialog::CTovDialog(HINSTANCE module, unsigned id, QWidget* parent)
-    : CWndOn(parent), m_module(module), m_template(std::to_string(id)) {}
+    : CWndOn(parent), m_module(module), m_template(std::to_string(id)), m_helpTopic(id) {}
 
 CTovDialog::CTovDialog(HINSTANCE module, char const* name, QWidget* parent)
     : CWndOn(parent), m_module(module), m_template(name != nullptr ? name : "") {}
@@ -32,27 +43,34 @@ CWnd* CTovDialog::GetOwner() const {
 CTovDialog::Readiness CTovDialog::Prepare() {
     if (m_isReady) return Readiness::kReady;
     TovWnd(this);  // is born now
-    if (!m_template.empty() && !MakeControls()) {
+    CTovDialogTemplate loaded;
+    bool isFaulty = false;
+    if (m_given == nullptr && !m_template.empty())
+        isFaulty = TovLoadDialogTemplate(m_module, m_template.c_str(), loaded) == 0 || !MakeControls(loaded);
+    else if (m_given != nullptr)
+        isFaulty = !MakeControls(*m_given);
+    if (isFaulty) {
         CWndOn::DestroyWindow();
         return Readiness::kFaulty;
     }
     m_isReady = true;
+    m_okEnabled = -1;
     QPointer<CTovDialog> const alive(this);
     auto const end = m_end;
     int const takesFirst = InitDialog();
     if (!alive || !m_isReady || (end != nullptr && end->has_value())) return Readiness::kOver;
-    if (takesFirst != 0) FocusFirstControl();
+    if (takesFirst != 0 && isWindow()) FocusFirstControl();
     return Readiness::kReady;
 }
 
-bool CTovDialog::MakeControls() {
-    CTovDialogTemplate dialog;
-    if (TovLoadDialogTemplate(m_module, m_template.c_str(), dialog) == 0) return false;
+bool CTovDialog::MakeControls(CTovDialogTemplate const& dialog) {
     SetFrame(dialog.style);
     if (!FillDialog(*this, dialog, m_made, nullptr)) return false;
     if (isWindow() && dialog.hasPlace) {
         QPoint const corner = TovMapDialogRect(font(), dialog.rect).topLeft();
         move(parentWidget() != nullptr ? parentWidget()->window()->mapToGlobal(corner) : corner);
+    } else if (!isWindow()) {
+        move(TovMapDialogRect(font(), dialog.rect).topLeft());
     }
     CWnd::ModifyStyle(0, dialog.style);
     if ((dialog.style & WS_DISABLED) != 0) setEnabled(false);
@@ -60,18 +78,65 @@ bool CTovDialog::MakeControls() {
     return true;
 }
 
-// As the template says, which leaves nothing of what the host has set before.
+// As the template says, which leaves nothing of what the host has set before. All have the question mark.
 void CTovDialog::SetFrame(unsigned long style) {
     if ((style & WS_CHILD) != 0 && m_end == nullptr && parentWidget() != nullptr) {
         setWindowFlags(Qt::Widget);
         return;
     }
     Qt::WindowFlags flags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                            Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
+                            Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                            Qt::WindowContextHelpButtonHint;
     if ((style & WS_MINIMIZEBOX) != 0) flags |= Qt::WindowMinimizeButtonHint;
     if ((style & WS_MAXIMIZEBOX) != 0) flags |= Qt::WindowMaximizeButtonHint;
-    if ((style & DS_CONTEXTHELP) != 0) flags |= Qt::WindowContextHelpButtonHint;
     setWindowFlags(flags);
+}
+
+int CTovDialog::OnInitDialog() {
+    CWinApp* const app = TovGetApp();
+    CWnd* const main = app != nullptr ? CWnd::FromHandlePermanent(app->GetMainWnd()) : nullptr;
+    if (main != nullptr && main->IsKindOf(&CFrameWnd::classCFrameWnd))
+        m_inheritedAccelerators = TovGetAccelerators(TovWidget(main));
+    UseInheritedAccelerators(m_useInheritedAccelerators);
+    ModifyStyleEx(0, WS_EX_CONTEXTHELP);
+    return CTovDialogOf::OnInitDialog();
+}
+
+// In a dialog within another the keys are those of the outer one.
+void CTovDialog::UseInheritedAccelerators(int use) {
+    if (m_inheritedAccelerators && isWindow() && (use != 0 || m_useInheritedAccelerators != 0))
+        TovSetAccelerators(this, use != 0 ? m_inheritedAccelerators : HACCEL());
+    m_useInheritedAccelerators = use;
+}
+
+int CTovDialog::EnableOkButton() {
+    QPointer<CTovDialog> const alive(this);
+    int const isEnabled = CTovDialogOf::EnableOkButton();
+    if (!alive || IsChildDialog() != 0 || std::exchange(m_okEnabled, isEnabled) == isEnabled)
+        return isEnabled;
+    Q_EMIT okButtonEnabled(isEnabled != 0);
+    return isEnabled;
+}
+
+void CTovDialog::OnSetDialogDocument() {
+    CTovDialogOf::OnSetDialogDocument();
+    Q_EMIT documentSet();
+}
+
+void CTovDialog::OnUnsetDialogDocument() {
+    CTovDialogOf::OnUnsetDialogDocument();
+    Q_EMIT documentAboutToBeUnset();
+}
+
+std::unique_ptr<CDialog> CTovDialog::MakePlainDialog() {
+    return std::make_unique<CTovDialog>();
+}
+
+LRESULT CTovDialog::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
+    HWND const self = GetSafeHwnd();
+    LRESULT const result = CTovDialogOf::WindowProc(message, wParam, lParam);
+    if (message == WM_TOV_POST_INITDIALOG && IsWindow(self)) Q_EMIT initialized();
+    return result;
 }
 
 void CTovDialog::FocusFirstControl() {
@@ -83,7 +148,13 @@ void CTovDialog::FocusFirstControl() {
     }
 }
 
-int CTovDialog::DoModal() {
+int CTovDialog::DoModal(HINSTANCE module) {
+    if (m_template.empty()) return -1;
+    if (m_end == nullptr) m_module = module;
+    return RunModal();
+}
+
+int CTovDialog::RunModal() {
     if (m_end != nullptr) {
         TovReportFault("a dialog was to be shown modally while it is");
         return -1;
@@ -93,7 +164,7 @@ int CTovDialog::DoModal() {
                                                             : QApplication::activeWindow());
     auto const end = std::make_shared<std::optional<int>>();
     m_end = end;
-    m_isModeless = false;
+    m_isModeless = 0;
     Readiness const readiness = Prepare();
     if (readiness == Readiness::kReady) {
         // A parent that dies takes its children along; this one belongs to whoever waits for it here.
@@ -118,14 +189,42 @@ int CTovDialog::DoModal() {
 }
 
 int CTovDialog::exec() {
-    int const result = DoModal();
+    int const result = RunModal();
     return result == IDCANCEL || result == -1 ? static_cast<int>(Rejected) : result;
 }
 
-int CTovDialog::Create() {
+int CTovDialog::Create(HINSTANCE module, unsigned id, CWnd* parent) {
     if (m_isReady) return 0;
-    m_isModeless = true;
-    if (Prepare() != Readiness::kReady) return 0;
+    m_helpTopic = id;
+    m_template = std::to_string(id);
+    return Create(module, parent);
+}
+
+int CTovDialog::Create(HINSTANCE module, char const* name, CWnd* parent) {
+    if (m_isReady) return 0;
+    m_template = name != nullptr ? name : "";
+    return Create(module, parent);
+}
+
+int CTovDialog::Create(HINSTANCE module, CWnd* parent) {
+    if (m_template.empty()) return -1;
+    if (m_isReady) return 0;
+    CTovDialogTemplate dialog;
+    if (TovLoadDialogTemplate(module, m_template.c_str(), dialog) == 0) return 0;
+    m_module = module;
+    m_isModeless = 1;
+    return CreateIndirect(dialog, parent);
+}
+
+int CTovDialog::CreateIndirect(CTovDialogTemplate const& dialog, CWnd* parent) {
+    if (m_isReady) return 0;
+    QWidget* const around = TovWidget(parent);
+    if (around != nullptr && around != parentWidget()) setParent(around, windowFlags());
+    m_given = &dialog;
+    QPointer<CTovDialog> const alive(this);
+    Readiness const readiness = Prepare();
+    if (alive) m_given = nullptr;
+    if (readiness != Readiness::kReady) return 0;
     if (m_isShownAtOnce) show();
     return 1;
 }
@@ -144,15 +243,21 @@ void CTovDialog::done(int result) {
 void CTovDialog::setVisible(bool visible) {
     if (visible && Prepare() != Readiness::kReady) return;
     if (!visible && isVisible()) m_wasActive = isActiveWindow();
-    CWndOn::setVisible(visible);
+    // The toolkit gives a dialog that it shows the focus, which is not for one within another.
+    if (isWindow())
+        CWndOn::setVisible(visible);
+    else
+        QWidget::setVisible(visible);
 }
 
 int CTovDialog::DestroyWindow() {
     QPointer<CTovDialog> const alive(this);
     int const result = CWndOn::DestroyWindow();
-    if (!alive) return result;
+    if (!alive || GetSafeHwnd()) return result;  // or somebody is told of its end, further out
     m_isReady = false;
     RemoveControls();
+    // One of its own handlers may be at work.
+    if (result != 0 && m_isModeless != 0 && m_autoDelete != 0) deleteLater();
     return result;
 }
 
@@ -226,8 +331,61 @@ void CTovDialog::keyPressEvent(QKeyEvent* event) {
         event->ignore();
     else if (isEnter && isPlain)
         PressEnter();
+    else if (event->key() == Qt::Key_F1 && (event->modifiers() & ~Qt::ShiftModifier) == 0 && isWindow() &&
+             CTovHelpApp::Get() != nullptr)
+        ShowHelp(focusWidget(), QCursor::pos());
     else
         CWndOn::keyPressEvent(event);
+}
+
+bool CTovDialog::event(QEvent* event) {
+    switch (event->type()) {
+        case QEvent::EnterWhatsThisMode:
+            NoteHelpButton(1);
+            break;
+        case QEvent::QueryWhatsThis:
+            if (CTovHelpApp::Get() == nullptr) break;
+            event->accept();
+            return true;
+        case QEvent::WhatsThis: {
+            if (CTovHelpApp::Get() == nullptr) break;
+            auto const& help = static_cast<QHelpEvent const&>(*event);
+            QWhatsThis::leaveWhatsThisMode();
+            ShowHelp(childAt(help.pos()), help.globalPos());
+            event->accept();
+            return true;
+        }
+        default:
+            break;
+    }
+    return CWndOn::event(event);
+}
+
+void CTovDialog::ShowHelp(QWidget* about, QPoint const& place) {
+    HELPINFO info;
+    info.MousePos = TovPoint(place);
+    CWnd const* const control = about != nullptr && about != this ? TovWnd(about) : nullptr;
+    if (control != nullptr) {
+        info.hItemHandle = control->GetSafeHwnd();
+        info.iCtrlId = control->GetDlgCtrlID();
+    }
+    for (QWidget const* w = about; w != nullptr && w != this && info.dwContextId == 0; w = w->parentWidget())
+        info.dwContextId = w->property(tovHelpIdProperty).toUInt();
+    OnHelpInfo(info);
+}
+
+CTovDialogCV::~CTovDialogCV() = default;
+
+void CTovDialogCV::OnEmptyFieldsChanged(int emptyFields) {
+    QPointer<CTovDialogCV> const alive(this);
+    CTovDialogCVOf::OnEmptyFieldsChanged(emptyFields);
+    if (alive) Q_EMIT emptyFieldsChanged(emptyFields != 0);
+}
+
+void CTovDialogCV::OnDisabledOkButtonClicked(unsigned id) {
+    QPointer<CTovDialogCV> const alive(this);
+    CTovDialogCVOf::OnDisabledOkButtonClicked(id);
+    if (alive) Q_EMIT disabledOkButtonClicked(id);
 }
 
 }  // namespace tov

@@ -14,4 +14,7 @@ namespace tov {
 // empty one ends it. A key without a number in Qt is left out.
 TOV_UI_API void TovSetAccelerators(QWidget* window, HACCEL const& keys);
 
+// The table in force there; an empty one where there is none.
+TOV_UI_API HACCEL TovGetAccelerators(QWidget const* window);
+
 }  // namespace tov

@@ -39,6 +39,7 @@
 #include <tov310/geometry.h>
 #include <tov310/help_app.h>
 #include <tov310/hooks.h>
+#include <tov310/host_container.h>
 #include <tov310/html_page.h>
 #include <tov310/icon.h>
 #include <tov310/image_list.h>

@@ -15,6 +15,7 @@
 #include <tov310/arrange.h>
 #include <tov310/dialog.h>
 #include <tov310/document.h>
+#include <tov310/edit_filename.h>
 #include <tov310/ok_host.h>
 #include <tov310/resources.h>
 #include <tov310/tip.h>
@@ -25,10 +26,20 @@
 namespace tov {
 
 class CTovDlgToolBar;
+
+// Somebody wants to know what something is.
+struct HELPINFO {
+    int iContextType = 1;           // 1: a window, 2: an entry of a menu
+    int iCtrlId = 0;                // of the control or the entry
+    HWND hItemHandle;               // the control
+    unsigned long dwContextId = 0;  // its topic; 0 where it has none
+    CPoint MousePos;                // of the screen
+};
 class CTovEditSwitched;
 
 class TOV_CORE_API CTovDialogExtensions : public CTovOkHost, public CTovTipExtensions {
  public:
+    using eEditType = eTovSwitchedType;
     static constexpr unsigned none = 0xFFFFFFFF;  // no index, and no control id
 
     // The dialog that it serves, commonly the object that it is a base of; null for none. Borrowed, and it
@@ -93,12 +104,23 @@ class TOV_CORE_API CTovDialogExtensions : public CTovOkHost, public CTovTipExten
     // The edit of that control, made now or, for a control that has one already, that one. The range is that
     // of a whole number (eTovSwitchedLong) or of a floating one (eTovSwitchedDouble). Null where there is no
     // such control.
-    CTovEditSwitched* AddEdit(unsigned id, int type, int readOnly = 0);
+    CTovEditSwitched* AddEdit(unsigned id, eEditType type, int readOnly = 0);
     CTovEditSwitched* AddEdit(unsigned id, long least, long most, int readOnly = 0);
     CTovEditSwitched* AddEdit(unsigned id, double least, double most, int readOnly = 0);
 
     // For a control without one, an edit that stands nowhere.
     CTovEditSwitched& Edit(unsigned id);
+
+    // --- Help
+
+    // Has the application show help: the control's topic where the user has asked for that one, by the
+    // question mark of the frame or with Shift, else the dialog's, GetHelpTopic() + 0x20000. In a child
+    // dialog the dialog around does it. Answers 1.
+    virtual int OnHelpInfo(HELPINFO const& info);
+    virtual unsigned long GetHelpTopic() const { return 0; }
+
+    // The question mark was pressed.
+    virtual void NoteHelpButton(int isPressed);
 
     // --- Whether OK may be pressed. In a child dialog the dialog around is asked and changed.
 
@@ -122,6 +144,14 @@ class TOV_CORE_API CTovDialogExtensions : public CTovOkHost, public CTovTipExten
     // Moves a control down and to the right.
     virtual void ShiftChildWnd(CWnd* window, long down, long right);
     virtual void ShiftDlgItem(unsigned id, long down, long right);
+
+    // All that opens with the dialog is there, and it is laid out (a post behind OnInitDialog).
+    virtual void OnPostInitDialog() {}
+
+    // A control of the dialog tells of itself: another item is selected, the text has been changed.
+    virtual void OnComboBoxSelChange(unsigned /*id*/) {}
+    virtual void OnComboBoxEditChange(unsigned /*id*/) {}
+    virtual void OnListBoxSelChange(unsigned /*id*/) {}
 
     // The document has come, or is about to go: told to the child dialogs.
     virtual void OnSetDialogDocument();
@@ -150,15 +180,19 @@ class TOV_CORE_API CTovDialogExtensions : public CTovOkHost, public CTovTipExten
     // WM_TOV_POST_INITDIALOG to the dialog.
     void InitExtensions();
 
-    // A message to the dialog before the dialog sees it: hides the tip in time, and keeps the arrangement
-    // true to the font. Answers 1 for what is done with.
+    // A message to the dialog before the dialog sees it: hides the tip in time, keeps the arrangement true to
+    // the font, and calls OnPostInitDialog. Answers 1 for what is done with.
     int OnExtensionMessage(unsigned message, WPARAM wParam);
+
+    // The parameters of a WM_COMMAND that the dialog has dealt with: calls OnComboBoxSelChange and its like.
+    void OnControlNotice(WPARAM wParam, LPARAM lParam);
 
     CDialog* GetExtendedDialog() const { return m_dialog; }
 
     std::shared_ptr<CTovDlgToolBar> m_toolbar;
 
  private:
+    friend class CTovHostContainer;
     class Edits;
     struct ChildRecord {
         HINSTANCE module;
@@ -182,7 +216,39 @@ class TOV_CORE_API CTovDialogExtensions : public CTovOkHost, public CTovTipExten
     CRect m_placeholderRect;  // client coordinates
     std::shared_ptr<Edits> m_edits;
     CTovArrangement m_arrangement;
+    int m_isHelpButtonPressed = 0;
     CDialog* const m_dialog;
+};
+
+// A class of dialogs with all that, on the screen and in tests:
+//
+//   class CTovDialog : public CWndOn<QDialog, CTovDialogOf<CDialog>> { ... };
+template <class Dialog>
+class CTovDialogOf : public Dialog, public CTovDialogExtensions {
+ public:
+    CTovDialogOf() : CTovDialogExtensions(this) {}
+
+    virtual operator CTovDialogExtensions*() { return this; }
+
+    // Here a combo box or a list that tells of itself is told on when all others have heard of it.
+    int OnCommand(WPARAM wParam, LPARAM lParam) override {
+        HWND const self = this->GetSafeHwnd();
+        int const result = Dialog::OnCommand(wParam, lParam);
+        if (IsWindow(self)) OnControlNotice(wParam, lParam);
+        return result;
+    }
+
+ protected:
+    int OnInitDialog() override {
+        HWND const self = this->GetSafeHwnd();
+        Dialog::OnInitDialog();
+        if (IsWindow(self)) InitExtensions();
+        return 1;
+    }
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override {
+        if (OnExtensionMessage(message, wParam) != 0) return 0;
+        return Dialog::WindowProc(message, wParam, lParam);
+    }
 };
 
 }  // namespace tov

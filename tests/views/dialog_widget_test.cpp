@@ -27,11 +27,14 @@ HINSTANCE Module() {
 // Notes what its handlers are called for, and lets a test answer.
 struct Station : CTovDialog {
     explicit Station(QWidget* parent = nullptr, char const* name = "1000")
-        : CTovDialog(Module(), name, parent) {}
+        : CTovDialog(CString(name), parent) {
+        AutoDelete(0);
+    }
 
     int OnInitDialog() override {
         wasShownAtInit = isVisible();
-        return onInit ? onInit() : 1;
+        int const result = CTovDialog::OnInitDialog();
+        return onInit ? onInit() : result;
     }
     int OnCommand(WPARAM wParam, LPARAM lParam) override {
         commands.push_back(static_cast<int>(TovCommandOf(wParam)));
@@ -57,12 +60,12 @@ class Dialog : public testing::Test {
 
  protected:
     // Shows it modally and drives it as soon as it is active.
-    static int Run(CTovDialog& dialog, std::function<void()> const& drive) {
+    static int Run(CTovDialog& dialog, std::function<void()> const& drive, bool withTemplate = true) {
         QTimer::singleShot(0, &dialog, [&] {
             EXPECT_TRUE(IsActivated(dialog));
             drive();
         });
-        return dialog.DoModal();
+        return withTemplate ? dialog.DoModal(Module()) : dialog.exec();
     }
     static int FocusId() {
         CWnd const* const window = CWnd::FromHandlePermanent(TovGetFocus());
@@ -189,8 +192,8 @@ TEST_F(Dialog, EndsByOneRoad) {
 
 TEST_F(Dialog, IsNotShownWithAFault) {
     Station dialog(nullptr, "faulty");
-    EXPECT_EQ(dialog.DoModal(), -1);
-    EXPECT_EQ(dialog.Create(), 0);
+    EXPECT_EQ(dialog.DoModal(Module()), -1);
+    EXPECT_EQ(dialog.Create(Module()), 0);
     dialog.show();
     EXPECT_FALSE(dialog.isVisible());
     EXPECT_TRUE(dialog.findChildren<QWidget*>().isEmpty());
@@ -225,7 +228,7 @@ TEST_F(Dialog, IsShownAgainAndAgainAndInOneAnother) {
                           own.setText("changed");
                           EXPECT_EQ(Run(inner,
                                         [&] {
-                                            EXPECT_EQ(outer.DoModal(), -1);
+                                            EXPECT_EQ(outer.DoModal(Module()), -1);
                                             EXPECT_EQ(test::TakeFaults().size(), 1u);
                                             inner.accept();
                                         }),
@@ -257,14 +260,14 @@ TEST_F(Dialog, OutlivesWhatItStandsOn) {
     EXPECT_EQ(Run(dialog, [&] { dynamic_cast<QRadioButton&>(dialog.Item(1012)).click(); }), IDCANCEL);
     // Ended before it is shown; with its object, modally; and modelessly with a second life.
     dialog.onInit = [&] { return dialog.EndDialog(5), 1; };
-    EXPECT_EQ(dialog.DoModal(), 5);
+    EXPECT_EQ(dialog.DoModal(Module()), 5);
     auto* const lost = std::make_unique<Station>().release();
     lost->onCommand = [&](int) { return lost->EndDialog(6), delete lost, true; };
     EXPECT_EQ(Run(*lost, [&] { lost->accept(); }), 6);
     Station modeless;
     for (int round = 0; round < 2; ++round) {
-        EXPECT_EQ(modeless.Create(), 1);
-        EXPECT_EQ(modeless.Create(), 0);
+        EXPECT_EQ(modeless.Create(Module()), 1);
+        EXPECT_EQ(modeless.Create(Module()), 0);
         modeless.ShowWindow(1);
         EXPECT_TRUE(IsActivated(modeless));
         QTest::mouseClick(&modeless.Item(IDOK), Qt::LeftButton);
@@ -281,16 +284,19 @@ TEST_F(Dialog, OfPlainCodeIsAskedOnce) {
         QDialogButtonBox box(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &dialog);
         if (isConnected) QObject::connect(&box, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
         for (int round = 1; round < 3; ++round) {
-            EXPECT_EQ(Run(dialog,
+            EXPECT_EQ(Run(
+                          dialog,
                           [&] {
                               EXPECT_TRUE(dialog.GetDlgItem(IDOK));
                               box.button(QDialogButtonBox::Ok)->click();
                               EXPECT_EQ(dialog.asked, round);
                               box.button(QDialogButtonBox::Cancel)->click();
-                          }),
-                      IDCANCEL);
+                          },
+                          false),
+                      QDialog::Rejected);
         }
         EXPECT_EQ(dialog.result(), IDCANCEL);
+        EXPECT_EQ(dialog.DoModal(Module()), -1);
     }
 }
 
