@@ -162,12 +162,14 @@ void CTovHostContainer::OnHideValidationText() {
 void CTovHostContainer::BeginHost() {
     if (m_wasHooked != 0) UnhookAllDlgCtrls();
     m_wasHooked = 1;
+    m_isReady = 0;
     HookContainer();
 }
 
 void CTovHostContainer::HostIsReady() {
     if (m_hooksAll != 0) HookAllDlgCtrls(nullptr);
     unsigned long data = 0;
+    m_isReady = 1;
     SetEmptyFields(GetFirstEmptyDlgItem(data) != nullptr);
     if (m_kind != eKindPage) m_host.EnableOkButton();  // of a page the sheet does it
 }
@@ -175,9 +177,12 @@ void CTovHostContainer::HostIsReady() {
 void CTovHostContainer::ChildDialogSwitched() {
     unsigned long data = 0;
     CWnd const* const empty = GetFirstEmptyDlgItem(data);
-    if ((empty != nullptr) == (GetEmptyFields() != 0)) return;
-    OnDlgCtrlEmptyChanged(empty != nullptr ? static_cast<unsigned>(empty->GetDlgCtrlID()) : 0,
-                          empty != nullptr);
+    if ((empty != nullptr) != (GetEmptyFields() != 0)) {
+        unsigned const id = empty != nullptr ? static_cast<unsigned>(empty->GetDlgCtrlID()) : 0;
+        OnDlgCtrlEmptyChanged(id, empty != nullptr);
+    } else if (m_isReady != 0) {
+        m_host.EnableOkButton();  // the other one may have a say of its own
+    }
 }
 
 // Answers 0, or 1 where there is none.

@@ -1,6 +1,6 @@
 #include <tov310/ok_host.h>
 
-#include <tov310/dialog.h>
+#include <tov310/dialog_extensions.h>
 #include <tov310/messages.h>
 
 #include <initializer_list>
@@ -19,6 +19,11 @@ int CTovOkHost::EnableOkAndApply(CWnd& window, int enable) {
             button->EnableWindow(enable);
     }
     return enable;
+}
+
+int CTovOkHost::EnableOkOfForm(CWnd& form, CTovOkHost& host) {
+    CTovDialogExtensions* const around = CTovDialogExtensions::Of(form.GetParent());
+    return around != nullptr ? around->EnableOkButton() : EnableOkAndApply(form, host.OnEnableOkButton(1));
 }
 
 int CTovOkHost::AskForms(CWnd const& window, int quiet) {

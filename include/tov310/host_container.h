@@ -84,6 +84,7 @@ class TOV_CORE_API CTovHostContainer : public CTovInputControlContainer {
     CTovDialogExtensions* const m_extensions;  // null for a form
     int m_hooksAll = 1;
     int m_wasHooked = 0;
+    int m_isReady = 0;
 };
 
 // A dialog or page with all that: Dialog is made of CTovDialogOf.
@@ -120,6 +121,40 @@ class CTovDialogCVOf : public Dialog, public CTovHostContainer {
         if (IsWindow(self)) OnHostMessage(message, lParam);
         return result;
     }
+};
+
+// A form with all that: Form is a view with CTovViewExtensions (view_extensions.h) and a CTovOkHost.
+template <class Form>
+class CTovFormViewCVOf : public Form, public CTovHostContainer {
+ public:
+    template <class... Arguments>
+    requires std::constructible_from<Form, Arguments...>
+    explicit CTovFormViewCVOf(Arguments&&... arguments)
+        : Form(std::forward<Arguments>(arguments)...), CTovHostContainer(eKindForm, this, this, nullptr) {}
+
+    int OnEnableOkButton(int quiet) override { return EnableOkOfHost(quiet); }
+
+ protected:
+    void OnInitialUpdate() override {
+        HWND const self = this->GetSafeHwnd();
+        Form::OnInitialUpdate();
+        if (IsWindow(self)) BeginHost();
+    }
+    void OnPostInitialUpdate() override {
+        HWND const self = this->GetSafeHwnd();
+        Form::OnPostInitialUpdate();
+        if (IsWindow(self)) HostIsReady();
+    }
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override {
+        HWND const self = this->GetSafeHwnd();
+        LRESULT const result = Form::WindowProc(message, wParam, lParam);
+        if (IsWindow(self)) OnHostMessage(message, lParam);
+        return result;
+    }
+    void ShowHostTip(char const* text, int x, int y, unsigned milliseconds) override {
+        this->ShowToolTipLeftTop(text, x, y, milliseconds);
+    }
+    void HideHostTip() override { this->HideTooltip(); }
 };
 
 }  // namespace tov

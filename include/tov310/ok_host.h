@@ -30,6 +30,10 @@ class TOV_CORE_API CTovOkHost {
     // `enable`.
     static int EnableOkAndApply(CWnd& window, int enable);
 
+    // EnableOkButton of a form: the dialog or page that it stands in directly decides, else its own controls
+    // are enabled as it says itself.
+    static int EnableOkOfForm(CWnd& form, CTovOkHost& host);
+
     // Asks the forms that stand directly in the window, in their order, until one says 0.
     static int AskForms(CWnd const& window, int quiet);
 };

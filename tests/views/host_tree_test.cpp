@@ -1,0 +1,196 @@
+// Hosts in one another without a screen: OK is true to all that stands in them, and a click on it while it is
+// disabled shows what is missing.
+#include "support/fake_control.h"
+#include "support/host_model.h"
+
+#include <tov310/application.h>
+#include <tov310/dialog_template.h>
+#include <tov310/host_container.h>
+
+#include <gmock/gmock.h>
+
+#include <map>
+
+namespace tov {
+namespace {
+
+using test::FakeControl;
+using test::FakeWindow;
+using test::FakeWindowOf;
+using test::HostField;
+using test::HostNode;
+using testing::ElementsAre;
+
+HINSTANCE Module() {
+    static HINSTANCE const module = TovLoadResourceModule(TOV_TEST_SOURCE_DIR "/tests/views/dialogs_module");
+    return module;
+}
+
+// Remembers what tips say and where.
+struct Desk : test::FakeDesk {
+    struct Tip final : ITovTip {
+        explicit Tip(Desk& desk) : m_desk(desk) {}
+        void Show(char const* text, CPoint const& place, CTovToolTipText::eAcross across,
+                  CTovToolTipText::eDown down) override {
+            EXPECT_EQ(across, CTovToolTipText::eLeft);
+            EXPECT_EQ(down, CTovToolTipText::eTop);
+            m_desk.text = text;
+            m_desk.place = place;
+        }
+        void Hide() override { m_desk.text.clear(); }
+        Desk& m_desk;
+    };
+    std::unique_ptr<ITovTip> CreateTip(HWND) override { return std::make_unique<Tip>(*this); }
+    int SetTimer(HWND window, WPARAM id, unsigned milliseconds) override {
+        timers[{window, id}] = milliseconds;
+        return 1;
+    }
+    int KillTimer(HWND window, WPARAM id) override { return timers.erase({window, id}) != 0; }
+
+    CString text;
+    CPoint place;
+    std::map<std::pair<HWND, WPARAM>, unsigned> timers;
+};
+
+template <class Base>
+struct Placed : Base {
+    using Base::Base;
+    CRect GetWindowRect() const override { return rect; }
+    void MoveWindow(CRect const& to) override { rect = to; }
+    CRect rect;
+};
+using Field = Placed<FakeControl>;
+using Button = Placed<FakeWindow>;
+
+struct Tree;
+
+// A dialog, which guards its fields or not.
+struct Plain : Placed<FakeWindowOf<CTovDialogOf<CDialog>>> {
+    Plain(Tree& tree, HostNode const& node);
+    int CreateIndirect(CTovDialogTemplate const& dialog, CWnd* around) override;
+    std::unique_ptr<CDialog> MakePlainDialog() override;
+
+    Tree& tree;
+    HostNode const& node;
+    std::size_t childrenMade = 0;
+};
+using Guarding = CTovDialogCVOf<Plain>;
+
+struct Form : FakeWindow, CTovOkHost, CTovHostContainer {
+    Form(Tree& owner, CWnd& around, HostNode const& model);
+    int EnableOkButton() override { return EnableOkOfForm(*this, *this); }
+    int OnEnableOkButton(int quiet) override { return EnableOkOfHost(quiet); }
+    void ShowHostTip(char const* text, int x, int y, unsigned milliseconds) override {
+        tip.Create(*this);
+        tip.Show(text, x, y, milliseconds, CTovToolTipText::eLeft, CTovToolTipText::eTop);
+    }
+    CTovTip tip;
+};
+
+struct Tree {
+    explicit Tree(HostNode const& model) : root(std::make_unique<Guarding>(*this, model)) {
+        for (int const id : {IDOK, ID_APPLY_NOW}) {
+            Button& button = *windows.emplace_back(std::make_unique<Button>(desk, root.get(), id));
+            button.className = "Button";
+            button.rect = {id, 1000, id + 50, 1020};
+        }
+        Fill(*root, model);
+        root->InitDialog();
+        Settle();
+    }
+    ~Tree() { windows.clear(); }
+
+    void Fill(CWnd& around, HostNode const& node) {
+        for (HostField const& field : node.fields) {
+            Field& made =
+                *fields.emplace(field.number, std::make_unique<Field>(desk, around, 100 + field.number))
+                     .first->second;
+            made.rect = {field.number, 20 * field.number, 900, 20 * field.number + 15};
+        }
+        for (auto const& form : node.forms)
+            forms.push_back(std::make_unique<Form>(*this, around, *form));
+    }
+
+    void SetField(HostField const& wanted) {
+        Field& field = *fields.at(wanted.number);
+        field.SetString(wanted.isEmpty ? "" : "right");
+        field.SetReadOnlyMode(wanted.isReadOnly);
+        field.SetEmptyAllowed(wanted.mayBeEmpty);
+        CTovInputControl::CTovNotifyEmptyChanged const scope(field);
+        field.ShowWindow(!wanted.isHidden);
+    }
+    void Switch(HostNode const& dialog, unsigned child) {
+        EXPECT_EQ(dialogs.at(dialog.number)->SwitchChildDialog(child, 0), 1);
+    }
+    void Settle() { TovDispatchPosts(); }
+    bool IsEnabled(int id) {
+        return (CWnd::FromHandlePermanent(root->GetDlgItem(id))->GetStyle() & WS_DISABLED) == 0;
+    }
+    int Focus() {
+        CWnd const* const window =
+            CWnd::FromHandlePermanent(static_cast<Guarding&>(*root).GetWndTopmostFocus());
+        auto const* const field = dynamic_cast<Field const*>(window);
+        return field != nullptr ? field->GetDlgCtrlID() - 100 : -1;
+    }
+    int ClickOnDisabled(int id) {
+        desk.text.clear();
+        TovSendMessage(root->GetSafeHwnd(), WM_LBUTTONDOWN, 0, TovPackPoint({id + 1, 1001}));
+        EXPECT_EQ(desk.text, "字段不能为空");
+        int const shown = desk.place.x;
+        EXPECT_EQ(desk.place.y, 20 * shown + 15);
+        EXPECT_EQ(desk.focus, fields.at(shown)->GetSafeHwnd());
+        return shown;
+    }
+
+    Desk desk;
+    std::map<int, CTovDialogExtensions*> dialogs;
+    std::map<int, std::unique_ptr<Field>> fields;
+    std::vector<std::unique_ptr<Form>> forms;
+    std::vector<std::unique_ptr<Button>> windows;
+    std::unique_ptr<Plain> root;
+};
+
+Plain::Plain(Tree& owner, HostNode const& model) : Placed(owner.desk), tree(owner), node(model) {
+    tree.dialogs[node.number] = this;
+    Button& placeholder = *tree.windows.emplace_back(std::make_unique<Button>(tree.desk, this, 50));
+    placeholder.rect = {10, 20, 30, 40};
+    ExchangeChildDialogId(50, 1);
+    for (std::size_t i = 0; i < node.children.size(); ++i)
+        AddChildDialog(Module(), 1000);
+}
+
+int Plain::CreateIndirect(CTovDialogTemplate const& dialog, CWnd* around) {
+    EXPECT_EQ(dialog.style & (WS_CHILD | DS_CONTROL | WS_CAPTION | WS_POPUP), WS_CHILD | DS_CONTROL);
+    ModifyStyle(0, WS_CHILD);
+    parent = around->GetSafeHwnd();
+    dynamic_cast<test::FakeFamily&>(*around).children.push_back(GetSafeHwnd());
+    tree.Fill(*this, node);
+    return InitDialog();
+}
+
+std::unique_ptr<CDialog> Plain::MakePlainDialog() {
+    HostNode const& child = *node.children.at(childrenMade++);
+    if (child.guards) return std::make_unique<Guarding>(tree, child);
+    return std::make_unique<Plain>(tree, child);
+}
+
+Form::Form(Tree& owner, CWnd& around, HostNode const& model)
+    : FakeWindow(owner.desk, &around), CTovHostContainer(eKindForm, this, this, nullptr) {
+    ModifyStyle(0, WS_CHILD);
+    owner.dialogs[model.number] = nullptr;
+    owner.Fill(*this, model);
+    BeginHost();
+    HostIsReady();
+}
+
+TEST(HostTree, OkIsAsTheModelSaysAfterEveryStep) {
+    for (unsigned seed = 1; seed <= 150 && !HasFailure(); ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        test::HostScript script(seed);
+        Tree tree(script.Root());
+        script.Run(tree, 60);
+    }
+}
+
+}  // namespace
+}  // namespace tov
