@@ -65,6 +65,7 @@
 #include <tov310/plugin.h>
 #include <tov310/profile.h>
 #include <tov310/pump.h>
+#include <tov310/property_sheet.h>
 #include <tov310/quick_draw.h>
 #include <tov310/raster.h>
 #include <tov310/report_items.h>
@@ -72,6 +73,8 @@
 #include <tov310/report_view_host.h>
 #include <tov310/requirements.h>
 #include <tov310/resources.h>
+#include <tov310/sheet_container.h>
+#include <tov310/sheet_extensions.h>
 #include <tov310/single_instance.h>
 #include <tov310/smart_ptr.h>
 #include <tov310/smtp.h>

@@ -9,6 +9,8 @@
 #include <tov310/edit.h>
 #include <tov310/number_edits.h>
 #include <tov310/painter_dc.h>
+#include <tov310/prop_page.h>
+#include <tov310/prop_sheet.h>
 #include <tov310/qt_values.h>
 #include <tov310/size_gripper.h>
 #include <tov310/string_edits.h>

@@ -1,0 +1,455 @@
+// Sheets of pages without a screen: who is asked before which page is shown, and what the buttons do.
+#include "support/fake_window.h"
+
+#include <tov310/sheet_extensions.h>
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <random>
+
+namespace tov {
+namespace {
+
+using test::FakeDesk;
+using test::FakeWindow;
+using test::FakeWindowOf;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct Notes {
+    std::string text;
+    std::function<void()> inBetween;  // what else the host does while it is asked
+
+    void Add(std::string const& note) {
+        if (!text.empty()) text.push_back(' ');
+        text.append(note);
+        if (inBetween) inBetween();
+    }
+    std::string Take() { return std::exchange(text, {}); }
+};
+
+struct FakePage : FakeWindowOf<CPropertyPage>, CTovOkHost {
+    FakePage(FakeDesk& desk, Notes& notes, int number)
+        : FakeWindowOf(desk, nullptr, 100 + number), m_notes(notes), name(std::to_string(number)) {}
+    ~FakePage() override { LeaveSheet(); }
+
+    int OnSetActive() override {
+        bool const answer = isOpen = hasAgreed = maySet;
+        m_notes.Add("set" + name);
+        return answer;
+    }
+    int OnKillActive() override {
+        bool const answer = mayKill;
+        if (answer) isOpen = false;
+        m_notes.Add("kill" + name);
+        return answer;
+    }
+    int OnApply() override {
+        if (asLibrary) return CTovSheetExtensions::ApplyPage(*this);
+        bool const answer = mayApply;
+        m_notes.Add("apply" + name);
+        return answer;
+    }
+    int OnQueryCancel() override { return mayCancel; }
+    void OnCancel() override { m_notes.Add("cancel" + name); }
+    int OnWizardNext() override { return nextPage; }
+    int OnWizardFinish() override { return mayApply; }
+    int EnableOkButton() override { return 1; }
+    int OnEnableOkButton(int quiet) override {
+        if (quiet == 0) m_notes.Add("ask" + name);
+        return mayPressOk;
+    }
+
+    Notes& m_notes;
+    std::string const name;
+    bool isOpen = false;    // was turned to last, and not left
+    bool hasAgreed = true;  // to that
+    bool maySet = true;
+    bool mayKill = true;
+    bool mayApply = true;
+    bool mayCancel = true;
+    bool mayPressOk = true;
+    bool asLibrary = false;
+    int nextPage = 0;
+};
+
+struct FakeSheet : FakeWindowOf<CTovSheetOf<CPropertySheet>> {
+    FakeSheet(FakeDesk& desk, Notes& notes) : FakeWindowOf(desk), m_notes(notes) {}
+    void ShowPage(int index) override { shown = GetPage(index); }
+    void PlaceButton(int id, int place) override { places[id] = place; }
+    void ShowWizardButtons(unsigned long buttons) override { wizardButtons = buttons; }
+    void ShowApply(int canBePressed) override { canApply = canBePressed; }
+    void EndDialog(int result) override { ended = result; }
+    void OnOkButtonClicked() override { m_notes.Add("OK"); }
+    void OnApplyButtonClicked() override { m_notes.Add("Apply"); }
+    FakePage* Page(int index) const { return dynamic_cast<FakePage*>(GetPage(index)); }
+
+    Notes& m_notes;
+    CPropertyPage const* shown = nullptr;
+    int canApply = 0;
+    unsigned long wizardButtons = 0;
+    std::map<int, int> places;
+    std::optional<int> ended;
+};
+
+// A sheet with so many pages, and its buttons.
+struct Desk : FakeDesk {
+    explicit Desk(int count, bool isWizard = false) {
+        if (isWizard) sheet->SetWizardMode();
+        for (int const id : {IDOK, IDCANCEL, ID_APPLY_NOW})
+            buttons.push_back(std::make_unique<FakeWindow>(*this, sheet.get(), id));
+        for (int i = 0; i < count; ++i)
+            Add();
+    }
+    FakePage& Add() {
+        int const number = static_cast<int>(this->pages.size());
+        this->pages.push_back(std::make_unique<FakePage>(*this, notes, number));
+        sheet->AddPage(this->pages.back().get());
+        return *this->pages.back();
+    }
+    void Begin() {
+        sheet->InitDialog();
+        notes.Take();
+    }
+    LRESULT Press(int id) const {
+        return TovSendMessage(sheet->GetSafeHwnd(), WM_COMMAND, static_cast<WPARAM>(id));
+    }
+    bool IsEnabled(std::size_t button) const { return (buttons[button]->GetStyle() & WS_DISABLED) == 0; }
+
+    Notes notes;
+    std::unique_ptr<FakeSheet> sheet = std::make_unique<FakeSheet>(*this, notes);
+    std::vector<std::unique_ptr<FakeWindow>> buttons;
+    std::vector<std::unique_ptr<FakePage>> pages;
+};
+
+TEST(PropertySheet, AsksInOrder) {
+    struct Case {
+        char const* name;
+        std::function<void(Desk&)> act;
+        char const* notes;
+        std::optional<int> end;
+        int active;
+    };
+    auto const press = [](int id) { return [id](Desk& desk) { desk.Press(id); }; };
+    Case const cases[] = {
+        {"another page", [](Desk& d) { d.sheet->SetActivePage(2); }, "kill0 set2", {}, 2},
+        {"the same page", [](Desk& d) { d.sheet->SetActivePage(0); }, "", {}, 0},
+        {"out of range", [](Desk& d) { d.sheet->SetActivePage(9); }, "", {}, 0},
+        {"OK", press(IDOK), "OK kill0 apply0 apply1 apply2", IDOK, 0},
+        {"Apply", press(ID_APPLY_NOW), "kill0 apply0 apply1 apply2 set0", {}, 0},
+        {"Cancel", press(IDCANCEL), "cancel0 cancel1 cancel2", IDCANCEL, 0},
+        {"a page that cannot be left",
+         [](Desk& d) {
+             d.pages[0]->mayKill = false;
+             EXPECT_EQ(d.sheet->SetActivePage(1), 0);
+             d.Press(IDOK);
+         },
+         "kill0 OK kill0",
+         {},
+         0},
+        {"a page that cannot be shown",
+         [](Desk& d) {
+             d.pages[1]->maySet = false;
+             EXPECT_EQ(d.sheet->SetActivePage(1), 0);
+         },
+         "kill0 set1 set2",
+         {},
+         2},
+        {"pages that cannot be shown",
+         [](Desk& d) {
+             d.pages[1]->maySet = d.pages[2]->maySet = false;
+             EXPECT_EQ(d.sheet->SetActivePage(1), 0);
+         },
+         "kill0 set1 set2 set0",
+         {},
+         0},
+        {"a page that cannot be applied",
+         [](Desk& d) {
+             d.pages[1]->mayApply = false;
+             d.Press(IDOK);
+         },
+         "OK kill0 apply0 apply1 set1",
+         {},
+         1},
+        {"a page that must not be cancelled",
+         [](Desk& d) {
+             d.pages[0]->mayCancel = false;
+             d.Press(IDCANCEL);
+         },
+         "",
+         {},
+         0},
+        {"the page that is shown goes", [](Desk& d) { d.sheet->RemovePage(0); }, "kill0 set1", {}, 0},
+        {"the last page goes",
+         [](Desk& d) {
+             d.sheet->SetActivePage(2);
+             d.pages[2].reset();
+         },
+         "kill0 set2 set1",
+         {},
+         1},
+        {"Apply by the sheet",
+         [](Desk& d) {
+             d.sheet->HandleApplyButton(1);
+             d.sheet->SetActivePage(1);
+             d.Press(ID_APPLY_NOW);
+         },
+         "kill0 set1 Apply apply1 apply0 apply2",
+         {},
+         1},
+        {"OK that was taken away applies",
+         [](Desk& d) {
+             d.sheet->RemoveOKButton(1);
+             d.Press(IDOK);
+         },
+         "OK kill0 apply0 apply1 apply2 set0",
+         {},
+         0},
+    };
+    for (Case const& c : cases) {
+        SCOPED_TRACE(c.name);
+        Desk desk(3);
+        desk.Begin();
+        c.act(desk);
+        EXPECT_EQ(desk.notes.Take(), c.notes);
+        EXPECT_EQ(desk.sheet->ended, c.end);
+        EXPECT_EQ(desk.sheet->GetActiveIndex(), c.active);
+        EXPECT_EQ(desk.sheet->shown, desk.sheet->GetActivePage());
+    }
+    Desk desk(3);
+    desk.sheet->SetActivePage(1);
+    desk.sheet->InitDialog();
+    EXPECT_EQ(desk.notes.Take(), "set1 kill1 set0 kill0 set1 kill1 set2 kill2 set1");
+}
+
+TEST(PropertySheet, LeadsThroughAWizard) {
+    Desk desk(4, true);
+    desk.sheet->SetActivePage(1);  // to begin with
+    desk.Begin();
+    EXPECT_EQ(desk.Press(ID_APPLY_NOW), 0);
+    desk.Press(ID_WIZBACK);
+    desk.Press(ID_WIZNEXT);
+    EXPECT_EQ(desk.notes.Take(), "kill1 set0 kill0 set1");
+    desk.pages[1]->nextPage = -1;
+    desk.Press(IDOK);  // Enter
+    desk.pages[1]->nextPage = 103;
+    desk.Press(IDOK);
+    EXPECT_EQ(desk.notes.Take(), "OK OK kill1 set3");
+    struct Case {
+        unsigned long flags;
+        bool mayPressOk;
+        unsigned long shown;
+    } const cases[] = {{3, false, 3}, {0, true, 0}, {5, true, 5}, {5, false, 9}, {9, true, 5}, {8, false, 8}};
+    for (Case const& c : cases) {
+        desk.pages[2]->mayPressOk = c.mayPressOk;
+        desk.sheet->SetWizardButtons(c.flags);
+        EXPECT_EQ(desk.sheet->wizardButtons, c.shown) << c.flags;
+        EXPECT_EQ(desk.sheet->EnableOkButton(), c.mayPressOk);
+        EXPECT_EQ(desk.sheet->wizardButtons, c.shown) << c.flags;
+        desk.Press(ID_WIZNEXT);
+    }
+    EXPECT_EQ(desk.sheet->GetActiveIndex(), 3);
+    desk.Press(ID_WIZFINISH);  // which cannot be pressed
+    desk.pages[2]->mayPressOk = true;
+    desk.sheet->EnableOkButton();
+    desk.pages[3]->mayApply = false;
+    desk.Press(ID_WIZFINISH);
+    EXPECT_EQ(desk.sheet->ended, std::nullopt);
+    desk.pages[3]->mayApply = true;
+    desk.Press(ID_WIZFINISH);
+    EXPECT_EQ(desk.notes.Take(), "kill3 set3 kill3");
+    EXPECT_EQ(desk.sheet->ended, ID_WIZFINISH);
+    EXPECT_EQ(desk.sheet->HidePage(1, 1), 0);
+}
+
+TEST(PropertySheet, HidesTabs) {
+    Desk desk(4);
+    EXPECT_EQ(desk.sheet->HidePage(2, 1), 0);
+    EXPECT_EQ(desk.sheet->Tabs().IsHidden(2), 0);  // too early
+    desk.Begin();
+    struct Step {
+        unsigned page;
+        int hide;
+        int answer;
+    } const steps[] = {{9, 0, 0}, {9, 1, 0}, {2, 0, 0}, {2, 1, 0}, {2, 1, 1},
+                       {2, 0, 1}, {1, 1, 0}, {2, 1, 0}, {2, 0, 1}};
+    for (Step const& step : steps)
+        EXPECT_EQ(desk.sheet->HidePage(step.page, step.hide), step.answer) << step.page;
+    EXPECT_EQ(desk.sheet->Tabs().TabOf(2), 1);
+    EXPECT_EQ(desk.sheet->Tabs().TabOf(1), 1);  // where it comes back
+    desk.sheet->HidePage(0, 1);
+    EXPECT_EQ(desk.sheet->GetActiveIndex(), 2);
+    desk.pages[3]->mayPressOk = false;
+    EXPECT_EQ(desk.sheet->EnableOkButton(), 0);
+    desk.sheet->HidePage(3, 1);
+    EXPECT_EQ(desk.sheet->EnableOkButton(), 1);
+}
+
+TEST(PropertySheet, KeepsOkAndApplyTrue) {
+    Desk desk(3);
+    desk.Begin();
+    EXPECT_EQ(desk.sheet->EnableOkButton(), 1);
+    EXPECT_TRUE(desk.IsEnabled(0));
+    EXPECT_EQ(desk.sheet->canApply, 1);
+    desk.pages[1]->mayPressOk = false;
+    desk.pages[2]->SetModified();
+    EXPECT_EQ(desk.sheet->EnableOkButton(), 0);
+    EXPECT_FALSE(desk.IsEnabled(0));
+    EXPECT_EQ(desk.sheet->canApply, 0);
+    EXPECT_EQ(desk.sheet->OnEnableOkButton(0), 0);
+    EXPECT_EQ(desk.notes.Take(), "ask0 ask1");
+    desk.pages[1]->mayPressOk = true;
+    desk.sheet->EnableOkButton();
+    desk.Press(ID_APPLY_NOW);
+    EXPECT_EQ(desk.sheet->canApply, 0);
+    desk.pages[2]->SetModified();
+    EXPECT_EQ(desk.sheet->canApply, 1);
+    desk.sheet->RemovePage(2);
+    EXPECT_EQ(desk.sheet->canApply, 0);
+
+    FakePage& page = *desk.pages[0];
+    page.asLibrary = true;
+    struct Case {
+        int handle;
+        bool mayPressOk;
+        int applied;
+    } const cases[] = {{1, true, 1}, {1, false, 0}, {0, true, 0}, {0, false, 0}};
+    for (auto const& [handle, mayPressOk, applied] : cases) {
+        desk.sheet->HandleApplyButton(handle);
+        page.mayPressOk = mayPressOk;
+        EXPECT_EQ(page.OnApply(), applied) << handle << mayPressOk;
+    }
+    page.mayPressOk = true;
+    desk.Press(IDOK);
+    EXPECT_EQ(desk.sheet->ended, IDOK);
+    desk.sheet->RemoveApplyButton(1);
+    desk.sheet->HandleApplyButton(1);
+    EXPECT_EQ(desk.sheet->HandleApplyButton(), 0);
+}
+
+// As the rules tell it button by button, in every order in which they can be taken away, before and after the
+// sheet is made.
+TEST(PropertySheet, ClosesTheGapsOfItsButtons) {
+    std::vector<int> order{IDOK, IDCANCEL, ID_APPLY_NOW};
+    do {
+        for (std::size_t count = 0; count <= order.size(); ++count) {
+            for (std::size_t early = 0; early <= count; ++early) {
+                Desk desk(1);
+                std::map<int, int> mirror{{IDOK, 0}, {IDCANCEL, 1}, {ID_APPLY_NOW, 2}};
+                auto const isThere = [&mirror](int id) { return mirror[id] >= 0; };
+                for (std::size_t i = 0; i < count; ++i) {
+                    if (i == early) desk.Begin();
+                    if (order[i] == ID_APPLY_NOW) {
+                        desk.sheet->RemoveApplyButton(1);
+                        if (isThere(IDCANCEL) && isThere(IDOK)) mirror[IDOK] = 1;
+                        if (isThere(IDCANCEL))
+                            mirror[IDCANCEL] = 2;
+                        else if (isThere(IDOK))
+                            mirror[IDOK] = 2;
+                    } else if (order[i] == IDCANCEL) {
+                        desk.sheet->RemoveCancelButton(1);
+                        if (isThere(IDOK)) mirror[IDOK] = isThere(ID_APPLY_NOW) ? 1 : 2;
+                    } else {
+                        desk.sheet->RemoveOKButton(1);
+                    }
+                    mirror[order[i]] = -1;
+                }
+                desk.Begin();
+                EXPECT_EQ(desk.sheet->places, mirror);
+                for (std::size_t i = 0; i < count; ++i) {
+                    order[i] == IDOK       ? desk.sheet->RemoveOKButton(0)
+                    : order[i] == IDCANCEL ? desk.sheet->RemoveCancelButton(0)
+                                           : desk.sheet->RemoveApplyButton(0);
+                }
+                EXPECT_THAT(desk.sheet->places, ElementsAre(std::pair(IDOK, 0), std::pair(IDCANCEL, 1),
+                                                            std::pair(ID_APPLY_NOW, 2)));
+            }
+        }
+    } while (std::ranges::next_permutation(order).found);
+}
+
+// Pages come, go, hide and refuse at random, and while they are asked the host does the like. Afterwards the
+// page that is shown is the only one that was turned to and not left, and the tabs stand as they would if
+// each were put in and taken out by hand.
+TEST(PropertySheet, SurvivesItsHost) {
+    std::minstd_rand random(9);
+    auto const pick = [&random](int count) {
+        return static_cast<int>(random() % static_cast<unsigned>(std::max(count, 1)));
+    };
+    for (int round = 0; round < 2000; ++round) {
+        bool const isWild = round % 2 != 0;
+        Desk desk(pick(5));
+        int depth = 0;
+        auto const act = [&] {
+            FakeSheet* const sheet = desk.sheet.get();
+            if (sheet == nullptr) return;
+            int const page = pick(sheet->GetPageCount() + 1);
+            FakePage* const object = sheet->Page(page);
+            switch (pick(isWild ? 11 : 9)) {
+                case 0:
+                    desk.Add();
+                    break;
+                case 1:
+                    sheet->RemovePage(page);
+                    break;
+                case 2:
+                case 3: {
+                    bool const isShown = sheet->SetActivePage(page) != 0;
+                    EXPECT_TRUE(isWild || isShown == (object != nullptr && sheet->GetActivePage() == object));
+                } break;
+                case 4:
+                    if (object != nullptr) object->maySet = pick(4) != 0;
+                    break;
+                case 5:
+                    if (object != nullptr) object->mayKill = pick(4) != 0;
+                    break;
+                case 6:
+                    if (object != nullptr) object->mayApply = pick(4) != 0;
+                    break;
+                case 7:
+                    desk.Press(pick(2) != 0 ? ID_APPLY_NOW : IDOK);
+                    break;
+                case 8:
+                    sheet->HidePage(static_cast<unsigned>(page), pick(2));
+                    break;
+                case 9:
+                    if (pick(8) == 0) desk.sheet.reset();
+                    break;
+                default:
+                    if (!desk.pages.empty())
+                        desk.pages[static_cast<std::size_t>(page) % desk.pages.size()].reset();
+                    break;
+            }
+        };
+        desk.notes.inBetween = [&] {
+            if (!isWild || depth > 2 || pick(6) != 0) return;
+            ++depth;
+            act();
+            --depth;
+        };
+        desk.Begin();
+        for (int i = 0; i < 60; ++i) {
+            act();
+            if (desk.sheet == nullptr || desk.sheet->ended) break;
+            FakeSheet const& sheet = *desk.sheet;
+            unsigned tabs = 0;
+            for (int page = 0; page < sheet.GetPageCount(); ++page) {
+                EXPECT_EQ(sheet.Tabs().TabOf(static_cast<unsigned>(page)), tabs);
+                tabs += sheet.Tabs().IsHidden(static_cast<unsigned>(page)) == 0;
+            }
+            EXPECT_TRUE(isWild || sheet.GetActivePage() == nullptr || sheet.shown == sheet.GetActivePage());
+            for (auto const& page : desk.pages) {
+                if (isWild || page == nullptr || !page->hasAgreed || page->GetParentSheet() == nullptr)
+                    continue;
+                EXPECT_EQ(page->isOpen, sheet.GetActivePage() == page.get()) << page->name;
+            }
+        }
+        desk.notes.inBetween = nullptr;
+    }
+}
+
+}  // namespace
+}  // namespace tov
