@@ -37,7 +37,7 @@ bool IsOfField(QChar c) {
 template <class Edit>
 class CTovEditValueAngle::FieldOf : public Edit {
  public:
-    explicit FieldOf(CTovEditValueAngle& angle) : Edit(&angle), m_angle(angle) {
+    explicit FieldOf(CTovEditValueAngle& angle) : Edit(&angle), m_angle(&angle) {
         this->setFrame(false);
         // The rectangle of a field begins where its digits do and ends 2 pixels behind them, one of which is
         // for the caret.
@@ -46,7 +46,7 @@ class CTovEditValueAngle::FieldOf : public Edit {
         this->setPalette(UsualPalette());
     }
 
-    void Copy() override { this->SetClipboardText(m_angle.m_mask.TextToCopy().c_str()); }
+    void Copy() override { this->SetClipboardText(m_angle->m_mask.TextToCopy().c_str()); }
     int CanCopy() override { return this->ControlOrChildHasFocus(); }
     int CanCut() override { return this->hasSelectedText() && Edit::CanCut() != 0; }
     void Cut() override {
@@ -54,19 +54,19 @@ class CTovEditValueAngle::FieldOf : public Edit {
         Copy();
         this->Delete();
     }
-    int CanUndo() override { return CanEdit() && m_angle.m_mask.CanUndoPaste() ? 1 : Edit::CanUndo(); }
-    int CanRedo() override { return CanEdit() && m_angle.m_mask.CanRedoPaste() ? 1 : Edit::CanRedo(); }
+    int CanUndo() override { return CanEdit() && m_angle->m_mask.CanUndoPaste() ? 1 : Edit::CanUndo(); }
+    int CanRedo() override { return CanEdit() && m_angle->m_mask.CanRedoPaste() ? 1 : Edit::CanRedo(); }
     void Undo() override {
-        if (!CanEdit() || m_angle.m_mask.UndoPaste() == 0) Edit::Undo();
+        if (!CanEdit() || m_angle->m_mask.UndoPaste() == 0) Edit::Undo();
     }
     void Redo() override {
-        if (!CanEdit() || m_angle.m_mask.RedoPaste() == 0) Edit::Redo();
+        if (!CanEdit() || m_angle->m_mask.RedoPaste() == 0) Edit::Redo();
     }
     // A whole angle that comes in by a drop, say, goes into all fields, once the toolkit is ready for it.
     int TakeInput(CString const& text) override {
-        if (!CanEdit() || m_angle.IsHolding() || !m_angle.m_mask.CanPaste(text.c_str())) return 0;
+        if (!CanEdit() || m_angle->IsHolding() || !m_angle->m_mask.CanPaste(text.c_str())) return 0;
         QMetaObject::invokeMethod(
-            &m_angle, [angle = &m_angle, text] { angle->m_mask.Paste(text.c_str()); }, Qt::QueuedConnection);
+            m_angle, [angle = m_angle, text] { angle->m_mask.Paste(text.c_str()); }, Qt::QueuedConnection);
         m_isTaken = true;
         return 1;
     }
@@ -75,21 +75,22 @@ class CTovEditValueAngle::FieldOf : public Edit {
     }
     void Paste() override {
         CString text;
-        if (this->GetClipboardText(text) != 0 && m_angle.m_mask.CanPaste(text.c_str())) {
-            if (m_angle.m_mask.Paste(text.c_str()) == 0) this->Beep();
+        if (this->GetClipboardText(text) != 0 && m_angle->m_mask.CanPaste(text.c_str())) {
+            if (m_angle->m_mask.Paste(text.c_str()) == 0) this->Beep();
             return;
         }
         Edit::Paste();
     }
     int CanPaste() override {
         CString text;
-        if (this->GetClipboardText(text) != 0 && m_angle.m_mask.CanPaste(text.c_str())) return 1;
+        if (this->GetClipboardText(text) != 0 && m_angle->m_mask.CanPaste(text.c_str())) return 1;
         return Edit::CanPaste();
     }
     void AddCurrentToLastItems() override {}  // a part of an angle is no value
     void OnEditChanged(unsigned id) override {
         // The first character in a field fills the angle, and the last one that goes empties it.
-        CTovInputControl::CTovNotifyEmptyChanged const scope(m_angle);
+        if (m_angle == nullptr) return;
+        CTovInputControl::CTovNotifyEmptyChanged const scope(*m_angle);
         Edit::OnEditChanged(id);
     }
 
@@ -97,17 +98,18 @@ class CTovEditValueAngle::FieldOf : public Edit {
     void OnContentChanged() override {
         QPointer<CTovEdit> const alive(this);
         Edit::OnContentChanged();
-        if (alive) m_angle.OnFieldChanged();
+        if (alive && m_angle != nullptr) m_angle->OnFieldChanged();
     }
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override {
+        if (m_angle == nullptr) return Edit::WindowProc(message, wParam, lParam);
         HWND const self = this->GetSafeHwnd();
         bool const isOfPopup = message == WM_KILLFOCUS && IsFocusOfPopup(*this, message);
-        if (message == WM_KEYDOWN && m_angle.OnFieldKey(static_cast<int>(wParam), *this)) return 0;
-        if (message == WM_SETFOCUS && !std::exchange(m_angle.m_fieldHadFocus, true)) m_angle.ForgetChange();
+        if (message == WM_KEYDOWN && m_angle->OnFieldKey(static_cast<int>(wParam), *this)) return 0;
+        if (message == WM_SETFOCUS && !std::exchange(m_angle->m_fieldHadFocus, true)) m_angle->ForgetChange();
         LRESULT const result = Edit::WindowProc(message, wParam, lParam);
         if (!IsWindow(self)) return result;
-        if (message == WM_SETFOCUS) m_angle.m_mask.OnFieldFocus(m_angle.GetChildEditFocus());
-        if (message == WM_KILLFOCUS && !isOfPopup) m_angle.OnFieldLeft();
+        if (message == WM_SETFOCUS) m_angle->m_mask.OnFieldFocus(m_angle->GetChildEditFocus());
+        if (message == WM_KILLFOCUS && !isOfPopup) m_angle->OnFieldLeft();
         return result;
     }
 
@@ -115,14 +117,14 @@ class CTovEditValueAngle::FieldOf : public Edit {
         QString const typed = event->text();
         bool const isPlain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
         if (isPlain && typed.size() == 1 && typed[0].isPrint() &&
-            m_angle.m_mask.OnFieldChar(typed[0].unicode()) != 0)
+            m_angle->m_mask.OnFieldChar(typed[0].unicode()) != 0)
             return;
         Edit::keyPressEvent(event);
     }
 
     void inputMethodEvent(QInputMethodEvent* event) override {
         auto const committed = event->commitString().toUcs4();
-        if (committed.size() != 1 || m_angle.m_mask.OnFieldChar(committed[0]) == 0)
+        if (committed.size() != 1 || m_angle->m_mask.OnFieldChar(committed[0]) == 0)
             return Edit::inputMethodEvent(event);
         QInputMethodEvent rest(event->preeditString(), event->attributes());
         Edit::inputMethodEvent(&rest);
@@ -130,22 +132,25 @@ class CTovEditValueAngle::FieldOf : public Edit {
 
     // The edit paints the background.
     QPalette UsualPalette() const override {
-        QPalette palette = m_angle.palette();
+        QPalette palette = m_angle != nullptr ? m_angle->palette() : QPalette();
         palette.setColor(QPalette::Base, Qt::transparent);
         return palette;
     }
 
     // Tab goes through the fields and then on.
     bool focusNextPrevChild(bool next) override {
-        if (!m_angle.m_mask.IsChildEdit(this)) return Edit::focusNextPrevChild(next);  // it goes
-        next ? m_angle.NextChildEdit() : m_angle.PrevChildEdit();
+        if (m_angle == nullptr || !m_angle->m_mask.IsChildEdit(this))
+            return Edit::focusNextPrevChild(next);  // it goes
+        next ? m_angle->NextChildEdit() : m_angle->PrevChildEdit();
         return true;
     }
 
  private:
     bool CanEdit() { return this->hasFocus() && this->GetReadOnlyMode() == 0; }
 
-    CTovEditValueAngle& m_angle;
+    friend class CTovEditValueAngle;
+
+    CTovEditValueAngle* m_angle;  // null once that is gone; then the field goes soon
     bool m_isTaken = false;
 };
 
@@ -153,6 +158,7 @@ struct CTovEditValueAngle::Child {
     eTovAngleField field = eTovFieldDegrees;
     std::unique_ptr<CTovEdit> edit;
     std::unique_ptr<CTovAngleFieldEdit> asField;
+    CTovEditValueAngle** link = nullptr;  // to this angle, of the edit
 };
 
 CTovEditValueAngle::CTovEditValueAngle(std::unique_ptr<CTovValueAngle> value, QWidget* parent)
@@ -165,8 +171,18 @@ CTovEditValueAngle::CTovEditValueAngle(CTovUnitSettingsAngle* settings, QWidget*
     : CTovEditValueAngle(std::make_unique<CTovValueAngle>(settings), parent) {}
 
 CTovEditValueAngle::~CTovEditValueAngle() {
-    for (auto const& child : m_children)
+    bool isAtWork = false;
+    for (auto const& child : m_children) {
         QObject::disconnect(child->edit.get(), nullptr, this, nullptr);
+        isAtWork = isAtWork || child->edit->IsAtWork();
+    }
+    if (!isAtWork) return;
+    // Whoever was told of what is typed in a field deletes the edit; the field goes when that is done.
+    HoldChanges();
+    for (auto const& child : m_children)
+        *child->link = nullptr;
+    DestroyWindow();
+    EndFields();
 }
 
 unsigned CTovEditValueAngle::UnitMessage() const {
@@ -189,6 +205,7 @@ void CTovEditValueAngle::MakeField(CTovAngleFieldSetup const& setup, Child& chil
     if constexpr (std::is_base_of_v<CTovEditIntegerHost, Edit>) integer = edit.get();
     if constexpr (std::is_base_of_v<CTovEditFloatingHost, Edit>) floating = edit.get();
     child.asField = std::make_unique<CTovAngleFieldEdit>(setup, *edit, integer, floating);
+    child.link = &edit->m_angle;
     child.edit = std::move(edit);
 }
 
@@ -202,8 +219,7 @@ ITovAngleField* CTovEditValueAngle::CreateField(CTovAngleFieldSetup const& setup
     else
         MakeField<CTovEditInteger>(setup, *child);
     CTovEdit& edit = *child->edit;
-    static constexpr char const* signs[] = {"°", "'", "\"", ""};
-    edit.setAccessibleName(QString::fromUtf8(signs[setup.field]));
+    edit.setAccessibleName(TovQString(m_mask.FieldSign(setup.field)));
     edit.show();
     OnDlgCtrlChildAdded(edit.GetSafeHwnd());
     ITovAngleField* const field = child->asField.get();
@@ -221,16 +237,18 @@ void CTovEditValueAngle::DestroyFields() {
         std::ranges::any_of(m_children, [focus](auto const& child) { return child->edit.get() == focus; }))
         QWidget::setFocus(Qt::OtherFocusReason);
     m_losesFields = false;
-    // A field may be in the middle of a message.
-    for (auto& child : m_children) {
-        child->asField.reset();
-        child->edit->hide();
-        child->edit->DestroyWindow();
-        child->edit.release()->deleteLater();
-    }
-    m_children.clear();
+    EndFields();
     setAcceptDrops(true);
     updateGeometry();
+}
+
+void CTovEditValueAngle::EndFields() {
+    for (auto& child : m_children) {
+        child->asField.reset();
+        if (child->edit->IsAtWork()) *child->link = nullptr;
+        EndSoon(std::move(child->edit));
+    }
+    m_children.clear();
 }
 
 CTovEdit* CTovEditValueAngle::FieldEdit(eTovAngleField field) const {

@@ -5,8 +5,11 @@
 
 #include <QAccessibleWidget>
 #include <QFontMetrics>
+#include <QLocale>
 
+#include <cstdlib>
 #include <memory>
+#include <utility>
 
 namespace tov {
 namespace {
@@ -19,7 +22,8 @@ QString NameOf(QWidget* widget) {
 // An angle in parts is a group of edits, whose value is the whole angle; every other edit is one text.
 class EditSeen : public QAccessibleWidget,
                  public QAccessibleTextInterface,
-                 public QAccessibleEditableTextInterface {
+                 public QAccessibleEditableTextInterface,
+                 public QAccessibleValueInterface {
  public:
     explicit EditSeen(CTovEdit& edit) : QAccessibleWidget(&edit, QAccessible::EditableText) {}
 
@@ -28,12 +32,14 @@ class EditSeen : public QAccessibleWidget,
         if (type == QAccessible::TextInterface && isText) return static_cast<QAccessibleTextInterface*>(this);
         if (type == QAccessible::EditableTextInterface && isText && !Edit().isReadOnly())
             return static_cast<QAccessibleEditableTextInterface*>(this);
+        if (type == QAccessible::ValueInterface && isText && IsSpun() && HasNumber())
+            return static_cast<QAccessibleValueInterface*>(this);
         return QAccessibleWidget::interface_cast(type);
     }
 
     QAccessible::Role role() const override {
         if (IsSplit()) return QAccessible::Grouping;
-        return Edit().GetEditSpin() != nullptr ? QAccessible::SpinBox : QAccessible::EditableText;
+        return IsSpun() ? QAccessible::SpinBox : QAccessible::EditableText;
     }
 
     QAccessible::State state() const override {
@@ -114,8 +120,61 @@ class EditSeen : public QAccessibleWidget,
         Edit().insert(words);
     }
 
+    // --- The number beside the spin, in the unit that is shown
+
+    QVariant currentValue() const override {
+        if (CTovEditIntegerHost* const integer = Integer()) return Number(integer->GetRawValue());
+        CTovEditFloatingHost* const floating = Floating();
+        return floating != nullptr ? QVariant(floating->GetRawValue()) : QVariant();
+    }
+    QVariant minimumValue() const override { return Range().first; }
+    QVariant maximumValue() const override { return Range().second; }
+    QVariant minimumStepSize() const override {
+        if (Integer() != nullptr) return std::abs(Edit().GetSpinDelta());
+        CTovEditFloatingHost const* const floating = Floating();
+        return floating != nullptr ? QVariant(floating->GetSpinStep()) : QVariant();
+    }
+    void setCurrentValue(QVariant const& value) override {
+        // All digits, with the point that every edit reads.
+        QString const words = Integer() != nullptr
+                                  ? value.toString()
+                                  : QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
+        replaceText(0, characterCount(), words);
+    }
+
  private:
     CTovEdit& Edit() const { return static_cast<CTovEdit&>(*widget()); }
+    CTovEditIntegerHost* Integer() const { return dynamic_cast<CTovEditIntegerHost*>(widget()); }
+    CTovEditFloatingHost* Floating() const { return dynamic_cast<CTovEditFloatingHost*>(widget()); }
+    bool HasNumber() const { return Integer() != nullptr || Floating() != nullptr; }
+
+    // The spin of an angle steps the number of the field that has the focus.
+    bool IsSpun() const {
+        auto const* const angle = dynamic_cast<CTovEditValueAngle*>(widget()->parentWidget());
+        return Edit().GetEditSpin() != nullptr ||
+               (HasNumber() && angle != nullptr && angle->GetEditSpin() != nullptr);
+    }
+
+    QVariant Number(long number) const {
+        if ((Integer()->GetType() & 1) == 0) return QVariant::fromValue<qlonglong>(number);
+        return QVariant::fromValue(static_cast<qulonglong>(static_cast<unsigned long>(number)));
+    }
+
+    std::pair<QVariant, QVariant> Range() const {
+        if (CTovEditIntegerHost* const integer = Integer()) {
+            long minimum = 0;
+            long maximum = 0;
+            integer->GetRange(minimum, maximum);
+            return {Number(minimum), Number(maximum)};
+        }
+        double minimum = 0;
+        double maximum = 0;
+        if (auto* const value = dynamic_cast<CTovEditValueHost*>(widget()))
+            value->GetShownRange(minimum, maximum);
+        else if (CTovEditFloatingHost const* const floating = Floating())
+            floating->GetRange(minimum, maximum);
+        return {minimum, maximum};
+    }
 
     bool IsSplit() const {
         auto const* const angle = dynamic_cast<CTovEditValueAngle const*>(widget());
@@ -150,6 +209,15 @@ QAccessibleInterface* MakeEditSeen(QString const& className, QObject* object) {
 
 void ShowEditsToAccessibility() {
     QAccessible::installFactory(MakeEditSeen);
+}
+
+void TellAccessibilityOfNumber(CTovEdit& edit) {
+    if (!QAccessible::isActive()) return;
+    QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(&edit);
+    QAccessibleValueInterface* const number = seen != nullptr ? seen->valueInterface() : nullptr;
+    if (number == nullptr) return;
+    QAccessibleValueChangeEvent event(&edit, number->currentValue());
+    QAccessible::updateAccessibility(&event);
 }
 
 }  // namespace tov

@@ -6,6 +6,7 @@
 
 #include "controls/edit_angle_text.h"
 #include "frame/resource_module.h"
+#include "util/trim.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -54,6 +55,15 @@ std::vector<CTovEditAngleMask::MaskSpan> CTovEditAngleMask::MaskSpans(CString co
     }
     if (m_eSignType != eSignPlusMinus) spans.push_back({StartOfLastCharacter(mask), mask.size()});
     return spans;
+}
+
+CString CTovEditAngleMask::FieldSign(eTovAngleField field) const {
+    if (field >= eTovFieldSign) return {};
+    CString const mask = MaskText();
+    std::vector<MaskSpan> const spans = MaskSpans(mask);
+    auto const index = static_cast<std::size_t>(field);
+    std::size_t const next = index + 1 < spans.size() ? spans[index + 1].begin : mask.size();
+    return CString(TrimBlanks(std::string_view(mask).substr(spans[index].end, next - spans[index].end)));
 }
 
 // The letters of the hemispheres may be wider than that of the mask.

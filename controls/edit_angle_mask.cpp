@@ -4,13 +4,11 @@
 
 #include "controls/edit_angle_text.h"
 #include "controls/edit_messages.h"
-#include "frame/resource_module.h"
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <numbers>
 #include <string>
 #include <utility>
@@ -18,36 +16,7 @@
 namespace tov {
 namespace {
 
-constexpr unsigned secondsAbbreviationText = 26133;
-constexpr unsigned mgonsAbbreviationText = 26134;
-
 constexpr int mostSecondsDecimals = 5;
-
-// What SecOnly counts: how many are in a degree or gon, how many of these in a radian, and, as it always was,
-// after how many the limit begins again. Nothing for units that have no such form.
-struct SmallUnit {
-    double perRadian = 0;
-    double perWhole = 0;
-    double circle = 0;
-    unsigned text = 0;
-
-    double Count(double radians) const { return radians * perRadian * perWhole; }
-    double Radians(double count) const { return count / perWhole / perRadian; }
-};
-
-SmallUnit SmallUnitOf(long unit) {
-    switch (unit) {
-        case TOV_UNIT_DEGREES:
-        case TOV_UNIT_DMS:
-        case TOV_UNIT_PACKED_DMS:
-            return {57.29577951308232, 3600.0, 360.0, secondsAbbreviationText};
-        case TOV_UNIT_GON:
-        case TOV_UNIT_PACKED_GON:
-            return {63.66197723675813, 1000.0, 400.0, mgonsAbbreviationText};
-        default:
-            return {};
-    }
-}
 
 double LargestOf(eTovAngleKind kind) {
     switch (kind) {
@@ -128,70 +97,6 @@ void CTovEditAngleMask::Initialize() {
     Rearrange([] {});
 }
 
-double CTovEditAngleMask::ConvertStdTo(double radians, int usePrecision, int useLimit) {
-    bool const isLimited = m_bLimitToCircle != 0 && useLimit != 0;
-    SmallUnit const small = m_bSecOnly != 0 ? SmallUnitOf(Settings().Unit()) : SmallUnit();
-    if (small.perRadian != 0) {
-        double const count = small.Count(radians);
-        if (!isLimited) return count;
-        double const power = std::pow(10.0, m_displayDecimals);
-        // A number without decimals is round already, and must not overflow.
-        double const rounded = std::fabs(count) < 1e15 ? std::round(count * power) / power : count;
-        return rounded < small.circle ? rounded : std::fmod(rounded, small.circle);
-    }
-    if (!isLimited) return m_units.Host().CTovEditValueHost::ConvertStdTo(radians, usePrecision, useLimit);
-    CTovValue& value = *m_units.Host().TovValue();
-    double shown = 0;
-    value.SetDouble(radians);
-    value.ConvertStdTo(shown, TOV_UNIT_ANGLE, usePrecision != 0 ? m_displayDecimals : -1, 1UL);
-    return shown;
-}
-
-double CTovEditAngleMask::ConvertToStd(double shown, int usePrecision, int useLimit) {
-    if (m_bSecOnly != 0) {
-        int const sign = shown > 0 ? 1 : -1;
-        switch (Settings().Unit()) {
-            case TOV_UNIT_DMS:
-            case TOV_UNIT_PACKED_DMS:
-                shown = VeskJoinPackedDms(sign, 0, 0, std::fabs(shown));
-                break;
-            case TOV_UNIT_DEGREES:
-                shown = VeskJoinDecimalDeg(sign, 0, 0, std::fabs(shown));
-                break;
-            // The join counts ten-thousandths.
-            case TOV_UNIT_GON:
-            case TOV_UNIT_PACKED_GON:
-                shown = VeskJoinPackedGon(sign, 0, 0, std::fabs(shown)) * 10;
-                break;
-            default:
-                break;
-        }
-    }
-    return m_units.Host().CTovEditValueHost::ConvertToStd(shown, usePrecision, useLimit);
-}
-
-double CTovEditAngleMask::BoundToShown(double radians) {
-    SmallUnit const small = m_bSecOnly != 0 ? SmallUnitOf(Settings().Unit()) : SmallUnit();
-    return small.perRadian != 0 ? small.Count(radians)
-                                : m_units.Host().CTovEditValueHost::BoundToShown(radians);
-}
-
-double CTovEditAngleMask::BoundToStd(double shown) {
-    SmallUnit const small = m_bSecOnly != 0 ? SmallUnitOf(Settings().Unit()) : SmallUnit();
-    return small.perRadian != 0 ? small.Radians(shown) : m_units.Host().CTovEditValueHost::BoundToStd(shown);
-}
-
-void CTovEditAngleMask::GetUnitAbbreviationText(CString& text) {
-    text.clear();
-    if (IsSplit()) return;
-    SmallUnit const small = m_bSecOnly != 0 ? SmallUnitOf(Settings().Unit()) : SmallUnit();
-    if (small.text != 0) {
-        text = LibraryString(small.text);
-    } else {
-        m_units.Host().CTovEditValueHost::GetUnitAbbreviationText(text);
-    }
-}
-
 void CTovEditAngleMask::GetRange(double& minimum, double& maximum) {
     m_units.GetRange(minimum, maximum);
     minimum = std::clamp(minimum, -wholeTurn, wholeTurn);
@@ -203,6 +108,15 @@ double CTovEditAngleMask::GetValue() {
     if (m_bKnown && FieldsShown() == m_shown) return m_dValue;
     double const packed = JoinFields();
     return m_units.InShownUnit([&] { return m_units.Host().ConvertToStd(packed, 0, 0); });
+}
+
+double CTovEditAngleMask::GetShown() {
+    bool const isOfFields = IsSplit() && !(m_bKnown && FieldsShown() == m_shown);
+    return isOfFields ? JoinFields() : m_units.Host().GetShownNumber();
+}
+
+int CTovEditAngleMask::SetShown(double shown) {
+    return SetValue(m_units.InShownUnit([&] { return m_units.Host().ConvertToStd(shown, 0, 0); }));
 }
 
 int CTovEditAngleMask::SetValue(double radians) {
@@ -222,7 +136,9 @@ int CTovEditAngleMask::Fill(double radians, bool safe) {
     if ((safe ? m_units.SafeSetValue(radians) : m_units.SetValue(radians)) == 0) return 0;
     if (!IsSplit()) return 1;
     m_dValue = m_units.GetValue();
-    double const packed = m_units.InShownUnit([&] { return m_units.Host().ConvertStdTo(m_dValue, 1, 1); });
+    int const rounds = RoundsBeforeFields() ? 1 : 0;
+    double const packed =
+        m_units.InShownUnit([&] { return m_units.Host().ConvertStdTo(m_dValue, rounds, 1); });
     int sign = 1;
     int degrees = 0;
     int minutes = 0;
@@ -233,6 +149,15 @@ int CTovEditAngleMask::Fill(double radians, bool safe) {
     m_shown = FieldsShown();
     m_bKnown = true;
     return 1;
+}
+
+// The seconds round to what they print. To as many decimals or more it must not be done before: by way of
+// 18.604685, whose double is a little less, 18.6046853 would be printed as 18.60468.
+bool CTovEditAngleMask::RoundsBeforeFields() {
+    if (m_bLimitToCircle != 0) return false;  // that would be to one decimal more than is shown
+    int const precision = Settings().Precision();
+    // A packed number has four digits before those of the seconds, and the precision counts without five.
+    return precision > 0 && precision + 1 < std::min(m_displayDecimals, mostSecondsDecimals);
 }
 
 void CTovEditAngleMask::DisplayDmsValue(int sign, int degrees, int minutes, double seconds) {

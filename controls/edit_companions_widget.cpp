@@ -1,5 +1,6 @@
 // The spin and the button of an edit.
 #include <tov310/edit.h>
+#include <tov310/qt_values.h>
 #include <tov310/styles.h>
 
 #include <QApplication>
@@ -12,10 +13,13 @@
 #include <QTimerEvent>
 #include <QWheelEvent>
 
+#include <utility>
+
 namespace tov {
 
 CTovEditButton::CTovEditButton(CTovEdit& edit, QString const& text) : CWndOn(text, &edit) {
     setAutoDefault(false);
+    setFlat(edit.IsInline() != 0);
     setCursor(Qt::ArrowCursor);
     ModifyStyle(0, BS_PUSHLIKE | BS_CHECKBOX);
     connect(this, &QPushButton::clicked, &edit, [&edit] { edit.DispatchButtonClicked(); });
@@ -102,6 +106,74 @@ void CTovEditSpin::wheelEvent(QWheelEvent* event) {
     QPointer<CTovEditSpin> const alive(this);
     for (int i = 0; i < std::abs(steps) && alive; ++i)
         Step(steps > 0);
+}
+
+// --- In the edit
+
+int CTovEdit::CreateEditButton(char const* label) {
+    if (m_button != nullptr) return 1;
+    m_button = std::make_unique<CTovEditButton>(*this, TovQString(label)).release();  // its child
+    m_button->setEnabled(GetReadOnlyMode() == 0);
+    PlaceCompanions();
+    m_button->show();
+    setTabOrder(this, m_button);
+    OnDlgCtrlChildAdded(TovHandle(m_button));
+    return 1;
+}
+
+void CTovEdit::DeleteEditButton() {
+    delete std::exchange(m_button, nullptr);
+    PlaceCompanions();
+}
+
+int CTovEdit::CreateSpinButton() {
+    if (m_spin != nullptr) return 1;
+    m_spin = std::make_unique<CTovEditSpin>(*this).release();
+    m_spin->setEnabled(GetReadOnlyMode() == 0);
+    PlaceCompanions();
+    m_spin->show();
+    OnDlgCtrlChildAdded(TovHandle(m_spin));
+    SpinButtonSetBuddy();
+    return 1;
+}
+
+void CTovEdit::DeleteSpinButton() {
+    delete std::exchange(m_spin, nullptr);
+    PlaceCompanions();
+}
+
+void CTovEdit::EnableCompanions(int enable) {
+    if (m_button != nullptr) m_button->setEnabled(enable != 0);
+    if (m_spin != nullptr) m_spin->setEnabled(enable != 0);
+}
+
+// They lie at the right, the spin within the frame of the edit and the button behind it.
+void CTovEdit::PlaceCompanions() {
+    int const frame = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);
+    QSize const label =
+        m_button != nullptr ? fontMetrics().size(Qt::TextShowMnemonic, m_button->text()) : QSize();
+    m_text.companions.buttonWidth = m_button != nullptr ? CTovEditCompanions::ButtonWidth(TovSize(label)) : 0;
+    m_text.companions.spinWidth = m_spin != nullptr ? m_spin->WidthOf(height()) + frame : 0;
+    CRect const whole{0, 0, width(), height()};
+    int margin = 0;
+    if (m_button != nullptr) {
+        m_button->setGeometry(TovQRect(m_text.companions.Button(whole)));
+        margin += m_text.companions.buttonWidth;
+    }
+    if (m_spin != nullptr) {
+        CRect place = m_text.companions.Spin(whole);
+        place.top += frame;
+        place.bottom -= frame;
+        if (m_button == nullptr) place.right -= frame;
+        m_spin->setGeometry(TovQRect(place));
+        margin += m_text.companions.spinWidth;
+    }
+    // The rest of the margins is the host's.
+    QMargins margins = textMargins();
+    margins.setRight(margins.right() + margin - std::exchange(m_companionMargin, margin));
+    if (margins == textMargins()) return;
+    setTextMargins(margins);
+    updateGeometry();
 }
 
 }  // namespace tov

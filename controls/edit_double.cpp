@@ -28,6 +28,29 @@ double LargestNumberOf(CTovEditFloatingHost::eType type) {
                                                 : std::numeric_limits<double>::max();
 }
 
+bool IsDigitAt(std::string_view text, std::size_t at) {
+    return at < text.size() && text[at] >= '0' && text[at] <= '9';
+}
+
+// "1.234,56" and "1,234.56" as "1234,56" and "1234.56": where points and commas occur, the last one is for
+// the decimals, and the others stand in front of three digits each.
+CString WithThousandsJoined(CString text) {
+    std::size_t const point = text.find_last_of(",.");
+    if (point == text.npos || text.find(text[point]) != point) return text;
+    CString joined;
+    for (std::size_t at = 0; at < point; ++at) {
+        if (text[at] != ',' && text[at] != '.') {
+            joined += text[at];
+            continue;
+        }
+        std::size_t const next = text.find_first_of(",.", at + 1);
+        if (at == 0 || !IsDigitAt(text, at - 1) || next != at + 4 || !IsDigitAt(text, at + 1) ||
+            !IsDigitAt(text, at + 2) || !IsDigitAt(text, at + 3))
+            return text;
+    }
+    return joined.append(text, point);
+}
+
 // Rounding must not step over an end of the range.
 double SnappedTo(double end, double next, double step) {
     return std::fabs(next - end) <= step * 1e-9 ? end : next;
@@ -135,14 +158,11 @@ void CTovEditDouble::InternalSetDouble(double newValue) {
 }
 
 void CTovEditDouble::ReadInput(CString& text) const {
-    text = WithPlainSigns(text);
+    text = WithThousandsJoined(WithPlainSigns(text));
     std::size_t const point = text.find_first_of(",.");
     if (point == text.npos || text.find_first_of(",.", point + 1) != text.npos) return;
-    auto const isDigit = [&](std::size_t at) {
-        return at < text.size() && text[at] >= '0' && text[at] <= '9';
-    };
     bool const isTyped = text.size() == 1 && m_text.GetRawString().find(decimalSeparator) == CString::npos;
-    if (!isTyped && !(point > 0 && isDigit(point - 1) && isDigit(point + 1))) return;
+    if (!isTyped && !(point > 0 && IsDigitAt(text, point - 1) && IsDigitAt(text, point + 1))) return;
     text = text.substr(0, point).append(decimalSeparator).append(text, point + 1);
 }
 
@@ -171,14 +191,23 @@ CTovInputControl::eState CTovEditDouble::InternalValidate(double candidate, CStr
     return CTovInputControl::eStateInvalid;
 }
 
-void CTovEditDouble::OnSpinDeltapos(int up, int delta) {
-    CTovInputControl::CTovNotifyEmptyChanged const scope(m_text.Host().InputControl());
+double CTovEditDouble::SpinStep(int delta) const {
     double step = std::fabs(spinDelta);
     if (!(step >= epsilon)) step = std::fabs(static_cast<double>(delta));
-    double const from = m_host.InternalGetDouble();
-    bool const wasInRange = IsInRange(from);
     while (step > 0 && (maximum - minimum) / step < 10)
         step /= 10;
+    return step;
+}
+
+double CTovEditDouble::SpinStep() const {
+    return SpinStep(m_text.Host().GetSpinDelta());
+}
+
+void CTovEditDouble::OnSpinDeltapos(int up, int delta) {
+    CTovInputControl::CTovNotifyEmptyChanged const scope(m_text.Host().InputControl());
+    double const step = SpinStep(delta);
+    double const from = m_host.InternalGetDouble();
+    bool const wasInRange = IsInRange(from);
     double next = from;
     if (spinValues.size() >= 2) {
         next = m_host.OnSpinStepToNextValue(up, from);

@@ -204,14 +204,18 @@ State CTovFilenameRules::InternalValidate(char const* text, CString* message) co
     std::vector<CString> const names = Names(text);
     if (names.empty()) return CTovInputControl::eStateEmpty;
     if (m_existence == eExistence::eExistenceNoTest) return CTovInputControl::eStateValid;
-    for (CString const& name : names) {
-        State const state = CheckName(name, message);
-        if (state != CTovInputControl::eStateValid) return state;
+    // What all names are is wrong before what one of them stands for.
+    for (auto const check :
+         {&CTovFilenameRules::CheckForm, &CTovFilenameRules::CheckPresence, &CTovFilenameRules::CheckKind}) {
+        for (CString const& name : names) {
+            State const state = (this->*check)(name, message);
+            if (state != CTovInputControl::eStateValid) return state;
+        }
     }
     return CTovInputControl::eStateValid;
 }
 
-State CTovFilenameRules::CheckName(CString const& name, CString* message) const {
+State CTovFilenameRules::CheckForm(CString const& name, CString* message) const {
     constexpr unsigned noPathText = 26083;
     constexpr unsigned removableText = 26084;
     constexpr unsigned noNameText = 26090;
@@ -221,11 +225,18 @@ State CTovFilenameRules::CheckName(CString const& name, CString* message) const 
     } else if (m_host.PathIsValid(name.c_str(), m_noRemovableDrive, &removable) == 0) {
         return FailWith(removable != 0 ? removableText : noPathText, message);
     }
+    return CTovInputControl::eStateValid;
+}
+
+State CTovFilenameRules::CheckPresence(CString const& name, CString* message) const {
     int const mustExist = m_existence == eExistence::eExistenceMust;
-    State const state = m_type == eType::eTypeDirectory
-                            ? m_host.CheckDirectoryExistence(name.c_str(), mustExist, message)
-                            : m_host.CheckFileExistence(name.c_str(), mustExist, message);
-    if (state != CTovInputControl::eStateValid || mustExist == 0) return state;
+    return m_type == eType::eTypeDirectory ? m_host.CheckDirectoryExistence(name.c_str(), mustExist, message)
+                                           : m_host.CheckFileExistence(name.c_str(), mustExist, message);
+}
+
+State CTovFilenameRules::CheckKind(CString const& name, CString* message) const {
+    constexpr State state = CTovInputControl::eStateValid;
+    if (m_existence != eExistence::eExistenceMust) return state;
     constexpr unsigned noExecutableText = 26087;
     constexpr unsigned noProgramText = 26088;
     constexpr unsigned noLibraryText = 26089;

@@ -143,6 +143,10 @@ double CTovEditFloatingHost::GetSpinDeltaFloating() const {
     return m_double->spinDelta;
 }
 
+double CTovEditFloatingHost::GetSpinStep() const {
+    return m_double->SpinStep();
+}
+
 int CTovEditFloatingHost::IsValidSpinButtonValue(double value) const {
     return m_double->IsValidSpinButtonValue(value);
 }

@@ -157,11 +157,10 @@ int CTovEditText::CanCopy() const {
 
 // The text of the clipboard as far as it fits in the place of the selection; 0
 // where nothing does.
-int CTovEditText::PreparePaste(CString& text, Selection& range) const {
+int CTovEditText::PreparePaste(CString& text, Selection& range, bool& loses) const {
     if (!CanChange() || m_host.GetClipboardText(text) == 0) return 0;
     MakeOneLine(text);
-    m_host.ReadInput(text);
-    m_host.TrimString(text, 0);
+    loses = FilterInput(text);
     range = GetSel();
     std::size_t const length = CharacterCount(text);
     std::size_t const whole =
@@ -176,7 +175,8 @@ int CTovEditText::PreparePaste(CString& text, Selection& range) const {
 int CTovEditText::CanPaste() const {
     CString text;
     Selection range;
-    return PreparePaste(text, range);
+    bool loses = false;
+    return PreparePaste(text, range, loses);
 }
 
 int CTovEditText::CanDelete() const {
@@ -209,6 +209,7 @@ void CTovEditText::Replace(Selection const& range, std::string_view text) {
 void CTovEditText::Insert(unsigned index) {
     if (m_host.ControlOrChildHasFocus() == 0) return;
     CString text = index < m_host.CanInsert() ? m_host.GetLastItem(index) : CString();
+    m_host.ReadInput(text);  // it may have been entered with another decimal separator
     m_host.TrimString(text, 1);
     if (text.empty()) return m_host.Beep();
     auto const length = static_cast<int>(CharacterCount(text));
@@ -237,7 +238,9 @@ void CTovEditText::Paste() {
     if (m_host.ControlOrChildHasFocus() == 0) return;
     CString text;
     Selection range;
-    if (m_host.CanPaste() == 0 || PreparePaste(text, range) == 0) return m_host.Beep();
+    bool loses = false;
+    if (m_host.CanPaste() == 0 || PreparePaste(text, range, loses) == 0) return m_host.Beep();
+    if (loses) m_host.OnInputLost();
     Replace(range, text);
 }
 

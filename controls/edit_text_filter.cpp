@@ -128,8 +128,7 @@ int CTovEditText::AcceptInput(CString& text, int& caret) {
     bool const adds = !added.empty();
     MakeOneLine(added);
     bool const isTaken = CharacterCount(added) > 1 && m_host.TakeInput(added) != 0;
-    m_host.ReadInput(added);
-    m_host.TrimString(added, 0);
+    bool const loses = FilterInput(added);
     std::size_t const kept = CharacterCount(head) + CharacterCount(tail);
     std::size_t const most = m_host.GetMaxChars();
     if (kept + CharacterCount(added) > most)
@@ -138,7 +137,19 @@ int CTovEditText::AcceptInput(CString& text, int& caret) {
     bool const refused = isTaken || (adds && added.empty()) || m_host.InputControl().GetReadOnlyMode() != 0;
     caret = static_cast<int>(refused ? CharacterCount(old) : CharacterCount(head) + CharacterCount(added));
     text = refused ? m_shown : CString(head).append(added).append(tail);
+    if (loses && !refused) m_host.OnInputLost();
     return !refused;
+}
+
+// What comes in as one text, as far as the edit takes it; the room is not considered. Answers whether more
+// than white space was left out.
+bool CTovEditText::FilterInput(CString& text) const {
+    m_host.ReadInput(text);
+    CString const read = text;
+    m_host.TrimString(text, 0);
+    auto const isBlank = [](char c) { return c == ' '; };
+    auto const blanks = std::ranges::count_if(read, isBlank) - std::ranges::count_if(text, isBlank);
+    return CharacterCount(read) - static_cast<std::size_t>(blanks) != CharacterCount(text);
 }
 
 CTovInputControl::eState CTovEditText::InternalValidate(char const* text, CString* message) const {

@@ -135,6 +135,7 @@ void CTovEdit::TellValue(double value) {
         return;
     m_lastHadValue = hasValue;
     m_lastValue = value;
+    TellAccessibilityOfNumber(*this);
     Q_EMIT valueChanged(value);
 }
 
@@ -292,13 +293,25 @@ bool CTovEdit::event(QEvent* event) {
             return true;
         }
     }
+    QPointer<CTovEdit> const alive(this);
+    ++m_eventsUnderWay;
     bool const result = CWndOn::event(event);
+    if (!alive) return result;
+    --m_eventsUnderWay;
     if (event->type() == QEvent::ReadOnlyChange && isReadOnly() != (GetReadOnlyMode() != 0)) {
         // The toolkit's own operation.
         SetReadOnlyMode(isReadOnly());
         ApplyReadOnly(isReadOnly(), 1);
     }
     return result;
+}
+
+void CTovEdit::EndSoon(std::unique_ptr<CTovEdit> edit) {
+    edit->hide();
+    edit->DestroyWindow();
+    // The window around it may go before it.
+    if (edit->IsAtWork()) edit->setParent(nullptr);
+    edit.release()->deleteLater();
 }
 
 void CTovEdit::resizeEvent(QResizeEvent* event) {
@@ -406,74 +419,6 @@ bool CTovEdit::IsOfCompanion(QPoint const& place) const {
 void CTovEdit::setText(QString const& content) {
     CTovKeepChangedByUserStatus const status(*this);
     QLineEdit::setText(content);
-}
-
-// --- Companions
-
-int CTovEdit::CreateEditButton(char const* label) {
-    if (m_button != nullptr) return 1;
-    m_button = std::make_unique<CTovEditButton>(*this, TovQString(label)).release();  // its child
-    m_button->setEnabled(GetReadOnlyMode() == 0);
-    PlaceCompanions();
-    m_button->show();
-    setTabOrder(this, m_button);
-    OnDlgCtrlChildAdded(TovHandle(m_button));
-    return 1;
-}
-
-void CTovEdit::DeleteEditButton() {
-    delete std::exchange(m_button, nullptr);
-    PlaceCompanions();
-}
-
-int CTovEdit::CreateSpinButton() {
-    if (m_spin != nullptr) return 1;
-    m_spin = std::make_unique<CTovEditSpin>(*this).release();
-    m_spin->setEnabled(GetReadOnlyMode() == 0);
-    PlaceCompanions();
-    m_spin->show();
-    OnDlgCtrlChildAdded(TovHandle(m_spin));
-    SpinButtonSetBuddy();
-    return 1;
-}
-
-void CTovEdit::DeleteSpinButton() {
-    delete std::exchange(m_spin, nullptr);
-    PlaceCompanions();
-}
-
-void CTovEdit::EnableCompanions(int enable) {
-    if (m_button != nullptr) m_button->setEnabled(enable != 0);
-    if (m_spin != nullptr) m_spin->setEnabled(enable != 0);
-}
-
-// They lie at the right, the spin within the frame of the edit and the button behind it.
-void CTovEdit::PlaceCompanions() {
-    int const frame = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);
-    QSize const label =
-        m_button != nullptr ? fontMetrics().size(Qt::TextShowMnemonic, m_button->text()) : QSize();
-    m_text.companions.buttonWidth = m_button != nullptr ? CTovEditCompanions::ButtonWidth(TovSize(label)) : 0;
-    m_text.companions.spinWidth = m_spin != nullptr ? m_spin->WidthOf(height()) + frame : 0;
-    CRect const whole{0, 0, width(), height()};
-    int margin = 0;
-    if (m_button != nullptr) {
-        m_button->setGeometry(TovQRect(m_text.companions.Button(whole)));
-        margin += m_text.companions.buttonWidth;
-    }
-    if (m_spin != nullptr) {
-        CRect place = m_text.companions.Spin(whole);
-        place.top += frame;
-        place.bottom -= frame;
-        if (m_button == nullptr) place.right -= frame;
-        m_spin->setGeometry(TovQRect(place));
-        margin += m_text.companions.spinWidth;
-    }
-    // The rest of the margins is the host's.
-    QMargins margins = textMargins();
-    margins.setRight(margins.right() + margin - std::exchange(m_companionMargin, margin));
-    if (margins == textMargins()) return;
-    setTextMargins(margins);
-    updateGeometry();
 }
 
 void CTovEdit::GetWindowBoundingRect(CRect* rect) {

@@ -17,7 +17,11 @@ CTovEditSwitched::CTovEditSwitched(eType type, QWidget* parent)
 
 CTovEditSwitched::~CTovEditSwitched() {
     // The edit still tells this window things while it goes.
-    delete m_edit.data();
+    std::unique_ptr<CTovEdit> edit(m_edit.data());
+    if (edit == nullptr || !edit->IsAtWork()) return;
+    DestroyWindow();
+    DetachEditFields();
+    CTovEdit::EndSoon(std::move(edit));
 }
 
 std::unique_ptr<CTovEdit> CTovEditSwitched::CreateEditField(eType type) {
@@ -111,10 +115,7 @@ void CTovEditSwitched::DestroyEditFields() {
     edit.disconnect();
     // Otherwise it would go to the next control, for which this one would have to be right.
     if (hasFocus) setFocus();
-    // It may be in the middle of a message.
-    edit.hide();
-    edit.DestroyWindow();
-    edit.deleteLater();
+    CTovEdit::EndSoon(std::unique_ptr<CTovEdit>(&edit));
 }
 
 void CTovEditSwitched::DetachEditFields() {
@@ -146,6 +147,14 @@ void CTovEditSwitched::OnEmptyChanged() {
 }
 
 // What the edit tells its window concerns the one around, where this window is the control.
+// A cell knows this window as its control, and Tab in the edit is Tab in it.
+bool CTovEditSwitched::focusNextPrevChild(bool next) {
+    CWnd const* const around = IsInline() != 0 ? GetParent() : nullptr;
+    if (around == nullptr) return CWndOn::focusNextPrevChild(next);
+    TovPostMessage(around->GetSafeHwnd(), WM_NEXTDLGCTL, static_cast<WPARAM>(!next));
+    return true;
+}
+
 LRESULT CTovEditSwitched::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
     HWND const child{static_cast<std::uint64_t>(lParam)};
     switch (message) {
@@ -161,6 +170,11 @@ LRESULT CTovEditSwitched::WindowProc(unsigned message, WPARAM wParam, LPARAM lPa
         case WM_TOV_INPUT_CONTROL_UNHOOK_DLG_CTRL:
             OnUnhookDlgCtrl(child);
             return 0;
+        case WM_NEXTDLGCTL:
+            // Of an angle in fields, past the last of them.
+            if (CWnd const* const around = GetParent())
+                return TovSendMessage(around->GetSafeHwnd(), message, wParam, lParam);
+            break;
         case WM_COMMAND:
             if (!m_edit || child != m_edit->GetSafeHwnd()) break;
             TellParent(*this, TovNotificationOf(wParam));

@@ -67,6 +67,9 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
     void Redo() override;
     void DispatchSpinDeltapos(int up, int delta) override;
 
+    // Whether an event of its own is under way, as while the user types.
+    bool IsAtWork() const { return m_eventsUnderWay > 0; }
+
     // As if it had been typed, but by the program.
     void setText(QString const& text);
 
@@ -114,6 +117,9 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
 
     bool IsOfCompanion(QPoint const& place) const;  // in the edit's pixels
 
+    // Ends an edit that is part of another one: it is seen no more, and goes when nothing of it is under way.
+    static void EndSoon(std::unique_ptr<CTovEdit> edit);
+
     // What changes with the content: validity, and in derived classes the value.
     virtual void OnContentChanged();
 
@@ -135,6 +141,7 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
 
  private:
     class Gate;
+    friend class CTovEditSwitched;
 
     void OnEditCommand(unsigned id) { m_text.DoCommand(id); }
     void OnUpdateEditCommand(CCmdUI* state) { m_text.UpdateCommand(*state); }
@@ -151,6 +158,7 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
     int m_companionMargin = 0;  // what they take of the text's room
     int m_lastState = eStateValid;
     int m_held = 0;
+    int m_eventsUnderWay = 0;
     bool m_contentHeld = false;  // to be told at the end
     bool m_emptyHeld = false;
     int m_lastEmpty = 0;  // as it was told

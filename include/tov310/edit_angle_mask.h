@@ -168,6 +168,10 @@ class TOV_CORE_API CTovEditAngleMask {
     int SetRange(double minimum, double maximum) { return m_units.SetRange(minimum, maximum); }
     void GetRange(double& minimum, double& maximum);
 
+    // The number of the edit in the shown unit, packed where it is split.
+    double GetShown();
+    int SetShown(double shown);
+
     // Between radians and the shown unit. With SecOnly that is seconds (units 11 to 13) or thousandths of a
     // gon (15, 16); the limit then takes off whole 360 or 400 of them, as it always has.
     double ConvertStdTo(double radians, int usePrecision, int useLimit);
@@ -224,6 +228,7 @@ class TOV_CORE_API CTovEditAngleMask {
 
     // The mask of sign type and unit, and where its fields stand: empty rectangles for those that it has not.
     CString MaskText() const;
+    CString FieldSign(eTovAngleField field) const;  // that stands behind it; empty for the letter's
     void GetChildRect(CRect const& client, CRect& degrees, CRect& minutes, CRect& seconds, CRect& sign);
     void OnSize();
     // What the whole mask needs, with the button and the spin.
@@ -301,6 +306,7 @@ class TOV_CORE_API CTovEditAngleMask {
 
     int Put(double radians, bool safe);
     int Fill(double radians, bool safe);
+    bool RoundsBeforeFields();
     void PasteFields(char const* text);
     Whole Content();
     void TypeContent(Whole const& whole);

@@ -140,7 +140,9 @@ class TOV_CORE_API CTovFilenameRules {
     int Select(ITovBrowseForFile* browse, HWND owner, char const* text, CString& chosen) const;
 
  private:
-    CTovInputControl::eState CheckName(CString const& name, CString* message) const;
+    CTovInputControl::eState CheckForm(CString const& name, CString* message) const;
+    CTovInputControl::eState CheckPresence(CString const& name, CString* message) const;
+    CTovInputControl::eState CheckKind(CString const& name, CString* message) const;
 
     CTovEditFilenameHost& m_host;
     eType m_type;

@@ -167,6 +167,8 @@ class TOV_CORE_API CTovEditHost {
     // goes elsewhere.
     virtual void ReadInput(CString& /*text*/) const {}
     virtual int TakeInput(CString const& /*text*/) { return 0; }
+    // The filter has taken characters out of such a text, other than white space, and the rest is in.
+    virtual void OnInputLost() {}
 
     virtual void PrepareColors() { m_text->PrepareColors(); }
     virtual void Convert(CString& text) const { m_text->Convert(text); }

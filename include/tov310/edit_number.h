@@ -123,6 +123,7 @@ class TOV_CORE_API CTovEditFloatingHost {
     // until ten of them fit into the range.
     virtual void SetSpinDeltaFloating(double step);
     virtual double GetSpinDeltaFloating() const;
+    double GetSpinStep() const;  // what one step is by that
 
     // 0 when there is a list and all its values lie within 2^-52 of this one.
     virtual int IsValidSpinButtonValue(double value) const;
@@ -233,9 +234,16 @@ class TOV_CORE_API CTovEditDouble {
     void ConvertDisplayToInputPos(int& position) const;
     CTovInputControl::eState OnValidate(CString* message);
     void OnSpinDeltapos(int up, int delta);
-    // The same, and the one comma or point between digits, or that is typed alone, as the decimal separator.
+    // The same, and the one comma or point between digits, or that is typed alone, as the decimal separator;
+    // where both occur, the other kind separates thousands.
     void ReadInput(CString& text) const;
+    void Clear() { value = 0; }
     void Reset();
+
+    // One step of the spin for a delta of the edit's: spinDelta where it is one, and at most a tenth of the
+    // range.
+    double SpinStep(int delta) const;
+    double SpinStep() const;
 
     // The format with so many decimals.
     static CString DecimalsFormat(unsigned decimals);
@@ -274,26 +282,14 @@ class TOV_CORE_API CTovEditDouble {
     CTovEditFloatingHost& m_host;
 };
 
-// An edit with an integer. Edit is a window, a CTovInputControl and a CTovEditHost.
-template <typename Edit>
-class CTovEditIntegerOn : public Edit, public CTovEditIntegerHost {
+// An edit with a number: what integers and floating numbers do alike. Edit is a window, a CTovInputControl
+// and a CTovEditHost; Number is the engine of a NumberHost.
+template <typename Edit, typename NumberHost, typename Number>
+class CTovEditNumberOn : public Edit, public NumberHost {
  public:
-    using CTovEditIntegerHost::CreateSpinButton;
     using Edit::CreateSpinButton;
     using Edit::Edit;
-
-    short GetShort() override { return static_cast<short>(InternalGetLong()); }
-    int SetShort(short value) override { return Set(value); }
-    unsigned short GetUshort() override { return static_cast<unsigned short>(InternalGetLong()); }
-    int SetUshort(unsigned short value) override { return Set(value); }
-    long GetLong() override { return InternalGetLong(); }
-    int SetLong(long value) override { return Set(value); }
-    unsigned long GetUlong() override { return static_cast<unsigned long>(InternalGetLong()); }
-    int SetUlong(unsigned long value) override { return Set(static_cast<long>(value)); }
-    int GetInt() override { return static_cast<int>(InternalGetLong()); }
-    int SetInt(int value) override { return Set(value); }
-    unsigned int GetUint() override { return static_cast<unsigned int>(InternalGetLong()); }
-    int SetUint(unsigned int value) override { return Set(static_cast<long>(value)); }
+    using NumberHost::CreateSpinButton;
 
     CTovInputControl::eState OnValidate(CString* message) override { return m_number.OnValidate(message); }
     int ResetAttributes() override {
@@ -319,77 +315,73 @@ class CTovEditIntegerOn : public Edit, public CTovEditIntegerHost {
     void ShowInputValue() override { m_number.ShowInputValue(); }
 
  protected:
-    using CTovEditIntegerHost::InternalValidate;
     using Edit::InternalValidate;
+    using NumberHost::InternalValidate;
 
-    CTovEditLong m_number{this->Text(), *this};
+    Number m_number{this->Text(), *this};
+};
+
+// An edit with an integer.
+template <typename Edit>
+class CTovEditIntegerOn : public CTovEditNumberOn<Edit, CTovEditIntegerHost, CTovEditLong> {
+    using Base = CTovEditNumberOn<Edit, CTovEditIntegerHost, CTovEditLong>;
+
+ public:
+    using Base::Base;
+
+    short GetShort() override { return static_cast<short>(this->InternalGetLong()); }
+    int SetShort(short value) override { return Set(value); }
+    unsigned short GetUshort() override { return static_cast<unsigned short>(this->InternalGetLong()); }
+    int SetUshort(unsigned short value) override { return Set(value); }
+    long GetLong() override { return this->InternalGetLong(); }
+    int SetLong(long value) override { return Set(value); }
+    unsigned long GetUlong() override { return static_cast<unsigned long>(this->InternalGetLong()); }
+    int SetUlong(unsigned long value) override { return Set(static_cast<long>(value)); }
+    int GetInt() override { return static_cast<int>(this->InternalGetLong()); }
+    int SetInt(int value) override { return Set(value); }
+    unsigned int GetUint() override { return static_cast<unsigned int>(this->InternalGetLong()); }
+    int SetUint(unsigned int value) override { return Set(static_cast<long>(value)); }
+
+    // Of a pasted "12.5" the digits stay, and that something was left out is to be heard.
+    void OnInputLost() override { this->Beep(); }
 
  private:
     int Set(long value) {
-        InternalSetLong(value, 0);
+        this->InternalSetLong(value, 0);
         return 1;
     }
 };
 
 // An edit with a floating number.
 template <typename Edit>
-class CTovEditFloatingOn : public Edit, public CTovEditFloatingHost {
+class CTovEditFloatingOn : public CTovEditNumberOn<Edit, CTovEditFloatingHost, CTovEditDouble> {
+    using Base = CTovEditNumberOn<Edit, CTovEditFloatingHost, CTovEditDouble>;
+
  public:
-    using CTovEditFloatingHost::CreateSpinButton;
+    using Base::Base;
     using CTovEditFloatingHost::SetDisplayFormat;
-    using Edit::CreateSpinButton;
-    using Edit::Edit;
     using Edit::SetDisplayFormat;
 
-    float GetFloat() override { return static_cast<float>(InternalGetDouble()); }
+    float GetFloat() override { return static_cast<float>(this->InternalGetDouble()); }
     int SetFloat(float value) override { return SetDouble(static_cast<double>(value)); }
-    double GetDouble() override { return InternalGetDouble(); }
+    double GetDouble() override { return this->InternalGetDouble(); }
     int SetDouble(double value) override {
-        InternalSetDouble(value);
-        return 1;
-    }
-
-    CTovInputControl::eState OnValidate(CString* message) override { return m_number.OnValidate(message); }
-    int ResetAttributes() override {
-        if (Edit::ResetAttributes() == 0) return 0;
-        m_number.Reset();
+        this->InternalSetDouble(value);
         return 1;
     }
     void InitializeEdit() override {
-        Edit::InitializeEdit();
-        m_number.InitializeEdit();
+        Base::InitializeEdit();
+        this->m_number.InitializeEdit();
     }
-    void Empty() override {
-        CTovInputControl::CTovNotifyEmptyChanged const scope(this->InputControl());
-        m_number.value = 0;
-        Edit::Empty();
-    }
-    void OnEditChanged(unsigned id) override {
-        if (this->IgnoreEditChanged() != 0) return;
-        CTovInputControl::CTovNotifyEmptyChanged const scope(this->InputControl());
-        Edit::OnEditChanged(id);
-        m_number.OnEditChanged();
-    }
-    void OnSpinDeltapos(int up, int delta) override { m_number.OnSpinDeltapos(up, delta); }
-    void ReadInput(CString& words) const override { m_number.ReadInput(words); }
-    void ConvertDisplayToInputPos(int& position) override { m_number.ConvertDisplayToInputPos(position); }
-    void ShowDisplayValue() override { m_number.ShowDisplayValue(); }
-    void ShowInputValue() override { m_number.ShowInputValue(); }
 
     // What is undone brings back the number that stood behind the text, to the last bit.
     void FillUndoRedoItemWithCurrent(CTovEditUndoRedoItem* item) override {
-        Edit::FillUndoRedoItemWithCurrent(item);
-        item->m_value = m_number.value;
+        Base::FillUndoRedoItemWithCurrent(item);
+        item->m_value = this->m_number.value;
     }
     void OnUndoRedoItemRestored(CTovEditUndoRedoItem const* item) override {
-        if (item->m_value) m_number.value = *item->m_value;
+        if (item->m_value) this->m_number.value = *item->m_value;
     }
-
- protected:
-    using CTovEditFloatingHost::InternalValidate;
-    using Edit::InternalValidate;
-
-    CTovEditDouble m_number{this->Text(), *this};
 };
 
 }  // namespace tov

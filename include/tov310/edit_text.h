@@ -317,7 +317,8 @@ class TOV_CORE_API CTovEditText {
     Selection GetSel() const;
     void ChangeText(CString const& text, Selection const& selection);
     void Replace(Selection const& range, std::string_view text);
-    int PreparePaste(CString& text, Selection& range) const;
+    int PreparePaste(CString& text, Selection& range, bool& loses) const;
+    bool FilterInput(CString& text) const;
     void Do(eTovEditAction action, unsigned index);
     int Can(eTovEditAction action, unsigned index) const;
     void Restore(CObject* (CTovUndoRedo::*step)(CObject*), int can);

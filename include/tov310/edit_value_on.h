@@ -161,6 +161,9 @@ class CTovEditValueAngleOn : public Value, public CTovEditAngleHost {
     // Radians.
     double GetValue() override { return m_mask.GetValue(); }
     int SetValue(double radians) override { return m_mask.SetValue(radians); }
+    int SetDouble(double shown) override {
+        return m_mask.IsSplit() ? m_mask.SetShown(shown) : Value::SetDouble(shown);
+    }
     int SafeSetValue(double radians) override { return m_mask.SafeSetValue(radians); }
     void GetRange(double& minimum, double& maximum) const override { m_mask.GetRange(minimum, maximum); }
 
@@ -266,6 +269,9 @@ class CTovEditValueAngleOn : public Value, public CTovEditAngleHost {
     }
 
  protected:
+    double InternalGetDouble() override {
+        return m_mask.IsSplit() ? m_mask.GetShown() : Value::InternalGetDouble();
+    }
     bool HasWindow() override { return static_cast<bool>(this->GetSafeHwnd()); }
     void SetMaskText(CString const& words) override { this->Text().ShowText(words); }
     CRect GetMaskRect() override { return this->GetClientRect(); }

@@ -120,6 +120,7 @@ class TOV_UI_API CTovEditSwitched : public CWndOn<QWidget, CWnd>, public CTovInp
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
     void PreSubclassWindow() override;
     void resizeEvent(QResizeEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
  private:
     CTovEdit& MakeEdit(int emptyAllowed);

@@ -114,6 +114,7 @@ class TOV_UI_API CTovEditValueAngle : public CTovEditValueAngleOn<CTovEditValue>
     template <class Edit>
     void MakeField(CTovAngleFieldSetup const& setup, Child& child);
     void PutFieldsIntoFocusChain();
+    void EndFields();
     bool OnFieldKey(int virtualKey, CTovEdit& field);
     void OnFieldLeft();
     void OnFieldChanged();

@@ -78,6 +78,8 @@ TEST(EditAngleMask, SplitAndJoinAreInverse) {
                 ASSERT_EQ(std::signbit(value), isNegative && value != 0) << typed.Fields();
                 set->SetValue(value);
                 ASSERT_TRUE(value == 0 || set.Fields() == typed.Fields()) << typed.Fields();
+                set->SetDouble(typed->GetDouble());
+                ASSERT_TRUE(value == 0 || set.Fields() == typed.Fields()) << typed->GetDouble();
                 ASSERT_EQ(set->Validate(nullptr), State::eStateValid) << typed.Fields();
             }
         }
@@ -125,6 +127,20 @@ TEST(EditAngleMask, KeepsEveryBitUntilAFieldIsTyped) {
     for (char const* const typed : {"3", "3.12346"})
         angle.edit[2].SetEditText(typed);
     EXPECT_NEAR(angle->GetValue(), Radians(12, 1, 2, 3.12346), 1e-15);
+}
+
+// 42 degrees 58 minutes 18.604685322... seconds: rounding to six decimals on the way makes a tie of it.
+TEST(EditAngleMask, RoundsOnce) {
+    for (auto const& [limit, precision, decimals, seconds] :
+         {std::tuple(0, 2, 6, "18.60500"), std::tuple(0, 5, 6, "18.60469"), std::tuple(0, 6, 6, "18.60469"),
+          std::tuple(0, 4, 4, "18.6047"), std::tuple(1, 5, 5, "18.60469"), std::tuple(1, 2, 2, "18.60")}) {
+        Angle f;
+        f.settings.Precision(precision);
+        f->SetLimitToCircle(limit);
+        f->SetDisplayFormat(static_cast<unsigned>(decimals));
+        f->SetValue(0.75);
+        EXPECT_EQ(f.Fields(), std::string("42|58|").append(seconds)) << precision << limit;
+    }
 }
 
 TEST(EditAngleMask, CarriesAndTurns) {

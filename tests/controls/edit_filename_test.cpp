@@ -83,6 +83,7 @@ TEST(EditFilename, ChecksNamesAgainstRealFiles) {
         {0, 1, kSeveral, "\"\"", ""}, {0, 0, kSeveral, "\"", ""}, {0, 2, kSeveral, quoted({"none"}), nullptr},
         {0, 2, kBareName, "new.txt", nullptr}, {0, 2, kBareName, at("new.txt"), noName}, {0, 2, kBareName, "CON", noName},
         {0, 1, kFixedOnly, at("目录/inside/deep.txt"), removable}, {0, 1, 0, at("目录/inside/deep.txt"), nullptr},
+        {1, 1, kSeveral, quoted({"plain.txt", "none"}), mustExist}, {0, 1, kSeveral, quoted({"none", "a<b"}), noPath},
         {0, 2, kFixedOnly, at("a<b"), noPath}, {0, 1, kFixedOnly | kSeveral, quoted({"plain.txt", "目录/inside/deep.txt"}), removable},
         // clang-format on
     };

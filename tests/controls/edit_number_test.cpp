@@ -1,16 +1,17 @@
 #include <tov310/edit_number.h>
 #include <tov310/resources.h>
 
+#include "support/comma_locale.h"
 #include "support/fake_edit.h"
 
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <clocale>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
+#include <memory>
 #include <random>
 #include <tuple>
 
@@ -451,10 +452,41 @@ TEST(EditNumber, KnowsNegativeZero) {
     EXPECT_EQ(d.edit.text, "-0.0");
 }
 
+// Whatever way a text comes in as one.
+TEST(EditNumber, ReadsTextsOfOthersAndBeepsForWhatAnIntegerLoses) {
+    struct LastItem : FloatingEdit {
+        using FloatingEdit::FloatingEdit;
+        std::vector<CString> GetAllLastItems() override { return {clipboard}; }
+    };
+    EditInForm<LastItem> d;
+    d.Enter();
+    for (auto const& [text, number] :
+         {std::pair("1.234,56", 1234.56), std::pair("1,234.5 m", 1234.5), std::pair("1.234.567,8", 1234567.8),
+          std::pair("12.34,5", 12.345), std::pair("12,5", 12.5)}) {
+        for (bool const isInserted : {false, true}) {
+            d.edit.Empty();
+            d.edit.clipboard = text;
+            isInserted ? d.edit.Insert(0) : d.edit.Paste();
+            EXPECT_EQ(d.edit.GetDouble(), number) << text;
+        }
+    }
+    IntegerForm f;
+    f.Enter();
+    for (auto const& [text, number, beeps] :
+         {std::tuple("12.5", 125, 1), std::tuple(" 1 234\t", 1234, 0), std::tuple("7", 7, 0)}) {
+        f.edit.Empty();
+        f.edit.beeps = 0;
+        f.edit.clipboard = text;
+        f.edit.Paste();
+        EXPECT_EQ(std::tuple(f.edit.GetLong(), f.edit.beeps), std::tuple(number, beeps)) << text;
+    }
+}
+
 TEST(EditNumber, TakesTheSeparatorOfTheLocaleOnceAndSkipsPrefixes) {
-    if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") == nullptr) GTEST_SKIP();
+    auto locale = std::make_unique<test::CommaLocale>();
+    if (!locale->IsThere()) GTEST_SKIP() << "no locale with a decimal comma";
     FloatingForm f;
-    std::setlocale(LC_NUMERIC, "C");
+    locale.reset();
     f.Enter();
     f.edit.Type("12.5E1");
     EXPECT_EQ(std::tuple(f.edit.text, f.edit.GetDouble()), std::tuple("12,5e1", 125));

@@ -1,4 +1,5 @@
 // Edits as their users meet them: keys, the mouse, the clipboard, input methods, the focus.
+#include "support/comma_locale.h"
 #include "support/widgets.h"
 
 #include <tov310/menu.h>
@@ -8,6 +9,7 @@
 #include <tov310/qt_values.h>
 #include <tov310/string_edits.h>
 #include <tov310/styles.h>
+#include <tov310/value_edits.h>
 
 #include <gtest/gtest.h>
 
@@ -251,6 +253,40 @@ TEST(NumberEditWidget, ReadsNumbersAsOthersWriteThem) {
     EXPECT_EQ(form.edit.GetDouble(), -2.25);
 }
 
+TEST(NumberEditWidget, TakesAndGivesDecimalCommas) {
+    test::CommaLocale const locale;
+    if (!locale.IsThere()) GTEST_SKIP() << "no locale with a decimal comma";
+    NumberForm form;
+    form.edit.SetRange(0, 100);
+    form.edit.RemoveAllLastItems();
+    form.edit.SetSpinDeltaFloating(0.5);
+    form.edit.SetDisplayFormat("%.2f m");
+    for (char const* const typed : {"12,5", "12.5"}) {
+        form.edit.Empty();
+        form.edit.setFocus();
+        form.Type(typed);
+        EXPECT_EQ(form.edit.GetDouble(), 12.5);
+        form.other.setFocus();
+        EXPECT_EQ(form.edit.text(), "12,50 m");
+        EXPECT_EQ(form.edit.GetLastItem(0), "12,5");
+        EXPECT_EQ(form.edit.GetAllLastItems().size(), 1u);
+    }
+    form.edit.setFocus();
+    form.Key(Qt::Key_Up);
+    EXPECT_EQ(form.edit.text(), "13,0");
+    form.edit.Text().DoCommand(tovFirstInsertCommand);
+    EXPECT_EQ(form.edit.GetDouble(), 12.5);
+    form.Control(Qt::Key_A);
+    QApplication::clipboard()->setText("1.234,5");
+    form.Control(Qt::Key_V);
+    EXPECT_EQ(form.edit.text(), "1234,5");
+    CString message;
+    EXPECT_EQ(form.edit.Validate(&message), CTovInputControl::eStateInvalid);
+    EXPECT_EQ(message, "有效的范围是从 0,00 m 到 100,00 m");
+    std::setlocale(LC_NUMERIC, "C");
+    EXPECT_EQ(form.edit.GetDouble(), 1234.5) << "whatever becomes of the process";
+}
+
 TEST(NumberEditWidget, TellsWhatIsNewOnce) {
     NumberForm form;
     CTovEditFloating twin;
@@ -468,6 +504,39 @@ TEST(EditWidget, IsReadAsTheTextThatItShows) {
         EXPECT_EQ(text->offsetAtPoint(text->characterRect(i).center() - QPoint(2, 0)), i);
     form.edit.QLineEdit::setReadOnly(true);
     EXPECT_EQ(seen->editableTextInterface(), nullptr);
+}
+
+template <class Edit>
+void ExpectSpunNumber(Edit& edit, QVariantList const& range, QVariant const& step, QVariant const& next) {
+    QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(&edit);
+    EXPECT_EQ(seen->valueInterface(), nullptr) << "without a spin it is a text";
+    edit.CreateSpinButton();
+    QAccessibleValueInterface* const number = seen->valueInterface();
+    ASSERT_NE(number, nullptr);
+    EXPECT_EQ((QVariantList{number->minimumValue(), number->maximumValue()}), range);
+    EXPECT_EQ(number->minimumStepSize(), step);
+    number->setCurrentValue(next);
+    EXPECT_EQ(number->currentValue(), next);
+    EXPECT_EQ(edit.GetChangedByUser(), 1);
+    edit.ReadOnlyKeepsFocus(1);
+    edit.SetReadOnlyMode(1);
+    number->setCurrentValue(range[0]);
+    EXPECT_EQ(number->currentValue(), next);
+}
+
+TEST(NumberEditWidget, IsReadAsTheNumberOfItsSpin) {
+    EditForm<CTovEditInteger> integer;
+    integer.edit.SetRange(-5, 500);
+    integer.edit.SetSpinDelta(2);
+    ExpectSpunNumber(integer.edit, {-5, 500}, 2, 12);
+    NumberForm floating;
+    floating.edit.SetRange(-1, 1);
+    ExpectSpunNumber(floating.edit, {-1.0, 1.0}, 0.1, 0.123456789012);
+    EditForm<CTovEditValueDistance> distance;
+    distance.edit.SetUnit(23);
+    distance.edit.SetRange(0, 3.048);
+    ExpectSpunNumber(distance.edit, {0.0, 10.0}, 1.0, 5.5);
+    EXPECT_EQ(distance.edit.GetValue(), 5.5 * 0.3048);
 }
 
 TEST(EditWidget, OffersNothingOfASecret) {

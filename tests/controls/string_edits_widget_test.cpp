@@ -218,5 +218,42 @@ TEST(SwitchedEdit, IsOneControlOfTheFormWhateverItBecomes) {
     EXPECT_EQ(form.edit.ResetAttributes(), 0) << "hooked";
 }
 
+// Over a cell Tab goes to the next one, out of an angle's fields past the last of them.
+TEST(SwitchedEdit, LeavesTheCellByTab) {
+    struct Cell : Container {
+        using Container::Container;
+        int OnNextDlgCtl(int previous) override {
+            left += previous != 0 ? 'p' : 'n';
+            return 1;
+        }
+        std::string left;
+    };
+    for (eTovSwitchedType const type : {eTovSwitchedInt, eTovSwitchedLatitude}) {
+        QDialog form;
+        Cell cell(TovWnd(&form));
+        cell.SetHandleTabKey(1);
+        cell.HookContainer();
+        CTovEditSwitched edit(type);
+        edit.CreateInline(0, {5, 5, 300, 30}, TovWnd(&form), idEdit, nullptr);
+        bool const isAngle = type == eTovSwitchedLatitude;
+        if (isAngle) static_cast<CTovEditLatitude&>(edit.GetEdit()).SetUnit(12);
+        form.show();
+        form.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+        cell.HookAllDlgCtrls(nullptr);
+        edit.SetFocusInputControl();
+        for (Qt::Key const key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+            for (int fields = isAngle ? 4 : 1; fields > 0; --fields) {
+                EXPECT_EQ(cell.left, key == Qt::Key_Tab ? "" : "n");
+                QTest::keyClick(QApplication::focusWidget(), key,
+                                key == Qt::Key_Tab ? Qt::NoModifier : Qt::ShiftModifier);
+                QCoreApplication::processEvents();
+                EXPECT_NE(edit.GetEdit().ControlOrChildHasFocus(), 0);
+            }
+        }
+        EXPECT_EQ(cell.left, "np");
+    }
+}
+
 }  // namespace
 }  // namespace tov

@@ -1,15 +1,19 @@
 // Edits for angles and distances as their users meet them.
+#include "support/comma_locale.h"
 #include "support/widgets.h"
 
 #include <tov310/input_control_container.h>
 #include <tov310/messages.h>
 #include <tov310/qt_values.h>
+#include <tov310/switched_edit.h>
 #include <tov310/value_edits.h>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <iterator>
+#include <memory>
 #include <random>
 #include <utility>
 #include <vector>
@@ -246,6 +250,78 @@ TEST(AngleEditWidget, HandsOnWhatIsSetBeforeItIsBorn) {
         QAccessible::queryAccessibleInterface(edit.FieldEdit(eTovFieldMinutes));
     EXPECT_EQ(minutes->text(QAccessible::Name), "Angle '");
     EXPECT_EQ(minutes->text(QAccessible::Value), "30");
+    edit.SetUnit(15);
+    EXPECT_EQ(
+        QAccessible::queryAccessibleInterface(edit.FieldEdit(eTovFieldSeconds))->text(QAccessible::Name),
+        "Angle cc");
+}
+
+TEST(AngleEditWidget, MayBeDeletedWhileAFieldIsTyped) {
+    std::function<void(CTovEdit&)> const acts[] = {
+        [](CTovEdit& field) { QTest::keyClick(&field, Qt::Key_7); },
+        [](CTovEdit& field) { QTest::keyClick(&field, Qt::Key_Backspace); },
+        [](CTovEdit& field) { QTest::keyClick(&field, Qt::Key_Up); },
+        [](CTovEdit& field) { QTest::keyClick(&field, Qt::Key_V, Qt::ControlModifier); },
+        [](CTovEdit& field) {
+            QInputMethodEvent commit;
+            commit.setCommitString("4");
+            QCoreApplication::sendEvent(&field, &commit);
+        }};
+    QApplication::clipboard()->setText(QString::fromUtf8("12°34'56.5\""));
+    for (auto const& act : acts) {
+        for (bool const changesUnit : {false, true}) {
+            for (bool const isSwitched : {false, true}) {
+                AngleForm form(11);
+                QPointer<QWidget> alive;
+                QPointer<CTovEditValueAngle> edit;
+                if (isSwitched) {
+                    auto* const place =
+                        std::make_unique<CTovEditSwitched>(eTovSwitchedAngle, &form).release();
+                    alive = place;
+                    edit = static_cast<CTovEditValueAngle*>(&place->GetEdit());
+                } else {
+                    edit = std::make_unique<CTovEditValueAngle>(&form.settings, &form).release();
+                    alive = edit;
+                }
+                alive->show();
+                edit->SetUnit(12);
+                edit->SetValue(1.25);
+                edit->FieldEdit(eTovFieldSeconds)->setFocus();
+                QObject::connect(edit, &CTovEdit::valueChanged, [&] {
+                    if (changesUnit) edit->SetUnit(13);
+                    delete alive;
+                });
+                act(*edit->FieldEdit(eTovFieldSeconds));
+                EXPECT_FALSE(alive);
+                QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            }
+        }
+    }
+}
+
+TEST(AngleEditWidget, TakesAndGivesDecimalCommas) {
+    test::CommaLocale const locale;
+    if (!locale.IsThere()) GTEST_SKIP() << "no locale with a decimal comma";
+    AngleForm form(12);
+    CTovEdit& seconds = form.Field(eTovFieldSeconds);
+    form.edit.SetValue(degree);
+    for (char const* const typed : {"30,5", "30.5"}) {
+        seconds.setFocus();
+        form.Key(Qt::Key_A, Qt::ControlModifier);
+        form.Type(typed);
+        EXPECT_EQ(seconds.text(), "30,5");
+        EXPECT_NEAR(form.edit.GetValue(), (1 + 30.5 / 3600) * degree, 1e-14);
+    }
+    form.Key(Qt::Key_Up);
+    EXPECT_EQ(seconds.text(), "31,50000");
+    QApplication::clipboard()->clear();
+    form.Key(Qt::Key_C, Qt::ControlModifier);
+    form.edit.Empty();
+    form.Key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(seconds.text(), "31,50000");
+    EXPECT_NEAR(form.edit.GetValue(), (1 + 31.5 / 3600) * degree, 1e-14);
+    form.after.setFocus();
+    EXPECT_EQ(seconds.text(), "31,50000");
 }
 
 TEST(AngleEditWidget, KeepsEveryBitAcrossUnitsAndLooking) {
