@@ -272,6 +272,12 @@ int CTovEditValueAngle::CreateEditButton(char const* words) {
     return result;
 }
 
+void CTovEditValueAngle::SetMenu(HINSTANCE module, unsigned id) {
+    CTovEditValueAngleOn::SetMenu(module, id);
+    for (auto const& child : m_children)
+        child->edit->SetMenu(module, id);
+}
+
 bool CTovEditValueAngle::OnFieldKey(int virtualKey, CTovEdit& field) {
     ITovSystem& system = *TovGetSystem();
     bool const isControl = system.IsKeyDown(VK_CONTROL) != 0;
@@ -467,35 +473,6 @@ QSize CTovEditValueAngle::minimumSizeHint() const {
 QSize CTovEditValueAngle::sizeHint() const {
     QSize size = CTovEditValueAngleOn::sizeHint();
     return m_mask.IsSplit() ? QSize(minimumSizeHint().width(), size.height()) : size;
-}
-
-CTovEditLatitude::CTovEditLatitude(QWidget* parent)
-    : CTovEditValueAngle(std::make_unique<CTovValueAngleLat>(), parent) {
-    SetSignType(eSignNorthSouth);
-}
-
-int CTovEditLatitude::ResetAttributes() {
-    if (CTovEditValueAngle::ResetAttributes() == 0) return 0;
-    SetSignType(eSignNorthSouth);
-    return 1;
-}
-
-int CTovEditLatitude::SetupInlineRect(CRect& container, CRect& control, HFONT font, unsigned long align) {
-    CTovEditValueAngle::SetupInlineRect(container, control, font, align);
-    container.right = std::max(container.right, container.left + m_mask.GetMinEditWidth(font));
-    control = container;
-    return 1;
-}
-
-CTovEditLongitude::CTovEditLongitude(QWidget* parent)
-    : CTovEditValueAngle(std::make_unique<CTovValueAngleLon>(), parent) {
-    SetSignType(eSignEastWest);
-}
-
-int CTovEditLongitude::ResetAttributes() {
-    if (CTovEditValueAngle::ResetAttributes() == 0) return 0;
-    SetSignType(eSignEastWest);
-    return 1;
 }
 
 }  // namespace tov

@@ -115,8 +115,8 @@ double CTovEditAngleMask::GetShown() {
     return isOfFields ? JoinFields() : m_units.Host().GetShownNumber();
 }
 
-int CTovEditAngleMask::SetShown(double shown) {
-    return SetValue(m_units.InShownUnit([&] { return m_units.Host().ConvertToStd(shown, 0, 0); }));
+int CTovEditAngleMask::SetShown(double shown, bool safe) {
+    return Put(m_units.InShownUnit([&] { return m_units.Host().ConvertToStd(shown, 0, 0); }), safe);
 }
 
 int CTovEditAngleMask::SetValue(double radians) {
@@ -274,12 +274,7 @@ void CTovEditAngleMask::DestroyAdditionalEditFields() {
     // In one piece the edit goes on with what the fields hold.
     bool const isEmpty = IsEmpty() != 0;
     double const value = GetValue();
-    m_fields.clear();
-    m_rects.clear();
-    m_active = -1;
-    m_buttonPassed = false;
-    m_bKnown = false;
-    m_host.DestroyFields();
+    DropFields();
     if (isEmpty) {
         m_units.Host().EmptyShownNumber();
     } else {
@@ -287,6 +282,23 @@ void CTovEditAngleMask::DestroyAdditionalEditFields() {
         CTovInputControl::CTovKeepChangedByUserStatus const keep(edit);
         m_units.SetValue(value);
     }
+}
+
+void CTovEditAngleMask::DropFields() {
+    m_fields.clear();
+    m_rects.clear();
+    m_active = -1;
+    m_buttonPassed = false;
+    m_bKnown = false;
+    m_host.DestroyFields();
+}
+
+void CTovEditAngleMask::Reset() {
+    if (IsSplit()) DropFields();
+    m_bSecOnly = m_bLimitToCircle = 0;
+    m_inputDecimals = m_displayDecimals = defaultDecimals;
+    m_pasted = {};
+    SetSignType(eSignPlusMinus);
 }
 
 void CTovEditAngleMask::Rearrange(std::function<void()> const& change) {

@@ -6,6 +6,9 @@
 #include <QEvent>
 #include <QPointer>
 
+#include <algorithm>
+#include <memory>
+
 namespace tov {
 
 QString CTovEditValue::valueText() {
@@ -50,6 +53,35 @@ CTovEditValueDistance::CTovEditValueDistance(CTovUnitSettingsDistance* settings,
 
 unsigned CTovEditValueDistance::UnitMessage() const {
     return WM_TOV_UNIT_CHANGED_DISTANCE;
+}
+
+CTovEditLatitude::CTovEditLatitude(QWidget* parent)
+    : CTovEditValueAngle(std::make_unique<CTovValueAngleLat>(), parent) {
+    SetSignType(eSignNorthSouth);
+}
+
+int CTovEditLatitude::ResetAttributes() {
+    if (CTovEditValueAngle::ResetAttributes() == 0) return 0;
+    SetSignType(eSignNorthSouth);
+    return 1;
+}
+
+int CTovEditLatitude::SetupInlineRect(CRect& container, CRect& control, HFONT font, unsigned long align) {
+    CTovEditValueAngle::SetupInlineRect(container, control, font, align);
+    container.right = std::max(container.right, container.left + m_mask.GetMinEditWidth(font));
+    control = container;
+    return 1;
+}
+
+CTovEditLongitude::CTovEditLongitude(QWidget* parent)
+    : CTovEditValueAngle(std::make_unique<CTovValueAngleLon>(), parent) {
+    SetSignType(eSignEastWest);
+}
+
+int CTovEditLongitude::ResetAttributes() {
+    if (CTovEditValueAngle::ResetAttributes() == 0) return 0;
+    SetSignType(eSignEastWest);
+    return 1;
 }
 
 }  // namespace tov

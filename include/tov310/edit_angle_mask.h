@@ -161,6 +161,9 @@ class TOV_CORE_API CTovEditAngleMask {
     // where it is to be split; to be called when the window is there.
     void Initialize();
 
+    // As a new one, of an edit without a window.
+    void Reset();
+
     // Radians.
     double GetValue();
     int SetValue(double radians);
@@ -170,7 +173,7 @@ class TOV_CORE_API CTovEditAngleMask {
 
     // The number of the edit in the shown unit, packed where it is split.
     double GetShown();
-    int SetShown(double shown);
+    int SetShown(double shown, bool safe);
 
     // Between radians and the shown unit. With SecOnly that is seconds (units 11 to 13) or thousandths of a
     // gon (15, 16); the limit then takes off whole 360 or 400 of them, as it always has.
@@ -304,6 +307,9 @@ class TOV_CORE_API CTovEditAngleMask {
         bool CanBeUndone() const { return !after.texts.empty() && !isUndone; }
     };
 
+    static constexpr int defaultDecimals = 6;
+
+    void DropFields();
     int Put(double radians, bool safe);
     int Fill(double radians, bool safe);
     bool RoundsBeforeFields();
@@ -331,8 +337,8 @@ class TOV_CORE_API CTovEditAngleMask {
     int m_bSecOnly = 0;
     int m_bLimitToCircle = 0;
     eSignType m_eSignType = eSignPlusMinus;
-    int m_inputDecimals = 6;
-    int m_displayDecimals = 6;
+    int m_inputDecimals = defaultDecimals;
+    int m_displayDecimals = defaultDecimals;
     int m_unit = 0;                         // 12 or 15 while it is split
     std::vector<ITovAngleField*> m_fields;  // by eTovAngleField
     std::vector<CRect> m_rects;

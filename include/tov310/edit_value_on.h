@@ -162,9 +162,15 @@ class CTovEditValueAngleOn : public Value, public CTovEditAngleHost {
     double GetValue() override { return m_mask.GetValue(); }
     int SetValue(double radians) override { return m_mask.SetValue(radians); }
     int SetDouble(double shown) override {
-        return m_mask.IsSplit() ? m_mask.SetShown(shown) : Value::SetDouble(shown);
+        return m_mask.IsSplit() ? m_mask.SetShown(shown, false) : Value::SetDouble(shown);
     }
     int SafeSetValue(double radians) override { return m_mask.SafeSetValue(radians); }
+    void SafeSetDouble(double shown) override {
+        if (m_mask.IsSplit())
+            m_mask.SetShown(shown, true);
+        else
+            Value::SafeSetDouble(shown);
+    }
     void GetRange(double& minimum, double& maximum) const override { m_mask.GetRange(minimum, maximum); }
 
     double ConvertStdTo(double radians, int usePrecision, int useLimit) override {
@@ -204,6 +210,11 @@ class CTovEditValueAngleOn : public Value, public CTovEditAngleHost {
     virtual void PrevChildEdit() { m_mask.PrevChildEdit(); }
     virtual void NextChildEdit() { m_mask.NextChildEdit(); }
 
+    int ResetAttributes() override {
+        if (Value::ResetAttributes() == 0) return 0;
+        m_mask.Reset();
+        return 1;
+    }
     int IsEmpty() override { return m_mask.IsSplit() ? m_mask.IsEmpty() : Value::IsEmpty(); }
     void Empty() override {
         m_mask.AsOneChange(false, [this] {
@@ -269,6 +280,7 @@ class CTovEditValueAngleOn : public Value, public CTovEditAngleHost {
     }
 
  protected:
+    void SafeSetShownNumber(double number) override { Value::SafeSetDouble(number); }
     double InternalGetDouble() override {
         return m_mask.IsSplit() ? m_mask.GetShown() : Value::InternalGetDouble();
     }

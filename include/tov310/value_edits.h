@@ -77,6 +77,7 @@ class TOV_UI_API CTovEditValueAngle : public CTovEditValueAngleOn<CTovEditValue>
     QSize minimumSizeHint() const override;
 
     int CreateEditButton(char const* text) override;
+    void SetMenu(HINSTANCE module, unsigned id) override;  // that of the fields too
     void SetFocus() override;
 
     // The child edit of a field; null while the edit is in one piece.

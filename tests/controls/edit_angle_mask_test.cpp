@@ -78,7 +78,11 @@ TEST(EditAngleMask, SplitAndJoinAreInverse) {
                 ASSERT_EQ(std::signbit(value), isNegative && value != 0) << typed.Fields();
                 set->SetValue(value);
                 ASSERT_TRUE(value == 0 || set.Fields() == typed.Fields()) << typed.Fields();
-                set->SetDouble(typed->GetDouble());
+                set->Empty();
+                if (i % 2 != 0)
+                    set->SetDouble(typed->GetDouble());
+                else
+                    set->SafeSetDouble(typed->GetDouble());
                 ASSERT_TRUE(value == 0 || set.Fields() == typed.Fields()) << typed->GetDouble();
                 ASSERT_EQ(set->Validate(nullptr), State::eStateValid) << typed.Fields();
             }

@@ -459,6 +459,16 @@ TEST(AngleEditWidget, HasWhatItGotBeforeItsWindow) {
         edit.clear();
         EXPECT_EQ(edit.text(), text);
         EXPECT_EQ(edit.GetValue(), 0.9123456789);
+        edit.SetLimitToCircle(1);
+        edit.DestroyWindow();
+        EXPECT_EQ(edit.ResetAttributes(), 1);
+        EXPECT_EQ(edit.FieldEdit(eTovFieldDegrees), nullptr);
+        EXPECT_EQ(edit.GetLimitToCircle(), 0);
+        EXPECT_EQ(edit.GetSignType(), eSignNorthSouth);
+        edit.SetValue(0.5);
+        edit.show();
+        EXPECT_EQ(edit.GetValue(), 0.5);
+        EXPECT_NE(edit.FieldEdit(eTovFieldSign), nullptr);
     }
 }
 
