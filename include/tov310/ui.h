@@ -5,7 +5,9 @@
 #include <tov310/accelerator_keys.h>
 #include <tov310/button_event.h>
 #include <tov310/dialog_builder.h>
+#include <tov310/dialog_progress.h>
 #include <tov310/dib_image.h>
+#include <tov310/dlg_tool_bar.h>
 #include <tov310/edit.h>
 #include <tov310/number_edits.h>
 #include <tov310/painter_dc.h>
