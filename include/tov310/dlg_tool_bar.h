@@ -1,4 +1,4 @@
-// A tool bar at an edge of a dialog.
+// A tool bar at an edge of a dialog, or beside the buttons of a sheet.
 #pragma once
 
 #include <tov310/export.h>
@@ -12,6 +12,7 @@
 namespace tov {
 
 class CDialog;
+class CPropertySheet;
 class CWnd;
 
 // Buttons out of a toolbar resource. A click posts the button's command to the dialog as WM_COMMAND; its
@@ -22,8 +23,8 @@ class TOV_UI_API CTovDlgToolBar {
     // Where it stands; bits. Without them it stands at the bottom and at the right.
     enum eArrange { eTop = 1, eLeft = 4 };
 
-    // Of a dialog or a page.
-    explicit CTovDlgToolBar(CDialog* dialog);
+    explicit CTovDlgToolBar(CDialog* dialog);  // or page
+    explicit CTovDlgToolBar(CPropertySheet* sheet);
     CTovDlgToolBar(CTovDlgToolBar const&) = delete;
     CTovDlgToolBar& operator=(CTovDlgToolBar const&) = delete;
     virtual ~CTovDlgToolBar();
@@ -42,8 +43,9 @@ class TOV_UI_API CTovDlgToolBar {
     // Lets a button be pressed or not. 0: there is none of that command.
     virtual int EnableButton(unsigned command, int enable);
 
-    // Puts the bar into its place, that of the dialog's present size: a dialog's margin from the edges, and
-    // none in a dialog that stands in another.
+    // Puts the bar into its place by the dialog's present size: a dialog's margin from the edges, and at the
+    // edges in a dialog that stands in another. In a sheet it is at the left of the buttons whatever the
+    // flags, and follows them.
     virtual void ArrangeToolbar(int arrangeFlags);
 
     // Null without one.
@@ -51,11 +53,15 @@ class TOV_UI_API CTovDlgToolBar {
     QAction* ButtonOf(unsigned command) const;
 
  private:
-    virtual CPoint PlaceOf(CSize const& bar, int arrangeFlags) const;
-
     class Bar;
 
-    CDialog* m_dialog;
+    CPoint PlaceInDialog(CSize const& bar, int arrangeFlags) const;
+    CPoint PlaceInSheet(CSize const& bar) const;
+    HWND FirstButton() const;
+
+    CWnd* m_host;
+    CDialog* m_dialog = nullptr;
+    CPropertySheet* m_sheet = nullptr;
     QPointer<QWidget> m_bar;
 };
 

@@ -61,11 +61,11 @@ struct BarHost : CTovDialog {
     using CTovDialog::CTovDialog;
     int OnCommand(WPARAM wParam, LPARAM lParam) override {
         commands.push_back(TovCommandOf(wParam));
-        if (commands.back() == 1203) bar.Destroy();
+        if (commands.back() == 1203) Bar().Destroy();
         return CTovDialog::OnCommand(wParam, lParam);
     }
+    CTovDlgToolBar& Bar() { return *m_toolbar; }
     std::vector<unsigned> commands;
-    CTovDlgToolBar bar{this};
 };
 
 TEST(DlgToolBar, StandsAtAnEdgeAndSendsItsCommandsToTheDialog) {
@@ -77,32 +77,49 @@ TEST(DlgToolBar, StandsAtAnEdgeAndSendsItsCommandsToTheDialog) {
     test::PutFile(folder.path() / "toolbars/8.json", R"({"width": 16, "height": 15, "items": [0]})");
     HINSTANCE const module = TovLoadResourceModule(folder.path().c_str());
     BarHost host;
-    EXPECT_EQ(host.bar.Create(module, 7, 1000, 0, 0), 0) << "no window yet";
+    EXPECT_EQ(host.CreateToolbar(module, 7, 1000, 0), 0) << "no window yet";
     host.resize(400, 300);
     host.show();
-    EXPECT_EQ(host.bar.Create(module, 8, 1000, 0, 0), 0) << "no button";
-    EXPECT_EQ(host.bar.Create(module, 9, 1000, 0, 0), 0) << "no tool bar";
-    ASSERT_EQ(host.bar.Create(module, 7, 1000, CTovDlgToolBar::eTop | CTovDlgToolBar::eLeft, 0), 1);
-    EXPECT_EQ(host.bar.Create(module, 7, 1001, 0, 0), 0) << "one already";
-    QToolBar& bar = *host.bar.ToolBar();
+    EXPECT_EQ(host.CreateToolbar(module, 8, 1000, 0), 0) << "no button";
+    EXPECT_EQ(host.CreateToolbar(module, 9, 1000, 0), 0) << "no tool bar";
+    ASSERT_EQ(host.CreateToolbar(module, 7, 1000, CTovDlgToolBar::eTop | CTovDlgToolBar::eLeft), 1);
+    EXPECT_EQ(host.CreateToolbar(module, 7, 1001, 0), 0) << "one already";
+    QToolBar& bar = *host.Bar().ToolBar();
     int const margin = CTovDialogMetrics::Margin();
     EXPECT_EQ(TovWidget(host.GetDlgItem(1000)), &bar);
     EXPECT_EQ(bar.pos(), QPoint(margin, margin - 2));
     EXPECT_EQ(bar.height(), 15 + 7 + 2);
-    host.bar.ArrangeToolbar(0);
+    host.Bar().ArrangeToolbar(0);
     EXPECT_EQ(bar.geometry().bottomRight(), QPoint(400 - margin, 299 - margin));
 
-    EXPECT_EQ(host.bar.ButtonOf(1201)->toolTip(), "Open");
-    EXPECT_EQ(host.bar.ButtonOf(1202)->toolTip(), "Close");
-    EXPECT_EQ(host.bar.EnableButton(1202, 0), 1);
-    EXPECT_EQ(host.bar.EnableButton(1204, 1), 0);
+    EXPECT_EQ(host.Bar().ButtonOf(1201)->toolTip(), "Open");
+    EXPECT_EQ(host.Bar().ButtonOf(1202)->toolTip(), "Close");
+    EXPECT_EQ(host.Bar().EnableButton(1202, 0), 1);
+    EXPECT_EQ(host.Bar().EnableButton(1204, 1), 0);
     for (unsigned const command : {1201u, 1202u, 1203u}) {
-        QTest::mouseClick(bar.widgetForAction(host.bar.ButtonOf(command)), Qt::LeftButton);
+        QTest::mouseClick(bar.widgetForAction(host.Bar().ButtonOf(command)), Qt::LeftButton);
         QCoreApplication::processEvents();
     }
     EXPECT_THAT(host.commands, ElementsAre(1201u, 1203u));
-    EXPECT_EQ(host.bar.ToolBar(), nullptr) << "ended by its own button";
+    EXPECT_EQ(host.Bar().ToolBar(), nullptr) << "ended by its own button";
     EXPECT_FALSE(host.GetDlgItem(1000));
+    EXPECT_EQ(host.CreateToolbar(module, 7, 1000, 0), 1) << "another";
+
+    CTovPropPage page;
+    CTovPropSheet sheet("s");
+    sheet.AddPage(&page);
+    EXPECT_EQ(sheet.IsToolbarEnabled(), 0);
+    ASSERT_EQ(sheet.Create(), 1);
+    ASSERT_EQ(sheet.CreateToolbar(module, 7, 1000, 0), 1);
+    EXPECT_EQ(sheet.IsToolbarEnabled(), 1);
+    sheet.show();
+    for (int const height : {400, 300}) {
+        sheet.resize(500, height);
+        QCoreApplication::processEvents();
+        QPoint const cancel = sheet.GetButton(IDCANCEL)->mapTo(&sheet, QPoint());
+        EXPECT_EQ(TovWidget(sheet.GetDlgItem(1000))->pos(),
+                  QPoint(page.mapTo(&sheet, QPoint()).x() - 4, cancel.y() - 2));
+    }
 }
 
 TEST(DlgToolBar, HasItsPlaceInADialogInADialogAndInASheet) {
