@@ -27,6 +27,8 @@ class FrameOfView {
 CDocument::~CDocument() {
     for (CView* const view : m_views)
         view->m_pDocument = nullptr;
+    for (CView* const guest : m_guests)
+        guest->m_pDocument = nullptr;
     if (m_template != nullptr) m_template->RemoveDocument(this);
 }
 
@@ -35,7 +37,7 @@ void CDocument::SetTitle(char const* title) {
 }
 
 void CDocument::AddView(CView* view) {
-    if (view == nullptr || view->m_pDocument == this) return;
+    if (view == nullptr || std::ranges::count(m_views, view) != 0) return;
     if (view->m_pDocument != nullptr) view->m_pDocument->RemoveView(view);
     m_views.push_back(view);
     view->m_pDocument = this;
@@ -43,11 +45,24 @@ void CDocument::AddView(CView* view) {
 }
 
 void CDocument::RemoveView(CView* view) {
+    if (std::erase(m_guests, view) != 0) {
+        view->m_pDocument = nullptr;
+        return;
+    }
     auto const found = std::ranges::find(m_views, view);
     if (found == m_views.end()) return;
     view->m_pDocument = nullptr;
     m_views.erase(found);
     OnChangedViewList();
+}
+
+void CDocument::LendTo(CView* view, CDocument* document) {
+    if (view == nullptr || view->m_pDocument == document) return;
+    if (view->m_pDocument != nullptr) view->m_pDocument->RemoveView(view);
+    // Who is told that it has left may have added it elsewhere.
+    if (document == nullptr || view->m_pDocument != nullptr) return;
+    document->m_guests.push_back(view);
+    view->m_pDocument = document;
 }
 
 void CDocument::OnChangedViewList() {}

@@ -1,7 +1,6 @@
-// Frames and views: who has the attention, and the way of commands.
+// Frames: who has the attention, and the way of commands.
 #include <tov310/application.h>
 #include <tov310/cmd_ui.h>
-#include <tov310/document.h>
 #include <tov310/menu.h>
 #include <tov310/messages.h>
 #include <tov310/resources.h>
@@ -112,21 +111,6 @@ int CMDIFrameWnd::OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* 
     CMDIChildWnd* const child = MDIGetActive();
     if (child != nullptr && child->OnCmdMsg(id, code, extra, info) != 0) return 1;
     return CFrameWnd::OnCmdMsg(id, code, extra, info);
-}
-
-CView::~CView() {
-    if (m_pDocument != nullptr) m_pDocument->RemoveView(this);
-}
-
-void CView::OnActivateView(int, CView*, CView*) {}
-
-void CView::OnPrepareDC(CDC*, CPrintInfo*) {}
-
-void CView::OnDraw(CDC*) {}
-
-int CView::OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info) {
-    if (CWnd::OnCmdMsg(id, code, extra, info) != 0) return 1;
-    return m_pDocument != nullptr ? m_pDocument->OnCmdMsg(id, code, extra, info) : 0;
 }
 
 }  // namespace tov

@@ -65,6 +65,15 @@ std::unique_ptr<CDC> Screen::CreatePaintDC(HWND window, CRect* part) {
     return std::make_unique<CTovPainterDC>(*widget);
 }
 
+HBITMAP Screen::GetPicture(HWND window) {
+    QWidget* const widget = PaintedWidget(window);
+    if (widget == nullptr || widget->size().isEmpty()) return nullptr;
+    QImage image = widget->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    image.setDevicePixelRatio(1);
+    CTovPainterDC dc(static_cast<QPaintDevice&>(image));
+    return dc.Read({0, 0, image.width(), image.height()});
+}
+
 void CopyPainted(CWnd const& window, CDC& to) {
     CPaintDC const paint(window);
     CRect const& part = paint.GetPaintRect();

@@ -111,6 +111,10 @@ int Screen::KillTimer(HWND window, WPARAM id) {
     return m_timers.KillTimer(window, id);
 }
 
+unsigned Screen::GetDoubleClickTime() {
+    return static_cast<unsigned>(QApplication::doubleClickInterval());
+}
+
 std::uint32_t Screen::GetSysColor(int index) {
     QPalette const palette = QApplication::palette();
     switch (index) {

@@ -27,6 +27,8 @@ class Screen final : public ITovSystem {
     HFONT GetDialogFont() override;
     int SetTimer(HWND window, WPARAM id, unsigned milliseconds) override;
     int KillTimer(HWND window, WPARAM id) override;
+    unsigned GetDoubleClickTime() override;
+    HBITMAP GetPicture(HWND window) override;
     std::uint32_t GetSysColor(int index) override;
     std::unique_ptr<CDC> CreateMemoryDC(HWND window, CSize const& size) override;
     std::unique_ptr<CDC> CreatePaintDC(HWND window, CRect* part) override;

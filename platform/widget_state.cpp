@@ -106,7 +106,7 @@ unsigned long ButtonStyleOf(QWidget const& widget, unsigned long stored) {
     return push != nullptr && push->isDefault() ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
 }
 
-constexpr unsigned long stylesOfAll = WS_CHILD | WS_VISIBLE | WS_DISABLED | WS_TABSTOP;
+constexpr unsigned long stylesOfAll = WS_CHILD | WS_MINIMIZE | WS_VISIBLE | WS_DISABLED | WS_TABSTOP;
 constexpr unsigned long stylesOfButtons = BS_TYPEMASK | BS_PUSHLIKE;
 constexpr unsigned long stylesOfEdits = ES_READONLY | ES_PASSWORD | ES_RIGHT;
 
@@ -167,8 +167,9 @@ CString ClassNameOf(QWidget const& widget) {
 }
 
 unsigned long StyleOf(QWidget const& widget, unsigned long stored) {
-    unsigned long style = stored & ~stylesOfAll;
+    unsigned long style = (stored & ~stylesOfAll) | WS_CLIPCHILDREN;
     if (!widget.isWindow()) style |= WS_CHILD;
+    if (widget.isWindow() && widget.isMinimized()) style |= WS_MINIMIZE;
     if (IsShownInParent(widget)) style |= WS_VISIBLE;
     if (!widget.isEnabled()) style |= WS_DISABLED;
     if ((widget.focusPolicy() & Qt::TabFocus) != 0) style |= WS_TABSTOP;

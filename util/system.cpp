@@ -55,6 +55,14 @@ int ITovSystem::KillTimer(HWND, WPARAM) {
     return 0;
 }
 
+unsigned ITovSystem::GetDoubleClickTime() {
+    return 500;
+}
+
+HBITMAP ITovSystem::GetPicture(HWND) {
+    return nullptr;
+}
+
 std::uint32_t ITovSystem::GetSysColor(int) {
     return 0;
 }

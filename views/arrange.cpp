@@ -1,5 +1,6 @@
 #include <tov310/arrange.h>
 
+#include <tov310/system.h>
 #include <tov310/window.h>
 
 #include <algorithm>
@@ -54,6 +55,12 @@ CRect CTovArrangement::Place(ARRANGE_ITEM const& item, int dx, int dy) {
 
 void CTovArrangement::SetUnits(double x, double y) {
     if (x > 0 && y > 0) m_units = {x, y};
+}
+
+void CTovArrangement::TakeUnits(CWnd const& window) {
+    constexpr char const* letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    CSize const extent = TovGetSystem()->GetTextExtent(window.GetFont(), letters);
+    SetUnits(extent.cx / (4.0 * 52), extent.cy / 8.0);
 }
 
 CSize CTovArrangement::Scaled(CSize size, Units const& from, Units const& to) {

@@ -69,6 +69,7 @@ class TOV_CORE_API CTovArrangement {
     // registered before keeps its place in dialog units from then on, and so do the original and the minimum
     // size: they are meant as at the first registration. Values that are not positive change nothing.
     void SetUnits(double x, double y);
+    void TakeUnits(CWnd const& window);  // those of its font
 
  private:
     struct Units {

@@ -63,6 +63,7 @@
 #include <tov310/path.h>
 #include <tov310/pixels.h>
 #include <tov310/plugin.h>
+#include <tov310/printing.h>
 #include <tov310/profile.h>
 #include <tov310/pump.h>
 #include <tov310/property_sheet.h>
@@ -94,6 +95,7 @@
 #include <tov310/unit_settings.h>
 #include <tov310/value.h>
 #include <tov310/view.h>
+#include <tov310/view_extensions.h>
 #include <tov310/wait_cursor.h>
 #include <tov310/win_thread.h>
 #include <tov310/window.h>

@@ -31,6 +31,9 @@ class TOV_CORE_API CDocument : public CCmdTarget {
     void RemoveView(CView* view);
     std::vector<CView*> const& GetViews() const { return m_views; }  // in the order in which they were added
 
+    // Has the view look at this document, or at none for null, without being one of the document's views.
+    static void LendTo(CView* view, CDocument* document);
+
     // Closes the document: destroys the frames of its views and takes the document out of its template. The
     // object stays unless its owner ends it meanwhile, which he may at any moment.
     virtual void OnCloseDocument();
@@ -51,6 +54,7 @@ class TOV_CORE_API CDocument : public CCmdTarget {
     CString m_title;
     CDocTemplate* m_template = nullptr;
     std::vector<CView*> m_views;
+    std::vector<CView*> m_guests;  // look at it and are not its views
     std::shared_ptr<void const> m_life = std::make_shared<char>();
 };
 
@@ -67,8 +71,12 @@ class TOV_CORE_API CDocTemplate : public CCmdTarget {
     virtual void RemoveDocument(CDocument* document);
     std::vector<CDocument*> const& GetDocuments() const { return m_documents; }
 
+    // Expires with the template.
+    std::weak_ptr<void const> Life() const { return m_life; }
+
  private:
     std::vector<CDocument*> m_documents;
+    std::shared_ptr<void const> m_life = std::make_shared<char>();
 };
 
 // The document of views and dialogs that change it at run time. It is shared through

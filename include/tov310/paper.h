@@ -4,12 +4,15 @@
 #include <tov310/export.h>
 #include <tov310/geometry.h>
 #include <tov310/object.h>
+#include <tov310/types.h>
 
 #include <cstdint>
+#include <memory>
 
 namespace tov {
 
 class CDC;
+class ITovPrinter;
 
 // Which fields of a DEVMODE hold something.
 inline constexpr std::uint32_t DM_PAPERSIZE = 0x0002;
@@ -30,14 +33,19 @@ struct CPrintInfo {
     DEVMODE const* m_pDevMode = nullptr;  // what the printer is set to; null while that is not known
     int m_bPreview = 0;                   // 1: it is shown and not printed
     int m_bDirect = 0;                    // 1: without asking the user
+    int m_bDocObject = 0;                 // 1: another job that runs has its view print; one call of OnPrint
+    int m_bPrintToFile = 0;               // 1: into a file, which the user is asked for unless it is told
+    CString m_strOutput;                  // that file
+    ITovPrinter* m_pPrinter = nullptr;    // borrowed (printing.h); null while there is none
     int m_bContinuePrinting = 1;          // 0 ends it in front of the present page
     unsigned m_nMinPage = 1;
     unsigned m_nMaxPage = 0xFFFF;  // 0xFFFF: not known
     unsigned m_nFromPage = 1;      // the pages that are printed, and in which order
     unsigned m_nToPage = 0xFFFF;
     unsigned m_nCurPage = 1;
-    CRect m_rectDraw;              // the printable area of the page, in its dots
-    void* m_lpUserData = nullptr;  // the host's own
+    std::unique_ptr<ITovPrinter>* m_pAsked = nullptr;  // where TovPreparePrinting puts the printer
+    CRect m_rectDraw;                                  // the printable area of the page, in its dots
+    void* m_lpUserData = nullptr;                      // the host's own
 };
 
 class TOV_CORE_API CTovCDCHelper : public CObject {

@@ -7,6 +7,8 @@ inline constexpr unsigned long WS_CHILD = 0x40000000;         // stands in anoth
 inline constexpr unsigned long WS_VISIBLE = 0x10000000;       // is shown, as soon as what it stands in is
 inline constexpr unsigned long WS_DISABLED = 0x08000000;      // takes neither keys nor the mouse
 inline constexpr unsigned long WS_CLIPSIBLINGS = 0x04000000;  // paints only what others leave of it
+inline constexpr unsigned long WS_CLIPCHILDREN = 0x02000000;  // paints nothing where another stands in it;
+                                                              // on a screen all are so
 inline constexpr unsigned long WS_TABSTOP = 0x00010000;       // Tab stops there
 inline constexpr unsigned long WS_GROUP = 0x00020000;         // begins a group of controls in a dialog
 inline constexpr unsigned long WS_BORDER = 0x00800000;        // has a thin frame
@@ -17,6 +19,7 @@ inline constexpr unsigned long WS_VSCROLL = 0x00200000;
 inline constexpr unsigned long WS_POPUP = 0x80000000;
 inline constexpr unsigned long WS_CAPTION = 0x00C00000;
 inline constexpr unsigned long WS_THICKFRAME = 0x00040000;  // the user can change its size
+inline constexpr unsigned long WS_MINIMIZE = 0x20000000;    // is minimised at the moment
 inline constexpr unsigned long WS_MINIMIZEBOX = 0x00020000;
 inline constexpr unsigned long WS_MAXIMIZEBOX = 0x00010000;
 
@@ -71,6 +74,10 @@ inline constexpr unsigned long LBS_EXTENDEDSEL = 0x0800;
 inline constexpr unsigned long SBS_VERT = 1;
 inline constexpr unsigned long TBS_VERT = 2;
 inline constexpr unsigned long PBS_VERTICAL = 4;
+
+// For ShowWindow; every other number but 0 shows likewise.
+inline constexpr int SW_HIDE = 0;
+inline constexpr int SW_SHOW = 5;
 
 // For RedrawWindow.
 inline constexpr unsigned RDW_INVALIDATE = 0x0001;

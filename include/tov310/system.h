@@ -3,6 +3,7 @@
 
 #include <tov310/export.h>
 #include <tov310/geometry.h>
+#include <tov310/pixels.h>
 #include <tov310/types.h>
 
 #include <memory>
@@ -52,6 +53,12 @@ class TOV_CORE_API ITovSystem {
     // Timers of windows, as CWnd has them. Answer 1 or 0.
     virtual int SetTimer(HWND window, WPARAM id, unsigned milliseconds);
     virtual int KillTimer(HWND window, WPARAM id);
+
+    // How many milliseconds lie between the two clicks of a double click at most; 500 without a screen.
+    virtual unsigned GetDoubleClickTime();
+
+    // A picture of the inside of the window as it is now, in its dots. Null where there is none.
+    virtual HBITMAP GetPicture(HWND window);
 
     // One of the system's colours, 0x00BBGGRR.
     virtual std::uint32_t GetSysColor(int index);

@@ -6,6 +6,7 @@
 namespace tov {
 
 class CDC;
+class CDocTemplate;
 class CDocument;
 class CView;
 struct CPrintInfo;
@@ -69,6 +70,15 @@ class TOV_CORE_API CMDIFrameWnd : public CFrameWnd {
     HWND m_activeChild;
 };
 
+// What a view is made from by a frame.
+struct CCreateContext {
+    CRuntimeClass const* m_pNewViewClass = nullptr;
+    CDocument* m_pCurrentDoc = nullptr;  // the view is added to it
+    CDocTemplate* m_pNewDocTemplate = nullptr;
+    CView* m_pLastView = nullptr;  // of the same document
+    CFrameWnd* m_pCurrentFrame = nullptr;
+};
+
 // A window that shows a document. Commands go to the view and then to its document.
 class TOV_CORE_API CView : public CWnd {
     TOV_DYNAMIC(CView, CWnd)
@@ -76,8 +86,12 @@ class TOV_CORE_API CView : public CWnd {
     CView() = default;
     ~CView() override;  // leaves its document
 
-    // The document that the view was added to; null for none. It belongs to others.
+    // The document that the view was added to, or that of the view around it; null for none. It belongs to
+    // others.
     CDocument* GetDocument() const { return m_pDocument; }
+
+    // Told once before the view shows its document first, when all around it stands.
+    virtual void OnInitialUpdate() {}
 
     // Told when its frame turns to it (activate 1) or away from it (0); the other view may be null.
     virtual void OnActivateView(int activate, CView* activated, CView* deactivated);
@@ -87,11 +101,70 @@ class TOV_CORE_API CView : public CWnd {
     virtual void OnPrepareDC(CDC* dc, CPrintInfo* job = nullptr);
     virtual void OnDraw(CDC* dc);
 
+    // A print job, in this order. The first sets its range of pages up and answers whether there is anything
+    // to print, commonly by TovPreparePrinting (printing.h), which asks the user; here it answers 0. OnPrint
+    // draws one page, by OnDraw here. OnEndPrinting comes as often as OnBeginPrinting, however the job ends.
+    virtual int OnPreparePrinting(CPrintInfo* job);
+    virtual void OnBeginPrinting(CDC* dc, CPrintInfo* job);
+    virtual void OnPrint(CDC* dc, CPrintInfo* job);
+    virtual void OnEndPrinting(CDC* dc, CPrintInfo* job);
+
+    // How far its content is scrolled, in pixels.
+    virtual CPoint GetScrollPosition() const { return {}; }
+
     int OnCmdMsg(unsigned id, int code, void* extra, CTovCommandInfo* info) override;
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
+
+    // The view whose command is with its document at the moment; null for none.
+    static CView* GetRoutingView();
 
  private:
     friend class CDocument;
+    friend class CTovViewExtensions;
+    int RouteToDocument(unsigned id, int code, void* extra, CTovCommandInfo* info);
+
     CDocument* m_pDocument = nullptr;
+};
+
+// A view of something that may be larger than its window.
+class TOV_CORE_API CScrollView : public CView {
+    TOV_DYNAMIC(CScrollView, CView)
+ public:
+    CScrollView() = default;
+
+    // The size of all there is to see, in pixels. Places of drawing are those in it.
+    virtual void SetScrollSizes(CSize total) { m_total = total; }
+    CSize GetTotalSize() const { return m_total; }
+
+    // Brings a place of it to the left top corner, as far as possible.
+    virtual void ScrollToPosition(CPoint /*place*/) {}
+
+ private:
+    CSize m_total;
+};
+
+// A view that holds controls.
+class TOV_CORE_API CFormView : public CScrollView {
+    TOV_DYNAMIC(CFormView, CScrollView)
+ public:
+    CFormView() = default;
+};
+
+// A view of a page of HTML.
+class TOV_CORE_API CHtmlView : public CView {
+    TOV_DYNAMIC(CHtmlView, CView)
+ public:
+    CHtmlView() = default;
+
+    // Shows the page at an address or in a file.
+    virtual void Navigate(char const* /*address*/) {}
+};
+
+// A view with views in it. Those in it have the document of the outermost one.
+class TOV_CORE_API CTovNestedView : public CView {
+    TOV_DYNAMIC(CTovNestedView, CView)
+ public:
+    CTovNestedView() = default;
 };
 
 }  // namespace tov

@@ -57,11 +57,14 @@ inline constexpr unsigned WM_MOUSEWHEEL =
     0x020A;  // upper half of wParam: 120 a notch, positive away from the user
 
 // From one window to another; the toolkit sends none of them by itself but WM_COMMAND.
-inline constexpr unsigned WM_SETREDRAW = 0x000B;   // wParam: whether it paints itself from now on
-inline constexpr unsigned WM_NOTIFY = 0x004E;      // lParam: an NMHDR const*
-inline constexpr unsigned WM_GETDLGCODE = 0x0087;  // answers the kind of control, DLGC_ bits
-inline constexpr unsigned BM_SETSTYLE = 0x00F4;    // a button becomes or ceases to be the default one
-inline constexpr unsigned BM_CLICK = 0x00F5;       // a button is to be pressed
+inline constexpr unsigned WM_SETREDRAW = 0x000B;      // wParam: whether it paints itself from now on
+inline constexpr unsigned WM_NOTIFY = 0x004E;         // lParam: an NMHDR const*
+inline constexpr unsigned WM_GETDLGCODE = 0x0087;     // answers the kind of control, DLGC_ bits
+inline constexpr unsigned BM_SETSTYLE = 0x00F4;       // a button becomes or ceases to be the default one
+inline constexpr unsigned BM_CLICK = 0x00F5;          // a button is to be pressed
+inline constexpr unsigned WM_INITIALUPDATE = 0x0364;  // a view is about to show its document first
+inline constexpr unsigned WM_PRINTCLIENT = 0x0318;  // a view is to draw itself; wParam: a CDC*; lParam: PRF_
+                                                    // bits
 // A command that was chosen: its id in the lowest 16 bits of wParam; above them what a control tells of
 // itself (EN_CHANGE ...), 0 for a menu. lParam: the handle of the control, 0 for a menu.
 inline constexpr unsigned WM_COMMAND = 0x0111;
@@ -77,6 +80,9 @@ constexpr CPoint TovPointOf(LPARAM lParam) {
     return {static_cast<int>(static_cast<std::uint32_t>(bits)),
             static_cast<int>(static_cast<std::uint32_t>(bits >> 32))};
 }
+
+// WM_PRINTCLIENT.
+inline constexpr LPARAM PRF_ERASEBKGND = 0x08;  // its background too
 
 // WM_SIZE.
 inline constexpr WPARAM SIZE_RESTORED = 0;
