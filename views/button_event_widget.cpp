@@ -7,6 +7,7 @@
 #include <QPainter>
 
 #include <tuple>
+#include <utility>
 
 namespace tov {
 
@@ -63,8 +64,11 @@ void CTovButtonEvent::FollowReal() {
 
 int CTovButtonEvent::CreateImage(CRect const* rect) {
     if (m_real == nullptr) return 0;
+    // A button that was never shown is told its size by the copying.
+    if (std::exchange(m_isCopying, true)) return 1;
     QRect const part = rect != nullptr ? TovQRect(*rect) & m_real->rect() : m_real->rect();
     m_image = m_real->grab(part);
+    m_isCopying = false;
     m_imagePlace = part.topLeft();
     update();
     return 1;

@@ -2,6 +2,7 @@
 
 #include "platform/dialog_builder.h"
 
+#include <tov310/dlg_tool_bar.h>
 #include <tov310/messages.h>
 #include <tov310/prop_sheet.h>
 #include <tov310/qt_values.h>
@@ -44,6 +45,12 @@ void CTovPropPage::Construct(HINSTANCE module, char const* name, unsigned captio
     if (m_caption.empty() && TovLoadDialogTemplate(m_module, m_template.c_str(), dialog) != 0)
         m_caption = dialog.title;
     SetWindowText(m_caption.c_str());
+}
+
+int CTovPropPage::CreateToolbar(HINSTANCE module, unsigned bitmapId, unsigned controlId,
+                                unsigned arrangeFlags) {
+    if (m_toolbar == nullptr) m_toolbar = std::make_shared<CTovDlgToolBar>(this);
+    return m_toolbar->Create(module, bitmapId, controlId, static_cast<int>(arrangeFlags), 0);
 }
 
 int CTovPropPage::Make() {

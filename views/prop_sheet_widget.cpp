@@ -3,6 +3,7 @@
 #include "platform/focus_guard.h"
 #include "platform/help_request.h"
 
+#include <tov310/dlg_tool_bar.h>
 #include <tov310/help_app.h>
 #include <tov310/messages.h>
 #include <tov310/qt_values.h>
@@ -99,6 +100,22 @@ void CTovPropSheet::SetUp(HINSTANCE module, unsigned caption, unsigned selectPag
 
 CWnd* CTovPropSheet::GetOwner() const {
     return isWindow() && parentWidget() != nullptr ? TovWnd(parentWidget()->window()) : GetParent();
+}
+
+int CTovPropSheet::CreateToolbar(HINSTANCE module, unsigned bitmapId, unsigned controlId,
+                                 unsigned arrangeFlags) {
+    if (m_toolbar == nullptr) m_toolbar = std::make_shared<CTovDlgToolBar>(this);
+    return m_toolbar->Create(module, bitmapId, controlId, static_cast<int>(arrangeFlags), 0);
+}
+
+void CTovPropSheet::EnableToolbar(int enable) {
+    QToolBar* const bar = m_toolbar != nullptr ? m_toolbar->ToolBar() : nullptr;
+    if (bar != nullptr) bar->setEnabled(enable != 0);
+}
+
+int CTovPropSheet::IsToolbarEnabled() const {
+    QToolBar const* const bar = m_toolbar != nullptr ? m_toolbar->ToolBar() : nullptr;
+    return bar != nullptr && bar->isEnabled();
 }
 
 QTabWidget* CTovPropSheet::GetTabWidget() const {

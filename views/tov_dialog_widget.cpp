@@ -4,6 +4,7 @@
 
 #include <tov310/accelerator_keys.h>
 #include <tov310/application.h>
+#include <tov310/dlg_tool_bar.h>
 #include <tov310/help_app.h>
 #include <tov310/messages.h>
 #include <tov310/qt_values.h>
@@ -248,6 +249,12 @@ void CTovDialog::setVisible(bool visible) {
         CWndOn::setVisible(visible);
     else
         QWidget::setVisible(visible);
+}
+
+int CTovDialog::CreateToolbar(HINSTANCE module, unsigned bitmapId, unsigned controlId,
+                              unsigned arrangeFlags) {
+    if (m_toolbar == nullptr) m_toolbar = std::make_shared<CTovDlgToolBar>(this);
+    return m_toolbar->Create(module, bitmapId, controlId, static_cast<int>(arrangeFlags), 0);
 }
 
 int CTovDialog::DestroyWindow() {

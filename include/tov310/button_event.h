@@ -61,6 +61,7 @@ class TOV_UI_API CTovButtonEvent : public CWndOn<QAbstractButton, CWnd> {
     std::atomic<long>* m_abortCounter;
     QPixmap m_image;
     QPoint m_imagePlace;
+    bool m_isCopying = false;
 };
 
 }  // namespace tov

@@ -56,6 +56,9 @@ class TOV_UI_API CTovPropPage : public CWndOn<QWidget, CTovPageOf<CPropertyPage>
     // The number of its template.
     unsigned long GetHelpTopic() const override { return m_helpTopic; }
 
+    int CreateToolbar(HINSTANCE module, unsigned bitmapId, unsigned controlId,
+                      unsigned arrangeFlags) override;
+
     int OnSetActive() override;
     int OnKillActive() override;
 

@@ -25,6 +25,8 @@
 
 namespace tov {
 
+class CTovDlgToolBar;
+
 class TOV_UI_API CTovPropSheet : public CWndOn<QDialog, CTovSheetOf<CPropertySheet>> {
     Q_OBJECT
     TOV_DYNCREATE(CTovPropSheet, CPropertySheet)
@@ -78,6 +80,12 @@ class TOV_UI_API CTovPropSheet : public CWndOn<QDialog, CTovSheetOf<CPropertyShe
 
     // No question mark in the frame.
     void RemoveContextHelpButton(int remove);
+
+    // A tool bar at the left of the buttons, once the sheet has a window (dlg_tool_bar.h). Answers 1, or 0.
+    // Enabling lets it be pressed or not.
+    virtual int CreateToolbar(HINSTANCE module, unsigned bitmapId, unsigned controlId, unsigned arrangeFlags);
+    void EnableToolbar(int enable);
+    int IsToolbarEnabled() const;
 
     // The parts that a host may want to dress: the tabs, and a button by its command; null where the sheet
     // has none. They are the sheet's.
@@ -138,6 +146,7 @@ class TOV_UI_API CTovPropSheet : public CWndOn<QDialog, CTovSheetOf<CPropertyShe
     void Command(int id);
     void ShowHelp(QWidget* about, QPoint const& place);
 
+    std::shared_ptr<CTovDlgToolBar> m_toolbar;
     SheetTabs* const m_tabs;
     QGridLayout* m_buttonRow = nullptr;
     std::map<int, QPushButton*> m_buttons;

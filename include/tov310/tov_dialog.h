@@ -99,6 +99,8 @@ class TOV_UI_API CTovDialog : public CWndOn<QDialog, CTovDialogOf<CDialog>> {
 
     int DestroyWindow() override;
     int EnableOkButton() override;
+    int CreateToolbar(HINSTANCE module, unsigned bitmapId, unsigned controlId,
+                      unsigned arrangeFlags) override;
 
     // The number of its template.
     unsigned long GetHelpTopic() const override { return m_helpTopic; }
