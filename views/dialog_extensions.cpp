@@ -43,6 +43,11 @@ bool IsSameDocument(CTovPtrSmart<CTovDocument> const& held, CTovPtrSmart<CTovDoc
     return held && held->Compare(other.Get()) != 0;
 }
 
+CSize ClientSizeOf(CWnd const& window) {
+    CRect const rect = window.GetClientRect();
+    return {rect.Width(), rect.Height()};
+}
+
 }  // namespace
 
 CTovDialogExtensions::CTovDialogExtensions(CDialog* dialog) : m_dialog(dialog) {}
@@ -90,6 +95,10 @@ std::unique_ptr<CDialog> CTovDialogExtensions::MakePlainDialog() {
     return std::make_unique<CDialog>();
 }
 
+void CTovDialogExtensions::TakePlaceholder(CWnd& placeholder) {
+    placeholder.DestroyWindow();
+}
+
 int CTovDialogExtensions::CreateCheckedIndirect(HINSTANCE module, unsigned id, CDialog* dialog, CWnd* parent,
                                                 int asChild) {
     CTovDialogTemplate source;
@@ -109,12 +118,13 @@ int CTovDialogExtensions::InitChildDialogs(int moveOntoPlaceholder) {
         CWnd::FromHandlePermanent(m_dialog->GetDlgItem(static_cast<int>(m_placeholderId)));
     if (placeholder == nullptr) return 1;
     m_placeholderRect = TovRectWithin(*placeholder, *m_dialog);
-    placeholder->DestroyWindow();
+    TakePlaceholder(*placeholder);
     bool const hasDefault = HasDefaultButton(*m_dialog);
     // A dialog that is made may add others, or end this one.
     HWND const self = m_dialog->GetSafeHwnd();
     for (std::size_t i = 0; i < m_children.size(); ++i) {
         CDialog* const dialog = m_children[i].dialog.get();
+        PrepareChildDialog(*dialog);
         CreateCheckedIndirect(m_children[i].module, m_children[i].id, dialog, m_dialog, 1);
         if (!IsWindow(self)) return 1;
         if (!dialog->GetSafeHwnd()) continue;
@@ -253,9 +263,9 @@ void CTovDialogExtensions::TakeUnits() {
 
 CWnd* CTovDialogExtensions::ItemToArrange(unsigned id) const {
     if (m_dialog == nullptr) return nullptr;
-    // The placeholder has gone.
-    if (id == m_placeholderId && !m_children.empty()) return m_children.front().dialog.get();
-    return CWnd::FromHandlePermanent(m_dialog->GetDlgItem(static_cast<int>(id)));
+    CWnd* const control = CWnd::FromHandlePermanent(m_dialog->GetDlgItem(static_cast<int>(id)));
+    bool const hasGone = control == nullptr && id == m_placeholderId && !m_children.empty();
+    return hasGone ? m_children.front().dialog.get() : control;
 }
 
 void CTovDialogExtensions::AddItemToArrange(int moveX, int sizeX, int moveY, int sizeY, unsigned id) {
@@ -339,7 +349,10 @@ int CTovDialogExtensions::OnExtensionMessage(unsigned message, WPARAM wParam) {
             OnPostInitDialog();
             return 1;
         case WM_FONTCHANGE:
-            if (!m_arrangement.IsEmpty()) TakeUnits();
+            if (m_arrangement.IsEmpty()) return 0;
+            TakeUnits();
+            m_arrangement.ArrangeAgain(ClientSizeOf(*m_dialog), [this](ARRANGE_ITEM const& item, int dx,
+                                                                       int dy) { PlaceItem(item, dx, dy); });
             return 0;
         default:
             return 0;

@@ -1,6 +1,8 @@
 #include <tov310/tov_dialog.h>
 
+#include "platform/child_ground.h"
 #include "platform/dialog_builder.h"
+#include "platform/help_request.h"
 
 #include <tov310/accelerator_keys.h>
 #include <tov310/application.h>
@@ -133,6 +135,15 @@ std::unique_ptr<CDialog> CTovDialog::MakePlainDialog() {
     return std::make_unique<CTovDialog>();
 }
 
+void CTovDialog::TakePlaceholder(CWnd& placeholder) {
+    m_childGround = std::make_unique<ChildGround>(*this, placeholder);
+    CTovDialogOf::TakePlaceholder(placeholder);
+}
+
+void CTovDialog::PrepareChildDialog(CDialog& child) {
+    if (m_childGround != nullptr) m_childGround->Prepare(child);
+}
+
 LRESULT CTovDialog::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) {
     HWND const self = GetSafeHwnd();
     LRESULT const result = CTovDialogOf::WindowProc(message, wParam, lParam);
@@ -220,7 +231,7 @@ int CTovDialog::Create(HINSTANCE module, CWnd* parent) {
 int CTovDialog::CreateIndirect(CTovDialogTemplate const& dialog, CWnd* parent) {
     if (m_isReady) return 0;
     QWidget* const around = TovWidget(parent);
-    if (around != nullptr && around != parentWidget()) setParent(around, windowFlags());
+    if (around != nullptr && !around->isAncestorOf(this)) setParent(around, windowFlags());
     m_given = &dialog;
     QPointer<CTovDialog> const alive(this);
     Readiness const readiness = Prepare();
@@ -340,7 +351,7 @@ void CTovDialog::keyPressEvent(QKeyEvent* event) {
         PressEnter();
     else if (event->key() == Qt::Key_F1 && (event->modifiers() & ~Qt::ShiftModifier) == 0 && isWindow() &&
              CTovHelpApp::Get() != nullptr)
-        ShowHelp(focusWidget(), QCursor::pos());
+        OnHelpInfo(HelpRequest(focusWidget(), *this, QCursor::pos()));
     else
         CWndOn::keyPressEvent(event);
 }
@@ -358,7 +369,7 @@ bool CTovDialog::event(QEvent* event) {
             if (CTovHelpApp::Get() == nullptr) break;
             auto const& help = static_cast<QHelpEvent const&>(*event);
             QWhatsThis::leaveWhatsThisMode();
-            ShowHelp(childAt(help.pos()), help.globalPos());
+            OnHelpInfo(HelpRequest(childAt(help.pos()), *this, help.globalPos()));
             event->accept();
             return true;
         }
@@ -366,19 +377,6 @@ bool CTovDialog::event(QEvent* event) {
             break;
     }
     return CWndOn::event(event);
-}
-
-void CTovDialog::ShowHelp(QWidget* about, QPoint const& place) {
-    HELPINFO info;
-    info.MousePos = TovPoint(place);
-    CWnd const* const control = about != nullptr && about != this ? TovWnd(about) : nullptr;
-    if (control != nullptr) {
-        info.hItemHandle = control->GetSafeHwnd();
-        info.iCtrlId = control->GetDlgCtrlID();
-    }
-    for (QWidget const* w = about; w != nullptr && w != this && info.dwContextId == 0; w = w->parentWidget())
-        info.dwContextId = w->property(tovHelpIdProperty).toUInt();
-    OnHelpInfo(info);
 }
 
 CTovDialogCV::~CTovDialogCV() = default;

@@ -31,9 +31,9 @@ class CTovDlgToolBar;
 struct HELPINFO {
     int iContextType = 1;           // 1: a window, 2: an entry of a menu
     int iCtrlId = 0;                // of the control or the entry
-    HWND hItemHandle;               // the control
+    HWND hItemHandle{};             // the control
     unsigned long dwContextId = 0;  // its topic; 0 where it has none
-    CPoint MousePos;                // of the screen
+    CPoint MousePos{};              // of the screen
 };
 class CTovEditSwitched;
 
@@ -173,6 +173,10 @@ class TOV_CORE_API CTovDialogExtensions : public CTovOkHost, public CTovTipExten
 
     // A dialog without a class of its own.
     virtual std::unique_ptr<CDialog> MakePlainDialog();
+
+    // The placeholder is to go, and each child dialog, which has no window yet, to come into its place.
+    virtual void TakePlaceholder(CWnd& placeholder);
+    virtual void PrepareChildDialog(CDialog& /*child*/) {}
 
     // --- What the handlers of all hosts have in common
 

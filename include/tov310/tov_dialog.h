@@ -34,6 +34,8 @@
 
 namespace tov {
 
+class ChildGround;
+
 // A control of a dialog says by this property, a number, which topic of the host's help is about it.
 inline constexpr char const* tovHelpIdProperty = "tovHelpId";
 
@@ -129,6 +131,8 @@ class TOV_UI_API CTovDialog : public CWndOn<QDialog, CTovDialogOf<CDialog>> {
     void OnSetDialogDocument() override;
     void OnUnsetDialogDocument() override;
     std::unique_ptr<CDialog> MakePlainDialog() override;
+    void TakePlaceholder(CWnd& placeholder) override;
+    void PrepareChildDialog(CDialog& child) override;
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -145,7 +149,6 @@ class TOV_UI_API CTovDialog : public CWndOn<QDialog, CTovDialogOf<CDialog>> {
     void FocusFirstControl();
     void Command(int id);
     void PressEnter();
-    void ShowHelp(QWidget* about, QPoint const& place);
 
     HINSTANCE m_module = nullptr;
     CString m_template;                           // its name; empty for none
@@ -160,6 +163,7 @@ class TOV_UI_API CTovDialog : public CWndOn<QDialog, CTovDialogOf<CDialog>> {
     bool m_isShownAtOnce = false;
     bool m_wasActive = false;  // when it was hidden
     bool m_isLoopOver = false;
+    std::unique_ptr<ChildGround> m_childGround;
     std::shared_ptr<std::optional<int>> m_end;  // of the modal loop; null without one
     std::vector<QPointer<QObject>> m_made;
 };

@@ -64,6 +64,7 @@ class FakeWindowOf : public Base, public FakeFamily {
         if (m_desk->focus == this->GetSafeHwnd()) m_desk->focus = {};
         if (auto* const family = dynamic_cast<FakeFamily*>(GetParent()))
             std::erase(family->children, this->GetSafeHwnd());
+        this->Detach();  // nobody is to find it while its bases go
     }
 
     CWnd* GetParent() const override { return CWnd::FromHandlePermanent(parent); }

@@ -1,6 +1,8 @@
 #include "support/faults.h"
 #include "support/widgets.h"
 
+#include <tov310/application.h>
+#include <tov310/cmd_ui.h>
 #include <tov310/hooks.h>
 #include <tov310/messages.h>
 #include <tov310/qt_values.h>
@@ -272,6 +274,66 @@ TEST_F(Dialog, OutlivesWhatItStandsOn) {
         EXPECT_TRUE(IsActivated(modeless));
         QTest::mouseClick(&modeless.Item(IDOK), Qt::LeftButton);
         EXPECT_FALSE(modeless.GetSafeHwnd());
+    }
+}
+
+TEST_F(Dialog, BesideOthersDeletesItselfWhenItEnds) {
+    CTovDialog without;
+    EXPECT_EQ(without.Create(Module()), -1);
+    for (int const autoDelete : {1, 0}) {
+        auto* const dialog = std::make_unique<Station>().release();
+        QPointer<Station> const alive(dialog);
+        dialog->AutoDelete(autoDelete);
+        EXPECT_EQ(dialog->Create(Module()), 1);
+        EXPECT_EQ(dialog->Modeless(), 1);
+        dialog->show();
+        // In its own handler, which goes on.
+        dialog->onCommand = [dialog](int) {
+            EXPECT_EQ(dialog->DestroyWindow(), 1);
+            EXPECT_EQ(dialog->DestroyWindow(), 0);
+            return !dialog->isVisible();
+        };
+        dynamic_cast<QRadioButton&>(dialog->Item(1012)).click();
+        EXPECT_TRUE(alive);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_EQ(alive.isNull(), autoDelete != 0);
+        delete alive.data();
+    }
+}
+
+TEST_F(Dialog, TakesOverKeysAndEditsAndTellsWhenItStands) {
+    CWinApp app;
+    CTovFrameWnd main;
+    HACCEL keys;
+    keys.Add({ACCEL::eControl, 'K', 40001});
+    TovSetAccelerators(&main, keys);
+    EXPECT_EQ(TovGetAccelerators(&main), keys);
+    app.SetMainWnd(TovHandle(&main));
+    Station dialog;
+    QSignalSpy const initialized(&dialog, &CTovDialog::initialized);
+    dialog.UseInheritedAccelerators(1);
+    CTovEditSwitched* edit = nullptr;
+    dialog.onInit = [&] {
+        edit = dialog.AddEdit(1001, 1L, 60L);
+        EXPECT_EQ(dialog.AddEdit(1001, eTovSwitchedString), edit);
+        EXPECT_EQ(dialog.AddEdit(4040, 1.0, 2.0), nullptr);
+        return 1;
+    };
+    for (int round = 1; round < 3; ++round) {
+        Run(dialog, [&] {
+            QCoreApplication::processEvents();
+            EXPECT_EQ(initialized.count(), round);
+            EXPECT_EQ(&dialog.Edit(1001), edit);
+            EXPECT_EQ(edit->GetType(), eTovSwitchedLong);
+            EXPECT_EQ(TovWidget(dialog.GetDlgItem(1001)), edit);
+            edit->GetEdit().setText("61");
+            EXPECT_EQ(edit->Validate(nullptr), CTovInputControl::eStateInvalid);
+            dialog.Edit(4040).SetInt(3);  // stands nowhere
+            dialog.commands.clear();
+            QTest::keyClick(&dialog, Qt::Key_K, Qt::ControlModifier);
+            EXPECT_THAT(dialog.commands, ElementsAre(40001));
+            dialog.reject();
+        });
     }
 }
 
