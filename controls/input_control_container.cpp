@@ -38,6 +38,15 @@ void GiveFocusTo(HWND control) {
     if (CWnd* const window = CWnd::FromHandlePermanent(control)) window->SetFocus();
 }
 
+// A form that hooks itself in its constructor is born by that. One that cannot be would take wrong input
+// without a word.
+HWND Born(CWnd* window) {
+    HWND const handle = window != nullptr ? window->NeedHandle() : HWND{};
+    if (!handle)
+        TovReportFault("the window of a container of input controls is to be created before it is hooked");
+    return handle;
+}
+
 }  // namespace
 
 CTovInputControlContainer::CTovInputControlContainer(CWnd* window)
@@ -173,10 +182,11 @@ int CTovInputControlContainer::MakePushlikeIfNotStandardButton(HWND window) {
 }
 
 void CTovInputControlContainer::HookContainer() {
-    m_SubclassContainer->HookWindow(HandleOf(m_pWnd));
+    m_SubclassContainer->HookWindow(Born(m_pWnd));
 }
 
 void CTovInputControlContainer::HookAllDlgCtrls(CRuntimeClass const* exclude) {
+    Born(m_pWnd);
     m_bDlgCtrlsHooked = 1;
     // Children are asked for first: a control of the toolkit's own is a window only then.
     std::vector<HWND> const children = DirectChildren();

@@ -7,6 +7,15 @@ namespace tov {
 
 struct CTovDialogTemplate;
 
+// Buttons that dialogs, sheets and wizards know.
+inline constexpr int IDOK = 1;
+inline constexpr int IDCANCEL = 2;
+inline constexpr int IDHELP = 9;
+inline constexpr int ID_APPLY_NOW = 12321;
+inline constexpr int ID_WIZBACK = 12323;
+inline constexpr int ID_WIZNEXT = 12324;
+inline constexpr int ID_WIZFINISH = 12325;
+
 // A window of controls that ends with a number. Every way to press OK, be it the button, Enter or code, is
 // the command IDOK, and the dialog ends where that reaches OnOK; with Cancel, Escape and the closing of the
 // window it is the same by IDCANCEL and OnCancel.
@@ -44,8 +53,8 @@ class TOV_CORE_API CDialog : public CWnd {
     // itself.
     virtual int OnInitDialog() { return 1; }
 
-    virtual void OnOK() { EndDialog(1); }
-    virtual void OnCancel() { EndDialog(2); }
+    virtual void OnOK() { EndDialog(IDOK); }
+    virtual void OnCancel() { EndDialog(IDCANCEL); }
 
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
 };

@@ -5,6 +5,19 @@
 // the press that wanted to move it reaches nobody, and OnShowValidationText is called with the control's own
 // words. Cancel is never blocked; OK, Apply, Next and Finish ask all controls and are swallowed while one of
 // them fails.
+//
+//   class NewPoint : public tov::CTovDialog, public tov::CTovInputControlContainer {
+//    public:
+//       explicit NewPoint(QWidget* parent) : CTovDialog(parent), CTovInputControlContainer(this) { ... }
+//    protected:
+//       int OnInitDialog() override {  // all controls stand
+//           HookContainer();
+//           HookAllDlgCtrls(nullptr);
+//           return 1;
+//       }
+//       void OnShowValidationText(tov::HWND window, unsigned id, unsigned long data,
+//                                 tov::CString* message) override;  // shows the words, in a tool tip say
+//   };
 #pragma once
 
 #include <tov310/export.h>
@@ -35,9 +48,10 @@ class TOV_CORE_API CTovInputControlContainer {
 
     // Asks all controls for a command, as OK does; a failing one gets the focus and its words are shown. 1:
     // all are right. A window that is not the library's asks it where it accepts
-    // what was typed (1), applies it (12321) or turns to the next page (12324):
+    // what was typed (IDOK), applies it (ID_APPLY_NOW) or turns to the next page (ID_WIZNEXT):
     //
-    //   void MyDialog::accept() { if (m_container.ValidateCommand(1)) QDialog::accept(); }
+    //   MyDialog::MyDialog() : CTovInputControlContainer(tov::TovWnd(this)) { ... }
+    //   void MyDialog::accept() { if (ValidateCommand(tov::IDOK)) QDialog::accept(); }
     int ValidateCommand(int command);
 
     // The first control that is wrongly empty; null for none.
@@ -91,11 +105,12 @@ class TOV_CORE_API CTovInputControlContainer {
     static int MakePushlikeIfNotStandardButton(HWND window);
 
  protected:
-    // Hooks the container's own window.
+    // Hooks the container's own window, which is born by that where it is a widget's. A window that has ended
+    // and is born again is hooked anew, as it is in the OnInitDialog of a dialog.
     void HookContainer();
 
-    // Hooks all that stand in it, but not direct children of the excluded class; a second call hooks what is
-    // new.
+    // Hooks all that stand in it now, but not direct children of the excluded class; a second call hooks what
+    // is new.
     void HookAllDlgCtrls(CRuntimeClass const* exclude);
     void UnhookAllDlgCtrls();
 

@@ -4,6 +4,7 @@
 // and TovRegisterMessage (window.h) hands out the numbers behind them to further names.
 #pragma once
 
+#include <tov310/dialog.h>
 #include <tov310/types.h>
 #include <tov310/window_messages.h>
 
@@ -152,15 +153,6 @@ struct NMHDR {
     int code = 0;
 };
 inline constexpr int CDN_FILEOK = -606;  // a file dialog: its OK button
-
-// Buttons that dialogs, sheets and wizards know.
-inline constexpr int IDOK = 1;
-inline constexpr int IDCANCEL = 2;
-inline constexpr int IDHELP = 9;
-inline constexpr int ID_APPLY_NOW = 12321;
-inline constexpr int ID_WIZBACK = 12323;
-inline constexpr int ID_WIZNEXT = 12324;
-inline constexpr int ID_WIZFINISH = 12325;
 
 #define TOV_MESSAGE_NUMBER(name) \
     inline constexpr unsigned name = tovFirstRegisteredMessage + detail::ordinal_##name;

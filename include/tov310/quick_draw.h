@@ -45,7 +45,8 @@ class TOV_CORE_API CTovQuickDraw : public CTovSubclassWnd {
     void SetNotifyWnd(CView const* view);
     CView* GetNotifyWnd() const;
 
-    // Puts the hook on a window. Answers 1, or 0 where that is not possible.
+    // Puts the hook on a window, which must be born: that of a widget is once it was shown, or by TovWnd.
+    // Answers 1, or 0 where that is not possible.
     virtual int Install(CWnd* window);
     // Answers 1, or 0 where it is on none. What was painted in memory is given up.
     virtual int Uninstall();

@@ -96,8 +96,9 @@ class TOV_CORE_API CView : public CWnd {
     // Told when its frame turns to it (activate 1) or away from it (0); the other view may be null.
     virtual void OnActivateView(int activate, CView* activated, CView* deactivated);
 
-    // Asked before each drawing to set a device up, and to draw on it. The job is null but while printing;
-    // there it may be told that no page is left (m_bContinuePrinting).
+    // Asked before each drawing to set a device up, and to draw on it, by a CTovQuickDraw on the window
+    // (quick_draw.h) or by whoever prints; without one the window paints as its toolkit does. The job is null
+    // but while printing; there it may be told that no page is left (m_bContinuePrinting).
     virtual void OnPrepareDC(CDC* dc, CPrintInfo* job = nullptr);
     virtual void OnDraw(CDC* dc);
 

@@ -50,9 +50,9 @@ TOV_UI_API QEvent* TovEventOf(CWnd const& window, unsigned message);
 TOV_UI_API HFONT TovFont(QFont const& font);
 TOV_UI_API QFont TovQFont(HFONT font);  // the application's for null
 
-// Numbers by which a form knows its controls. A number can stand in a form as the property "tovId" too; the
-// buttons of a QDialogButtonBox have theirs (IDOK, IDCANCEL, 12321 for Apply); every other control gets a
-// free one when it is asked for.
+// Numbers by which a form knows its controls. A number can stand in a form as the dynamic property "tovId"
+// too; the buttons of a QDialogButtonBox have theirs (IDOK, IDCANCEL, ID_APPLY_NOW); every other control gets
+// a free one when it is asked for.
 inline constexpr char const* tovIdProperty = "tovId";
 
 namespace detail {

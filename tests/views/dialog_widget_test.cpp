@@ -362,6 +362,38 @@ TEST_F(Dialog, OfPlainCodeIsAskedOnce) {
     }
 }
 
+TEST_F(Dialog, IsGuardedFromItsConstructorOn) {
+    struct Form : CTovDialog, CTovInputControlContainer {
+        Form() : CTovInputControlContainer(this) {
+            layout.addWidget(&name);
+            layout.addWidget(&box);
+            HookContainer();
+            HookAllDlgCtrls(nullptr);
+        }
+        void OnShowValidationText(HWND at, unsigned, unsigned long, CString*) override {
+            refused += TovWidget(at) == &name;
+        }
+        QVBoxLayout layout{this};
+        CTovEditString name;
+        QDialogButtonBox box{QDialogButtonBox::Ok};
+        int refused = 0;
+    } form;
+    EXPECT_EQ(Run(form,
+                  [&] {
+                      form.box.button(QDialogButtonBox::Ok)->click();
+                      EXPECT_TRUE(form.refused == 1 && form.isVisible());
+                      form.name.SetString("A 12");
+                      form.box.button(QDialogButtonBox::Ok)->click();
+                  }),
+              IDOK);
+
+    // One that has no window would take everything.
+    struct Nothing : CTovInputControlContainer {
+        Nothing() : CTovInputControlContainer(nullptr) { HookContainer(); }
+    } const nothing;
+    EXPECT_EQ(test::TakeFaults().size(), 1u);
+}
+
 struct Sliders : ITovControlFactory {
     CWnd* CreateControl(char const* name, unsigned long, CRect const&, CWnd* parent) override {
         return std::string("Odometer") == name ? TovWnd(new QSlider(TovWidget(parent))) : nullptr;
