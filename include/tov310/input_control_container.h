@@ -4,7 +4,7 @@
 // The control that is left is asked before another gets the focus. If it is wrong, the focus goes back to it,
 // the press that wanted to move it reaches nobody, and OnShowValidationText is called with the control's own
 // words. Cancel is never blocked; OK, Apply, Next and Finish ask all controls and are swallowed while one of
-// them fails.
+// them fails. CTovDialogCV (tov_dialog.h) does all that follows by itself.
 //
 //   class NewPoint : public tov::CTovDialog, public tov::CTovInputControlContainer {
 //    public:

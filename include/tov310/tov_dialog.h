@@ -43,8 +43,7 @@ class TOV_UI_API CTovDialog : public CWndOn<QDialog, CTovDialogOf<CDialog>> {
     Q_OBJECT
     TOV_DYNCREATE(CTovDialog, CDialog)
  public:
-    // A dialog whose controls the host makes, in the constructor of its class or by a form. The OK and the
-    // Cancel of a QDialogButtonBox in it need not be connected.
+    // A dialog whose controls the host makes, in the constructor of its class or by a form.
     explicit CTovDialog(QWidget* parent = nullptr);
 
     // A dialog with a template, dialogs/ID.json or dialogs/NAME.json (docs/resources.md), of the module that

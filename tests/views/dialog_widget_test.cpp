@@ -384,8 +384,9 @@ TEST_F(Dialog, IsGuardedFromItsConstructorOn) {
                       EXPECT_TRUE(form.refused == 1 && form.isVisible());
                       form.name.SetString("A 12");
                       form.box.button(QDialogButtonBox::Ok)->click();
-                  }),
-              IDOK);
+                  },
+                  false),
+              QDialog::Accepted);
 
     // One that has no window would take everything.
     struct Nothing : CTovInputControlContainer {
