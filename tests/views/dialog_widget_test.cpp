@@ -378,7 +378,8 @@ TEST_F(Dialog, IsGuardedFromItsConstructorOn) {
         QDialogButtonBox box{QDialogButtonBox::Ok};
         int refused = 0;
     } form;
-    EXPECT_EQ(Run(form,
+    EXPECT_EQ(Run(
+                  form,
                   [&] {
                       form.box.button(QDialogButtonBox::Ok)->click();
                       EXPECT_TRUE(form.refused == 1 && form.isVisible());
