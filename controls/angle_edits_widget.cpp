@@ -192,14 +192,7 @@ unsigned CTovEditValueAngle::UnitMessage() const {
 template <class Edit>
 void CTovEditValueAngle::MakeField(CTovAngleFieldSetup const& setup, Child& child) {
     auto edit = std::make_unique<FieldOf<Edit>>(*this);
-    edit->setFont(font());
-    edit->ModifyStyle(0, setup.style & (ES_RIGHT | WS_TABSTOP));
-    HINSTANCE module{};
-    unsigned menu = 0;
-    GetMenu(module, menu);
-    edit->SetMenu(module, menu);
-    edit->ReadOnlyKeepsFocus(1);  // it is enabled as the whole angle is
-    TovHandle(edit.get());
+    AddAdditionalEditFields(edit.get(), setup.style);
     CTovEditIntegerHost* integer = nullptr;
     CTovEditFloatingHost* floating = nullptr;
     if constexpr (std::is_base_of_v<CTovEditIntegerHost, Edit>) integer = edit.get();
@@ -207,6 +200,17 @@ void CTovEditValueAngle::MakeField(CTovAngleFieldSetup const& setup, Child& chil
     child.asField = std::make_unique<CTovAngleFieldEdit>(setup, *edit, integer, floating);
     child.link = &edit->m_angle;
     child.edit = std::move(edit);
+}
+
+void CTovEditValueAngle::AddAdditionalEditFields(CTovEdit* edit, unsigned long style) {
+    edit->setFont(font());
+    edit->ModifyStyle(0, style & (ES_RIGHT | WS_TABSTOP));
+    HINSTANCE module{};
+    unsigned menu = 0;
+    GetMenu(module, menu);
+    edit->SetMenu(module, menu);
+    edit->ReadOnlyKeepsFocus(1);  // it is enabled as the whole angle is
+    TovHandle(edit);
 }
 
 ITovAngleField* CTovEditValueAngle::CreateField(CTovAngleFieldSetup const& setup) {

@@ -96,6 +96,9 @@ class TOV_UI_API CTovEditValueAngle : public CTovEditValueAngleOn<CTovEditValue>
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
+    // Gives a new field what it has of the edit: font, menu, the bits of a window's style, and its window.
+    // Its range and filter come after.
+    virtual void AddAdditionalEditFields(CTovEdit* edit, unsigned long style);
     ITovAngleField* CreateField(CTovAngleFieldSetup const& setup) override;
     void DestroyFields() override;
     int GetMaskIndent() override;

@@ -511,9 +511,16 @@ TEST(AngleEditWidget, TellsWhetherItIsEmptyAndOfItsUnit) {
             ++changes;
             CTovEditValueAngle::OnUnitChangedAngle();
         }
+        void AddAdditionalEditFields(CTovEdit* edit, unsigned long style) override {
+            CTovEditValueAngle::AddAdditionalEditFields(edit, style);
+            edit->SetColorText(0x000000FF);
+        }
         int changes = 0;
     };
     ValueForm<Edit> form(12);
+    form.edit.SetUnit(15);
+    form.edit.SetUnit(12);
+    EXPECT_EQ(form.Field(eTovFieldMinutes).palette().color(QPalette::Text), QColor(Qt::red)) << "the host's";
     std::vector<bool> told;
     QObject::connect(&form.edit, &CTovEdit::emptyChanged, [&](bool empty) { told.push_back(empty); });
     form.edit.FieldEdit(eTovFieldDegrees)->setFocus();
