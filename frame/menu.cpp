@@ -198,6 +198,10 @@ void CMenu::MeasureItem(MEASUREITEMSTRUCT*) {}
 
 void CMenu::DrawItem(DRAWITEMSTRUCT*) {}
 
+std::unique_ptr<CMenu> CMenu::MakeForCopies() const {
+    return nullptr;
+}
+
 int CMenu::TakeEntries(CMenu& other) {
     if (StandsIn(other)) return 0;
     std::vector<Entry> entries = std::exchange(other.m_entries, {});
@@ -231,8 +235,12 @@ std::vector<CMenu::Entry> CMenu::Copies(CMenu const& from) {
         if (entry.popup == nullptr) {
             copies.emplace_back(entry.flags, entry.id, entry.text.c_str());
         } else {
-            auto popup = std::make_unique<CMenu>();
+            std::unique_ptr<CMenu> popup = entry.popup->MakeForCopies();
+            bool const draws = popup != nullptr;
+            if (!draws) popup = std::make_unique<CMenu>();
             popup->InsertCopies(*entry.popup, 0);
+            for (Entry& copy : popup->m_entries)
+                if (!draws) copy.flags &= ~MF_OWNERDRAW;
             copies.emplace_back(entry.flags, std::move(popup),
                                 CutToCharacters(entry.text, longestPopupText).c_str());
         }

@@ -70,9 +70,7 @@ int CTovMenuPopUp::Load(CMenu& whole) {
     TakeEntries(*first);
     m_menu.TakeEntries(whole);
     m_bMenu = 1;
-    m_bWindow = 0;
     m_bCustomized = 0;
-    m_window = {};
     return 1;
 }
 

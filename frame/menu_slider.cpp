@@ -42,31 +42,30 @@ MenuPlace FindEntry(CMenu& menu, Question const& question) {
 
 }  // namespace
 
-// The menu of the slides. It and its slider know each other until one of them ends.
+// The menu of the slides, or a copy of it.
 class CTovMenuSlider::Popup final : public CMenu {
  public:
-    explicit Popup(CTovMenuSlider& slider) : m_slider(&slider) {}
+    explicit Popup(std::shared_ptr<CTovMenuSlider*> slider) : m_slider(std::move(slider)) {}
     ~Popup() override {
-        if (m_slider != nullptr) m_slider->m_popup = nullptr;
+        if (*m_slider != nullptr && (*m_slider)->m_popup == this) (*m_slider)->m_popup = nullptr;
     }
-
-    void Release() { m_slider = nullptr; }
 
     void MeasureItem(MEASUREITEMSTRUCT* item) override {
-        if (m_slider != nullptr) m_slider->MeasureItem(item);
+        if (*m_slider != nullptr) (*m_slider)->MeasureItem(item);
     }
     void DrawItem(DRAWITEMSTRUCT* item) override {
-        if (m_slider != nullptr) m_slider->DrawItem(item);
+        if (*m_slider != nullptr) (*m_slider)->DrawItem(item);
     }
+    std::unique_ptr<CMenu> MakeForCopies() const override { return std::make_unique<Popup>(m_slider); }
 
  private:
-    CTovMenuSlider* m_slider;
+    std::shared_ptr<CTovMenuSlider*> m_slider;
 };
 
-CTovMenuSlider::CTovMenuSlider() = default;
+CTovMenuSlider::CTovMenuSlider() : m_self(std::make_shared<CTovMenuSlider*>(this)) {}
 
 CTovMenuSlider::~CTovMenuSlider() {
-    if (m_popup != nullptr) m_popup->Release();
+    *m_self = nullptr;
 }
 
 void CTovMenuSlider::SetCountSlides(unsigned count) {
@@ -83,7 +82,7 @@ int CTovMenuSlider::InsertIntoMenu(CMenu& menu, char const* text) {
     m_colorSelection = Apart(m_colorMenu, 1);
     m_colorFrame = Apart(m_colorMenu, 2);
 
-    auto popup = std::make_unique<Popup>(*this);
+    auto popup = std::make_unique<Popup>(m_self);
     for (unsigned i = 0; i < m_count; ++i) {
         popup->AppendMenu(MF_OWNERDRAW, FirstCommand + i);
         popup->SetMenuItemData(i, i, MF_BYPOSITION);
@@ -91,6 +90,12 @@ int CTovMenuSlider::InsertIntoMenu(CMenu& menu, char const* text) {
     m_popup = popup.get();
     unsigned const id = token.menu->GetMenuItemID(token.position);
     m_tokenId = id != tovNoMenuItem ? id : 0;
+    // Of a popup the higher bits count its entries.
+    constexpr unsigned stateOfPopup = MF_GRAYED | MF_DISABLED | MF_CHECKED;
+    bool const isPopup = token.menu->GetSubMenu(token.position) != nullptr;
+    m_tokenState = token.menu->GetMenuState(token.position, MF_BYPOSITION) &
+                   (isPopup ? stateOfPopup : stateOfPopup | MF_RADIOCHECK);
+    m_tokenData = token.menu->GetMenuItemData(token.position, MF_BYPOSITION);
     return token.menu->ModifyMenu(token.position, MF_BYPOSITION | MF_POPUP, std::move(popup), text);
 }
 
@@ -105,7 +110,9 @@ int CTovMenuSlider::RemoveFromMenu(CMenu& menu) const {
     MenuPlace const slides =
         FindEntry(menu, [this](CMenu& in, unsigned position) { return in.GetSubMenu(position) == m_popup; });
     if (slides.menu == nullptr) return 0;
-    return slides.menu->ModifyMenu(slides.position, MF_BYPOSITION | MF_STRING, m_tokenId, sliderToken);
+    slides.menu->ModifyMenu(slides.position, MF_BYPOSITION | MF_STRING | m_tokenState, m_tokenId,
+                            sliderToken);
+    return slides.menu->SetMenuItemData(slides.position, m_tokenData, MF_BYPOSITION);
 }
 
 void CTovMenuSlider::MeasureItem(MEASUREITEMSTRUCT* item) {

@@ -94,7 +94,52 @@ std::function<std::unique_ptr<QEvent>()> Maker(QEvent const& event) {
                                                  inverted, source, device);
         };
     }
+    if (auto const* const pen = dynamic_cast<QTabletEvent const*>(&event)) {
+        return [type = pen->type(), device = pen->pointingDevice(), place = pen->position(),
+                global = pen->globalPosition(), pressure = pen->pressure(),
+                tilt = std::pair(static_cast<float>(pen->xTilt()), static_cast<float>(pen->yTilt())),
+                tangential = static_cast<float>(pen->tangentialPressure()), rotation = pen->rotation(),
+                z = static_cast<float>(pen->z()), modifiers = pen->modifiers(), button = pen->button(),
+                buttons = pen->buttons()] {
+            return std::make_unique<QTabletEvent>(type, device, place, global, pressure, tilt.first,
+                                                  tilt.second, tangential, rotation, z, modifiers, button,
+                                                  buttons);
+        };
+    }
+    if (auto const* const gesture = dynamic_cast<QNativeGestureEvent const*>(&event)) {
+        return
+            [type = gesture->gestureType(), device = gesture->pointingDevice(),
+             fingers = gesture->fingerCount(), local = gesture->position(), scene = gesture->scenePosition(),
+             global = gesture->globalPosition(), value = gesture->value(), delta = gesture->delta()] {
+                return std::make_unique<QNativeGestureEvent>(type, device, fingers, local, scene, global,
+                                                             value, delta);
+            };
+    }
+    if (auto const* const enter = dynamic_cast<QEnterEvent const*>(&event)) {
+        return [local = enter->position(), scene = enter->scenePosition(), global = enter->globalPosition(),
+                device = enter->pointingDevice()] {
+            return std::make_unique<QEnterEvent>(local, scene, global, device);
+        };
+    }
     return [copy = std::shared_ptr<QEvent>(event.clone())] { return std::unique_ptr<QEvent>(copy->clone()); };
+}
+
+bool IsTouch(QEvent::Type type) {
+    return type == QEvent::TouchBegin || type == QEvent::TouchUpdate || type == QEvent::TouchEnd;
+}
+
+bool IsPen(QEvent::Type type) {
+    return type == QEvent::TabletPress || type == QEvent::TabletMove || type == QEvent::TabletRelease;
+}
+
+// Whether something goes down while nothing else of the same is down.
+bool BeginsPress(QEvent const& event) {
+    if (event.type() == QEvent::TouchBegin) return true;
+    bool const isPress = event.type() == QEvent::MouseButtonPress ||
+                         event.type() == QEvent::MouseButtonDblClick || event.type() == QEvent::TabletPress;
+    if (!isPress) return false;
+    auto const& pointer = static_cast<QSinglePointEvent const&>(event);
+    return pointer.buttons() == pointer.button();
 }
 
 QWidget const* NearestWidget(QObject const* object) {
@@ -108,8 +153,8 @@ QWidget const* NearestWidget(QObject const* object) {
 void WindowPump::Pump(HWND window) {
     QWidget* const widget = TovIsUserInterfaceThread() ? TovWidget(window) : nullptr;
     if (widget == nullptr) return;
+    if (!IsFiltering()) QCoreApplication::instance()->installEventFilter(this);
     bool const isOutermost = !std::exchange(m_isPumping, true);
-    if (isOutermost && m_held.empty()) QCoreApplication::instance()->installEventFilter(this);
     QPointer<QWidget> const around = std::exchange(m_pumped, widget);
     {
         CTovPostHold const hold;
@@ -120,23 +165,22 @@ void WindowPump::Pump(HWND window) {
     m_pumped = around;
     if (!isOutermost) return;
     m_isPumping = false;
-    if (m_held.empty())
-        QCoreApplication::instance()->removeEventFilter(this);
-    else
-        ReleaseSoon();
+    if (!m_held.empty()) ReleaseSoon();
+    EndFiltering();
 }
 
 bool WindowPump::eventFilter(QObject* receiver, QEvent* event) {
     if (event == m_released || !IsHoldable(*receiver, event->type())) return false;
     if (!m_isPumping) {
         // The main loop has its turn, and this comes after what was held.
+        QPointer<QObject> const alive(receiver);
         if (receiver->isWindowType()) Release();
-        return false;
+        return !alive || (m_isPenMouse && IsPen(event->type()) && TakeAsMouse(*receiver, *event));
     }
     if (IsOfPumped(*receiver, *event)) return false;
     if (IsDrag(event->type()))
         event->ignore();
-    else
+    else if ((!IsTouch(event->type()) && !IsPen(event->type())) || !TakeAsMouse(*receiver, *event))
         Hold(*receiver, *event);
     return true;
 }
@@ -158,6 +202,7 @@ bool WindowPump::IsOfPumped(QObject const& receiver, QEvent const& event) {
     QEvent::Type const type = event.type();
     auto const& window = static_cast<QWindow const&>(receiver);
     bool const isTop = &window == top.windowHandle();
+    if (type == QEvent::TouchCancel) return true;  // later nobody could tell whose fingers they were
     if (type == QEvent::Expose || type == QEvent::Enter || type == QEvent::Leave) return isTop;
     if (event.isPointerEvent()) return IsPointerOfPumped(window, event);
     if (!isTop || m_pumped->isWindow()) return isTop;
@@ -169,7 +214,7 @@ bool WindowPump::IsPointerOfPumped(QWindow const& receiver, QEvent const& event)
     QWidget const& top = *m_pumped->window();
     auto const& pointer = static_cast<QPointerEvent const&>(event);
     Pointer whose = m_pointer;
-    if (whose == Pointer::kNobodys) {
+    if (whose == Pointer::kNobodys || BeginsPress(event)) {
         bool const isThere = &receiver == top.windowHandle() && pointer.pointCount() > 0 &&
                              (m_pumped->isWindow() ||
                               IsIn(*m_pumped, top.childAt(pointer.points().first().position().toPoint())));
@@ -177,9 +222,41 @@ bool WindowPump::IsPointerOfPumped(QWindow const& receiver, QEvent const& event)
     }
     bool const isDown = event.isSinglePointEvent()
                             ? static_cast<QSinglePointEvent const&>(event).buttons() != Qt::NoButton
-                            : event.type() == QEvent::TouchBegin || event.type() == QEvent::TouchUpdate;
+                            : IsTouch(event.type());  // a mouse that follows a finger goes up behind it
     m_pointer = isDown ? whose : Pointer::kNobodys;
     return whose == Pointer::kPumped;
+}
+
+// Refused, fingers and pens come again as the mouse, which can be kept. What had them before must not miss
+// that they went up: the points that did so change no more. Answers whether nothing of the event is to be
+// kept as it is.
+bool WindowPump::TakeAsMouse(QObject& receiver, QEvent& event) {
+    event.ignore();
+    if (IsPen(event.type())) {
+        if (event.type() == QEvent::TabletPress) m_isPenMouse = true;
+        bool const isMouse = m_isPenMouse || event.type() == QEvent::TabletMove;
+        if (event.type() == QEvent::TabletRelease) m_isPenMouse = false;
+        EndFiltering();
+        return isMouse;
+    }
+    auto const& touch = static_cast<QTouchEvent const&>(event);
+    QList<QEventPoint> up;
+    for (QEventPoint const& point : touch.points())
+        if (point.state() == QEventPoint::Released) up.push_back(point);
+    if (up.isEmpty()) return true;
+    m_held.push_back(
+        {&receiver, QEvent::TouchEnd, [up, device = touch.pointingDevice(), modifiers = touch.modifiers()] {
+             return std::make_unique<QTouchEvent>(QEvent::TouchEnd, device, modifiers, up);
+         }});
+    return true;
+}
+
+bool WindowPump::IsFiltering() const {
+    return m_isPumping || m_isPenMouse || !m_held.empty();
+}
+
+void WindowPump::EndFiltering() {
+    if (!IsFiltering()) QCoreApplication::instance()->removeEventFilter(this);
 }
 
 void WindowPump::Hold(QObject& receiver, QEvent const& event) {
@@ -201,10 +278,8 @@ void WindowPump::Release() {
     while (!m_isPumping && !m_held.empty()) {
         Held const next = std::move(m_held.front());
         m_held.pop_front();
-        if (m_held.empty())
-            QCoreApplication::instance()->removeEventFilter(this);
-        else
-            ReleaseSoon();
+        if (!m_held.empty()) ReleaseSoon();
+        EndFiltering();
         if (next.receiver == nullptr) continue;
         std::unique_ptr<QEvent> const event = next.make();
         QEvent const* const around = std::exchange(m_released, event.get());

@@ -39,6 +39,9 @@ class WindowPump final : public QObject, public ITovPump {
 
     bool IsOfPumped(QObject const& receiver, QEvent const& event);
     bool IsPointerOfPumped(QWindow const& receiver, QEvent const& event);
+    bool TakeAsMouse(QObject& receiver, QEvent& event);
+    bool IsFiltering() const;
+    void EndFiltering();
     void Hold(QObject& receiver, QEvent const& event);
     void ReleaseSoon();
     void Release();
@@ -46,6 +49,7 @@ class WindowPump final : public QObject, public ITovPump {
     bool m_isPumping = false;
     QPointer<QWidget> m_pumped;  // null between pumps, and once it is dead
     Pointer m_pointer = Pointer::kNobodys;
+    bool m_isPenMouse = false;  // while a pen is down that comes as the mouse
     std::deque<Held> m_held;
     QEvent const* m_released = nullptr;  // on its way to its receiver
     bool m_isReleaseQueued = false;

@@ -86,6 +86,7 @@ int CTovToolBar::AddBitmap(int count, HINSTANCE module, unsigned id) {
     if (count <= 0 || bitmap.LoadBitmap(module, id) == 0) return -1;
     QPixmap const strip = TovPixmap(bitmap);
     int const width = strip.width() / count;
+    if (width == 0) return -1;
     int used = 0;
     for (QAction* const button : actions()) {
         if (used == count) break;

@@ -3,6 +3,7 @@
 #include <tov310/pump.h>
 #include <tov310/qt_values.h>
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -35,8 +36,6 @@ std::unique_ptr<CTovButtonEventThread> CTovButtonEvent::CreateThread(unsigned in
 
 CTovButtonEvent::CTovButtonEvent(QWidget& real, CEvent* event, std::atomic<long>* abortCounter)
     : CWndOn(real.parentWidget()), m_real(&real), m_event(event), m_abortCounter(abortCounter) {
-    if (auto const* const button = qobject_cast<QAbstractButton*>(&real))
-        setAccessibleName(button->text().remove(QLatin1Char('&')));
     setFocusPolicy(real.focusPolicy());
     real.installEventFilter(this);
     connect(&real, &QObject::destroyed, this, &QWidget::hide);
@@ -46,14 +45,19 @@ CTovButtonEvent::CTovButtonEvent(QWidget& real, CEvent* event, std::atomic<long>
         LookDown(true);
     });
     connect(this, &QAbstractButton::released, this, [this] { LookDown(false); });
-    FollowReal();
-    raise();
-    setVisible(!real.isHidden());
+    LieOverReal();
     if (real.hasFocus()) setFocus();
 }
 
 CTovButtonEvent::~CTovButtonEvent() {
     if (m_real != nullptr && hasFocus()) m_real->setFocus();
+}
+
+void CTovButtonEvent::LieOverReal() {
+    FollowReal();
+    raise();
+    // As a window of its own the real one has no place for it.
+    setVisible(!m_real->isHidden() && !m_real->isWindow());
 }
 
 void CTovButtonEvent::FollowReal() {
@@ -71,6 +75,10 @@ int CTovButtonEvent::CreateImage(CRect const* rect) {
     m_isCopying = false;
     m_imagePlace = part.topLeft();
     update();
+    if (QAccessibleInterface const* const real = QAccessible::queryAccessibleInterface(m_real)) {
+        setAccessibleName(real->text(QAccessible::Name));
+        setAccessibleDescription(real->text(QAccessible::Description));
+    }
     return 1;
 }
 
@@ -89,9 +97,14 @@ LRESULT CTovButtonEvent::WindowProc(unsigned message, WPARAM wParam, LPARAM lPar
 bool CTovButtonEvent::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_real) {
         switch (event->type()) {
+            case QEvent::ParentChange:
+                if (!m_real->isWindow()) setParent(m_real->parentWidget());
+                LieOverReal();
+                break;
             case QEvent::Show:
             case QEvent::Hide:
-                setVisible(!m_real->isHidden());
+            case QEvent::ZOrderChange:
+                LieOverReal();
                 break;
             case QEvent::Move:
             case QEvent::Resize:

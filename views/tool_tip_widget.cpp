@@ -55,6 +55,10 @@ int CTovWndToolTip::Create(CWnd* parent, int canBeActivated) {
         owner->installEventFilter(this);
         connect(owner, &QObject::destroyed, this, [this] { DestroyWindow(); });
     }
+    if (canBeActivated != 0) {
+        NoteActive(QGuiApplication::focusWindow());
+        m_follows = connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &CTovWndToolTip::NoteActive);
+    }
     TakeFont();
     m_isMade = TovHandle(this) ? 1 : 0;
     return m_isMade;
@@ -65,6 +69,7 @@ int CTovWndToolTip::DestroyWindow() {
         owner->removeEventFilter(this);
         disconnect(owner, nullptr, this, nullptr);
     }
+    disconnect(m_follows);
     m_parent = {};
     m_isMade = 0;
     Hide();
@@ -129,7 +134,6 @@ void CTovWndToolTip::Show(char const* text, CPoint const& place, Tip::eAcross ac
     CRect const rect = m_text.RectangleAt(place.x, place.y, across, down);
     if (m_isHidden != 0 && m_text.DisplayText().empty()) return;
     if (m_text.Show(rect) == 0) return;
-    if (m_isHidden != 0) m_activeBefore = QApplication::activeWindow();
     m_isHidden = 0;
     setGeometry(TovQRect(Tip::KeptInside(rect, ScreenAround(TovQPoint(place)))));
     QWidget const* const owner = TovWidget(m_parent);
@@ -178,11 +182,16 @@ void CTovWndToolTip::changeEvent(QEvent* event) {
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) GiveActivationBack(10);
 }
 
+// None is active while another program is.
+void CTovWndToolTip::NoteActive(QWindow* window) {
+    if (window != nullptr && window != windowHandle()) m_activeBefore = window;
+}
+
 // The desktop takes no notice of it while it is in the middle of the other change.
 void CTovWndToolTip::GiveActivationBack(int tries) {
     QTimer::singleShot(20, this, [this, tries] {
-        if (tries == 0 || !isActiveWindow() || m_activeBefore == nullptr || m_activeBefore == this) return;
-        m_activeBefore->activateWindow();
+        if (tries == 0 || !isActiveWindow() || m_activeBefore == nullptr) return;
+        m_activeBefore->requestActivate();
         GiveActivationBack(tries - 1);
     });
 }

@@ -26,9 +26,9 @@ class TOV_UI_API CTovButtonEventThread : public CTovWinThread {
     void Pump();
 };
 
-// Lies over a button of a dialog and looks like it. When it is pressed, by the mouse or by a key while it has
-// the focus (Space, Enter and Escape), it raises a counter and sets an event, and does nothing else: the
-// work, on whatever thread, looks at them.
+// Lies over a button of a dialog, wherever that goes, looks like it and is named like it. When it is pressed,
+// by the mouse or by a key while it has the focus (Space, Enter and Escape), it raises a counter and sets an
+// event, and does nothing else: the work, on whatever thread, looks at them.
 class TOV_UI_API CTovButtonEvent : public CWndOn<QAbstractButton, CWnd> {
     Q_OBJECT
     TOV_DYNAMIC(CTovButtonEvent, CWnd)
@@ -42,8 +42,9 @@ class TOV_UI_API CTovButtonEvent : public CWndOn<QAbstractButton, CWnd> {
     CTovButtonEvent(QWidget& real, CEvent* event, std::atomic<long>* abortCounter);
     ~CTovButtonEvent() override;
 
-    // Copies how the real button looks now, a part of it in its own pixels or, for null, the whole; also done
-    // by WM_TOV_BTNEVENT_CREATEIMAGE. Answers 1, or 0 where the real button has gone.
+    // Copies how the real button looks and what it is called now, a part of it in its own pixels or, for
+    // null, the whole; also done by WM_TOV_BTNEVENT_CREATEIMAGE. Answers 1, or 0 where the real button has
+    // gone.
     int CreateImage(CRect const* rect);
 
  protected:
@@ -53,6 +54,7 @@ class TOV_UI_API CTovButtonEvent : public CWndOn<QAbstractButton, CWnd> {
     void paintEvent(QPaintEvent* event) override;
 
  private:
+    void LieOverReal();
     void FollowReal();
     void LookDown(bool isDown);
 

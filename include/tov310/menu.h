@@ -95,7 +95,8 @@ class TOV_CORE_API CMenu : public CObject {
     int RemoveMenu(unsigned place, unsigned flags, std::unique_ptr<CMenu>* popup = nullptr);
 
     // Puts copies of all entries of another menu, popups with all they hold, in front of a position, or
-    // behind the last entry for any position behind it. Texts of popups are cut to 1024 characters. Answers
+    // behind the last entry for any position behind it. Texts of popups are cut to 1024 characters. What is
+    // owner-drawn at the top level is for this menu to draw, in popups for what MakeForCopies gives. Answers
     // the number of entries at the top level.
     unsigned InsertCopies(CMenu const& from, unsigned position);
 
@@ -134,6 +135,10 @@ class TOV_CORE_API CMenu : public CObject {
     // Owner-drawn entries of this menu; the default leaves everything to whoever shows the menu.
     virtual void MeasureItem(MEASUREITEMSTRUCT* item);
     virtual void DrawItem(DRAWITEMSTRUCT* item);
+
+    // A menu without entries that draws as this one does, for the copies of a popup's entries. The default is
+    // null: owner-drawn entries of the popup are copied as plain ones with their texts.
+    virtual std::unique_ptr<CMenu> MakeForCopies() const;
 
  private:
     struct Entry;

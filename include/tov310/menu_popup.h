@@ -9,6 +9,8 @@
 #include <tov310/types.h>
 #include <tov310/window.h>
 
+#include <memory>
+
 namespace tov {
 
 // How a popup stands to its point and what it listens to.
@@ -68,8 +70,8 @@ class TOV_CORE_API CTovMenuPopUp : public CMenu {
     CTovMenuPopUp(HINSTANCE module, char const* name, CWnd* window);
     ~CTovMenuPopUp() override;
 
-    // Loads the resource in the place of what was loaded before; a window must be set anew and CustomizeMenu
-    // runs again. Answers 1, or 0, with nothing changed, where there is no such resource, it is faulty or its
+    // Loads the resource in the place of what was loaded before; the window stays, and CustomizeMenu runs
+    // again. Answers 1, or 0, with nothing changed, where there is no such resource, it is faulty or its
     // first entry is no popup.
     int LoadMenu(HINSTANCE module, unsigned id) override;
     int LoadMenu(HINSTANCE module, char const* name) override;
@@ -114,7 +116,7 @@ class TOV_CORE_API CTovMenuPopUp : public CMenu {
 // A row of slides in a menu: the entry "%SLIDER" becomes a popup with one owner-drawn entry for each slide.
 //
 // The slides are the commands from FirstCommand on and carry their index from 0 as data. The menu and the
-// slider may end in any order.
+// slider may end in any order. The slider draws copies of the menu too.
 class TOV_CORE_API CTovMenuSlider {
  public:
     enum eStyleSelection {
@@ -152,7 +154,8 @@ class TOV_CORE_API CTovMenuSlider {
     int InsertIntoMenu(CMenu& menu, char const* text);
     int InsertIntoMenu(CMenu& menu, HINSTANCE module, unsigned textId);
 
-    // Puts the entry "%SLIDER" back. Answers 1, or 0 where the slides are not in this menu.
+    // Puts the entry "%SLIDER" back, with the command, state and data that it had. Answers 1, or 0 where the
+    // slides are not in this menu.
     int RemoveFromMenu(CMenu& menu) const;
 
  protected:
@@ -169,11 +172,14 @@ class TOV_CORE_API CTovMenuSlider {
 
     CSize m_itemSize{16, 16};
     unsigned m_count = 0;
-    unsigned m_tokenId = 0;  // the command that the token had
+    unsigned m_tokenId = 0;  // what the token had
+    unsigned m_tokenState = 0;
+    WPARAM m_tokenData = 0;
     unsigned m_selected = noSlide;
     eStyleSelection m_style = eStyleSelectionFrame;
     unsigned long m_colorMenu = 0xF0F0F0;
-    Popup* m_popup = nullptr;  // belongs to the menu it stands in
+    Popup* m_popup = nullptr;                 // belongs to the menu it stands in
+    std::shared_ptr<CTovMenuSlider*> m_self;  // null in it when the slider has ended
     unsigned long m_colorBackground = 0;
     unsigned long m_colorFrame = 0;
     unsigned long m_colorSelection = 0;

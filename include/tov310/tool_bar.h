@@ -36,7 +36,8 @@ class TOV_UI_API CTovToolBar : public CWndOn<QToolBar, CWnd> {
     int LoadBitmap(HINSTANCE module, unsigned id);
 
     // More pictures: the bitmap ID holds so many side by side, which go to the buttons without one, from left
-    // to right. Answers how many found a button, or -1 where there is no such bitmap.
+    // to right. Answers how many found a button, or -1, with nothing changed, where there is no such
+    // bitmap or it has fewer columns of pixels than pictures.
     int AddBitmap(int count, HINSTANCE module, unsigned id);
 
     // The button of a command, for an icon or a menu of the host's; it stays the bar's. Null for none.

@@ -4,6 +4,9 @@
 #include <tov310/tool_tip_text.h>
 #include <tov310/wnd_on.h>
 
+#include <QMetaObject>
+#include <QWindow>
+
 namespace tov {
 
 // A tool tip: one line in the font and the colours of the toolkit's own tips. It never takes the focus. What
@@ -20,7 +23,8 @@ class TOV_UI_API CTovWndToolTip : public CWndOn<QWidget, CWnd> {
 
     // Make the window, not yet shown, above the given one (null: above none). Answer 1, or 0 where it is made
     // already, when the given one is dead and without a screen. CreatePopUp makes one that a click can
-    // activate on some desktops, which gives the activation back at once; the other is never activated.
+    // activate on some desktops, which gives the activation back at once to the window active before; the
+    // other is never activated.
     int CreatePopUp(CWnd* parent);
     int CreatePopUpNA(CWnd* parent);
     int CreatePopUp(TovPlainWidget auto* parent) { return CreatePopUp(TovWnd(parent)); }
@@ -79,13 +83,15 @@ class TOV_UI_API CTovWndToolTip : public CWndOn<QWidget, CWnd> {
     void Show(char const* text, CPoint const& place, CTovToolTipText::eAcross across,
               CTovToolTipText::eDown down);
     void TakeFont();
+    void NoteActive(QWindow* window);
     void GiveActivationBack(int tries);
 
     CTovToolTipText m_text;
     CString m_said;
     QFont m_toolkitFont;
     HWND m_parent;
-    QPointer<QWidget> m_activeBefore;
+    QMetaObject::Connection m_follows;
+    QPointer<QWindow> m_activeBefore;  // of the program's other windows the one that was active last
     int m_isMade = 0;
     int m_canBeActivated = 0;
     int m_isHidden = 1;

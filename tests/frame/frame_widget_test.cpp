@@ -170,7 +170,7 @@ TEST(Frames, ToolBarsComeFromResources) {
     EXPECT_EQ(bar.LoadBitmap(module, 7), 1);
     EXPECT_EQ(color(bar.ButtonOf(1)), QColor(Qt::red));
     EXPECT_EQ(color(bar.ButtonOf(3)), QColor()) << "the pictures know no such command";
-    EXPECT_EQ(bar.AddBitmap(2, module, 9), -1);
+    EXPECT_EQ(bar.AddBitmap(2, module, 9) + bar.AddBitmap(4000, module, 7), -2);
     EXPECT_EQ(bar.AddBitmap(2, module, 7), 1);
     EXPECT_EQ(color(bar.ButtonOf(3)), QColor(Qt::red));
     EXPECT_EQ(bar.LoadToolBar(module, 7), 1);

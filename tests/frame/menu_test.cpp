@@ -190,6 +190,12 @@ TEST(Menu, CopiesHoldTheWholeTreeAndStandApart) {
     CMenu cut;
     TovMenuCopyRecursive(&wide, &cut, 0);
     EXPECT_EQ(Told(cut), longText.substr(3) + "( ) " + longText + "=1 ") << "texts of popups are cut";
+
+    Menu drawn("p( )");
+    drawn.GetSubMenu(0)->AppendMenu(MF_OWNERDRAW | MF_CHECKED, 5, "words");
+    CMenu plain;
+    plain.InsertCopies(drawn, 0);
+    EXPECT_EQ(Told(plain), "p( words=5+ ) ") << "nobody would draw it";
 }
 
 TEST(Menu, TokensAreReplacedInEveryPlace) {
@@ -283,9 +289,11 @@ TEST(MenuPopUp, ShowsWhatIsLoadedAndBoundAndCustomisesOnce) {
     EXPECT_EQ(menu.SetWindow(&window) + menu.Activate(CPoint(), 0), 0) << "nothing is loaded";
     for (int round = 1; round <= 2; ++round) {
         EXPECT_EQ(menu.LoadMenu(source), 1);
-        EXPECT_EQ(menu.SetWindow(nullptr) + menu.SetWindow(&unborn) + menu.Activate(CPoint(), 0), 0);
-        EXPECT_EQ(menu.VerifyCommand(1), ~0UL) << "a new menu has no window";
-        EXPECT_EQ(menu.SetWindow(screen.owner = &window), 1);
+        EXPECT_EQ(menu.SetWindow(nullptr) + menu.SetWindow(&unborn), 0);
+        EXPECT_EQ(menu.VerifyCommand(1) == ~0UL, round == 1) << "the window is that of the earlier menu";
+        if (round == 1) {
+            EXPECT_EQ(menu.Activate(CPoint(), 0) + menu.SetWindow(screen.owner = &window), 1);
+        }
         EXPECT_EQ(menu.Activate(CPoint(1, 2), 0) + menu.Activate(POINT{3, 4}, TPM_RIGHTBUTTON), 2);
         EXPECT_EQ(menu.customized, round);
     }
@@ -373,11 +381,16 @@ TEST(Command, TheNearestHandlerDoesItAndTheStateReachesTheMenu) {
 }
 
 TEST(MenuSlider, TakesThePlaceOfItsTokenAndGivesItBack) {
-    char const* const rows[][2] = {{"a=1 p( %slider=7 ) b=2 ", "a=1 p( %SLIDER=7 ) b=2 "},
-                                   {"%SLIDER( DUMMY=1 ) ", "%SLIDER=0 "}};
+    char const* const rows[][2] = {{"a=1 p( %slider=7 ) b=2 ", "a=1 p( %SLIDER=7!+ ) b=2 "},
+                                   {"%SLIDER( DUMMY=1 ) ", "%SLIDER=0!+ "}};
     for (auto const& [told, back] : rows) {
         Menu menu(told);
         CMenu empty;
+        bool const isPopup = menu.GetSubMenu(0) != nullptr;
+        CMenu& around = isPopup ? menu : *menu.GetSubMenu(1);
+        around.EnableMenuItem(0, MF_BYPOSITION | MF_GRAYED);
+        around.CheckMenuItem(0, MF_BYPOSITION | MF_CHECKED);
+        around.SetMenuItemData(0, 42, MF_BYPOSITION);
         CTovMenuSlider slider;
         slider.SetCountSlides(2);
         EXPECT_EQ(slider.InsertIntoMenu(menu, "") + slider.InsertIntoMenu(menu, nullptr), 0);
@@ -388,6 +401,7 @@ TEST(MenuSlider, TakesThePlaceOfItsTokenAndGivesItBack) {
         EXPECT_EQ(slider.InsertIntoMenu(menu, "again") + slider.RemoveFromMenu(empty), 0);
         EXPECT_EQ(slider.RemoveFromMenu(menu), 1);
         EXPECT_EQ(Told(menu), back);
+        EXPECT_EQ(around.GetMenuItemData(0, MF_BYPOSITION), 42u);
     }
     auto slider = std::make_unique<CTovMenuSlider>();
     std::unique_ptr<Menu> menu;
@@ -395,10 +409,16 @@ TEST(MenuSlider, TakesThePlaceOfItsTokenAndGivesItBack) {
         menu = std::make_unique<Menu>("%SLIDER=0");  // the earlier menu ends before the slider
         EXPECT_EQ(slider->InsertIntoMenu(*menu, "s"), 1);
     }
-    slider.reset();  // and the later one behind it
-    MEASUREITEMSTRUCT item;
-    menu->GetSubMenu(0)->MeasureItem(&item);
-    EXPECT_EQ(item.itemWidth, 0u);
+    CMenu copy;
+    copy.InsertCopies(*menu, 0);
+    EXPECT_EQ(slider->RemoveFromMenu(copy), 0);
+    for (unsigned const width : {16u, 0u}) {
+        MEASUREITEMSTRUCT items[2];
+        menu->GetSubMenu(0)->MeasureItem(&items[0]);
+        copy.GetSubMenu(0)->MeasureItem(&items[1]);
+        EXPECT_TRUE(items[0].itemWidth == width && items[1].itemWidth == width);
+        slider.reset();  // before the menus
+    }
 }
 
 TEST(MenuSlider, DrawsItsSlidesThroughTheirMenu) {

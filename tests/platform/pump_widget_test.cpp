@@ -208,12 +208,97 @@ TEST(Pump, SurvivesTheDeathOfWhatItPumpsAndOfWhatItHolds) {
     desk.reset();
 }
 
+// Hears fingers and pens by itself, and the mouse.
+struct Pad : QWidget {
+    using QWidget::QWidget;
+    bool event(QEvent* event) override {
+        char const what =
+            event->type() == QEvent::TouchBegin                                                        ? 'b'
+            : event->type() == QEvent::TouchUpdate                                                     ? 'u'
+            : event->type() == QEvent::TouchEnd                                                        ? 'e'
+            : event->type() == QEvent::TabletPress                                                     ? 'p'
+            : event->type() == QEvent::TabletRelease                                                   ? 'r'
+            : event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease ? 'm'
+                                                                                                       : '\0';
+        if (what == '\0') return QWidget::event(event);
+        heard += what;
+        if (event->isPointerEvent())
+            place = static_cast<QPointerEvent*>(event)->points().first().position().toPoint();
+        event->accept();
+        return true;
+    }
+    std::string heard;
+    QPoint place;
+};
+
+TEST(Pump, KeepsFingersAndPensAsTheMouse) {
+    Desk desk;
+    Pad pad(&desk.other);
+    pad.setAttribute(Qt::WA_AcceptTouchEvents);
+    pad.setGeometry(100, 100, 50, 50);
+    pad.show();
+    QPointingDevice* const screen = QTest::createTouchDevice();
+    auto const at = [](QWidget const& widget, QPoint place) {
+        return widget.mapTo(widget.window(), place.isNull() ? widget.rect().center() : place);
+    };
+    auto const down = [&](QWidget const& widget, QPoint place = {}) {
+        QTest::touchEvent(WindowOf(widget), screen, false).press(1, at(widget, place)).commit(false);
+    };
+    auto const up = [&](QWidget const& widget, QPoint place = {}) {
+        QTest::touchEvent(WindowOf(widget), screen, false).release(1, at(widget, place)).commit(false);
+    };
+    auto const pen = [&](QEvent::Type type) {
+        QPointF const place = at(pad, {});
+        bool const isUp = type == QEvent::TabletRelease;
+        QTabletEvent event(type, screen, place, pad.window()->mapToGlobal(place), isUp ? 0 : 1, 0, 0, 0, 0, 0,
+                           {}, Qt::LeftButton, isUp ? Qt::NoButton : Qt::LeftButton);
+        QCoreApplication::sendEvent(WindowOf(pad), &event);
+        return event.isAccepted();
+    };
+    auto const meanwhile = [&](std::function<void()> const& act) {
+        QMetaObject::invokeMethod(qApp, act, Qt::QueuedConnection);
+        desk.thread->Pump();
+    };
+    using Log = std::vector<std::string>;
+
+    meanwhile([&] { down(*TovWidget(desk.thread->GetWindow())), up(desk.abort); });
+    EXPECT_EQ(desk.counter, 1);
+    meanwhile([&] { down(desk.sibling), up(desk.sibling), down(desk.elsewhere); });
+    EXPECT_EQ(desk.counter, 1);
+    EXPECT_EQ(desk.log, Log());
+    up(desk.elsewhere);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(desk.log, (Log{"sibling down", "sibling", "elsewhere down", "elsewhere"}));
+
+    down(pad, {10, 10});
+    meanwhile([&] { up(pad, {20, 30}); });
+    EXPECT_EQ(pad.heard, "b");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(pad.heard, "be");
+    EXPECT_EQ(pad.place, QPoint(20, 30)) << "where the finger went up";
+    meanwhile([&] { down(pad), up(pad); });
+    down(pad);
+    EXPECT_EQ(pad.heard, "bemmb");
+    up(pad);
+    EXPECT_EQ(std::exchange(pad.heard, {}), "bemmbe");
+
+    EXPECT_TRUE(pen(QEvent::TabletPress));
+    meanwhile([&] { pen(QEvent::TabletRelease); });
+    QCoreApplication::processEvents();
+    EXPECT_EQ(pad.heard, "pr");
+    meanwhile([&] { EXPECT_FALSE(pen(QEvent::TabletPress)); });
+    EXPECT_FALSE(pen(QEvent::TabletRelease)) << "the mouse comes in its place, to the end";
+    EXPECT_TRUE(pen(QEvent::TabletPress) && pen(QEvent::TabletRelease));
+    EXPECT_EQ(pad.heard, "prpr");
+}
+
 TEST(ButtonEvent, LooksAndMovesLikeTheRealOneAndHearsKeys) {
     Desk desk;
     auto& button = *TovWidget(desk.thread->GetWindow());
     EXPECT_EQ(button.grab().toImage(), desk.abort.grab().toImage());
     desk.abort.setText("取消");
     EXPECT_NE(TovSendMessage(desk.thread->GetWindow(), WM_TOV_BTNEVENT_CREATEIMAGE), 0);
+    EXPECT_EQ(button.accessibleName(), "取消");
     EXPECT_EQ(button.grab().toImage(), desk.abort.grab().toImage());
     desk.abort.setGeometry(30, 40, 90, 35);
     EXPECT_EQ(button.geometry(), QRect(30, 40, 90, 35));
@@ -224,6 +309,18 @@ TEST(ButtonEvent, LooksAndMovesLikeTheRealOneAndHearsKeys) {
     desk.abort.hide();
     EXPECT_FALSE(button.isVisible());
     desk.abort.show();
+    auto* const group = new QGroupBox(&desk.dialog);
+    group->setGeometry(0, 100, 190, 90);
+    group->show();
+    for (QWidget* const around :
+         {static_cast<QWidget*>(group), static_cast<QWidget*>(nullptr), &desk.dialog}) {
+        desk.abort.setParent(around);
+        desk.abort.show();
+        desk.abort.raise();
+        EXPECT_EQ(button.isVisible(), around != nullptr);
+        if (around == nullptr) continue;
+        EXPECT_EQ(around->childAt(desk.abort.geometry().center()), &button);
+    }
     long count = desk.counter;
     for (Qt::Key const key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Escape}) {
         QTest::keyClick(&button, key);

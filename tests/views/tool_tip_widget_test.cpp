@@ -210,6 +210,15 @@ TEST(DisplayToolTip, NeverTakesTheActivation) {
         QTest::qWait(200);
         EXPECT_TRUE(desk.window.isActiveWindow() && desk.edit.hasFocus()) << canBeActivated;
         if (!canBeActivated) continue;
+        QLineEdit later;  // active last, though not when the tip came up
+        later.show();
+        later.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&later));
+        desk.tip.activateWindow();
+        EXPECT_TRUE(QTest::qWaitFor([&desk] { return desk.tip.isActiveWindow(); }));
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&later));
+        desk.window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&desk.window));
         desk.tip.activateWindow();
         EXPECT_TRUE(QTest::qWaitFor([&desk] { return desk.tip.isActiveWindow(); }));
         EXPECT_TRUE(QTest::qWaitForWindowActive(&desk.window)) << "it goes back";
