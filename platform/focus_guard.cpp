@@ -12,6 +12,8 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTouchEvent>
 #include <QWheelEvent>
 #include <QWindow>
@@ -76,6 +78,21 @@ void TellOfPressOnDisabled(QWidget& control, CPoint const& global) {
                    TovPackPoint(window->ScreenToClient(global)));
 }
 
+// Tabs take a key for their next page from the control that would be hidden by it.
+bool MayTurnPage(QKeyEvent const& key) {
+    bool const isTab = key.key() == Qt::Key_Tab || key.key() == Qt::Key_Backtab;
+    if (!isTab || (key.modifiers() & Qt::ControlModifier) == 0) return true;
+    QWidget const* around =
+        QApplication::activePopupWidget() == nullptr ? QApplication::focusWidget() : nullptr;
+    for (; around != nullptr && !around->isWindow(); around = around->parentWidget()) {
+        auto const* const tabs = qobject_cast<QTabWidget const*>(around);
+        if (tabs == nullptr || tabs->count() < 2) continue;
+        CWnd* const bar = Reached(tabs->tabBar());
+        return bar == nullptr || MayBeReached(*bar, 0);
+    }
+    return true;
+}
+
 class TopLevelGate : public QObject {
  public:
     TopLevelGate(QWindow& window, QWidget& widget) : QObject(&window), m_widget(&widget) {
@@ -95,6 +112,8 @@ class TopLevelGate : public QObject {
                 return m_isRefused;
             }
             case QEvent::KeyPress:
+                NoteKey(static_cast<QKeyEvent const&>(*event));
+                return !MayTurnPage(static_cast<QKeyEvent const&>(*event));
             case QEvent::KeyRelease:
                 NoteKey(static_cast<QKeyEvent const&>(*event));
                 return false;

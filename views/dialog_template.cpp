@@ -1,7 +1,6 @@
 #include <tov310/dialog_template.h>
 
 #include "frame/resource_module.h"
-#include "vesk/immortal.h"
 #include "views/dialog_resource.h"
 
 #include <tov310/styles.h>
@@ -116,7 +115,7 @@ std::string InQuotes(std::string_view text) {
 // with them. Members that were never asked for are wrong too.
 class MemberReader {
  public:
-    MemberReader(DialogJson const& object, HINSTANCE texts, std::string where,
+    MemberReader(DialogJson const& object, TextsById& texts, std::string where,
                  std::vector<std::string>& faults)
         : m_object(object), m_texts(texts), m_where(std::move(where)), m_faults(faults) {}
 
@@ -224,14 +223,13 @@ class MemberReader {
         if (!text->starts_with('@')) return *text;
         auto const [stop, failure] = std::from_chars(text->data() + 1, end, id);
         if (failure != std::errc() || stop != end) return *text;
-        std::string const* const found = m_texts != nullptr ? m_texts->FindString(id) : nullptr;
-        std::string const& meant = found != nullptr ? *found : LibraryString(id);
+        std::string const& meant = m_texts.Find(id);
         if (meant.empty()) Tell(key, "names the text " + std::to_string(id) + ", which there is not");
         return meant;
     }
 
     DialogJson const& m_object;
-    HINSTANCE m_texts;
+    TextsById& m_texts;
     std::string m_where;
     std::vector<std::string>& m_faults;
     std::set<std::string> m_known;
@@ -292,7 +290,7 @@ void TellOfTwice(CTovDialogTemplate const& dialog, std::vector<std::string>& fau
     if (defaults > 1) faults.push_back(dialog.name + ": two buttons are the default one");
 }
 
-void ReadFont(MemberReader& reader, CTovDialogTemplate& dialog, HINSTANCE texts,
+void ReadFont(MemberReader& reader, CTovDialogTemplate& dialog, TextsById& texts,
               std::vector<std::string>& faults) {
     DialogJson const* const font = reader.Find("font");
     if (font == nullptr) return;
@@ -310,7 +308,7 @@ void ReadFont(MemberReader& reader, CTovDialogTemplate& dialog, HINSTANCE texts,
     members.TellOfUnknown();
 }
 
-void ReadDialog(DialogJson const& json, HINSTANCE texts, CTovDialogTemplate& dialog,
+void ReadDialog(DialogJson const& json, TextsById& texts, CTovDialogTemplate& dialog,
                 std::vector<std::string>& faults) {
     MemberReader reader(json, texts, dialog.name, faults);
     dialog.title = reader.Text("title");
@@ -350,26 +348,22 @@ std::string WordsOf(DialogJson::parse_error const& fault) {
     return words;
 }
 
-// Tells the faults; a dialog with any is of no use.
-int FinishDialog(CTovDialogTemplate& dialog, std::vector<std::string> const& faults, CString* message) {
-    if (message != nullptr) message->clear();
-    if (faults.empty()) return 1;
-    dialog = {};
-    for (std::string const& fault : faults) {
-        TovReportFault(fault.c_str());
-        if (message != nullptr) message->append(message->empty() ? "" : "\n").append(fault);
-    }
-    return 0;
-}
-
-Immortal<std::vector<ITovControlFactory*>>& Factories() {
-    static Immortal<std::vector<ITovControlFactory*>> factories;  // of the user-interface thread
-    return factories;
-}
-
 }  // namespace
 
-bool ParseDialogTemplate(std::string_view json, HINSTANCE texts, CTovDialogTemplate& dialog,
+std::string const& TextsById::Find(unsigned id) {
+    return m_found.emplace_back(id, Of(id)).second;
+}
+
+bool TextsById::AreTheSame() const {
+    return std::ranges::all_of(m_found, [this](auto const& one) { return Of(one.first) == one.second; });
+}
+
+std::string const& TextsById::Of(unsigned id) const {
+    std::string const* const found = m_module != nullptr ? m_module->FindString(id) : nullptr;
+    return found != nullptr ? *found : LibraryString(id);
+}
+
+bool ParseDialogTemplate(std::string_view json, TextsById& texts, CTovDialogTemplate& dialog,
                          std::vector<std::string>& faults) {
     // What lies too deep, or stands twice in an object, is told while it is read; the tree knows no longer.
     int controls = 0;
@@ -410,54 +404,10 @@ bool ParseDialogTemplate(std::string_view json, HINSTANCE texts, CTovDialogTempl
     return faults.size() == before;
 }
 
-int TovLoadDialogTemplate(HINSTANCE module, unsigned id, CTovDialogTemplate& dialog, CString* message) {
-    return TovLoadDialogTemplate(module, std::to_string(id).c_str(), dialog, message);
-}
-
-int TovLoadDialogTemplate(HINSTANCE module, char const* name, CTovDialogTemplate& dialog, CString* message) {
-    dialog = {};
-    if (module == nullptr) module = TovGetTovResourceHandle();
-    std::string const stem = std::string("dialogs/") + (name != nullptr ? name : "");
-    dialog.name = stem + ".json";
-    for (HINSTANCE const asked : {module, TovBuiltInResourceModule()}) {
-        std::vector<std::string> faults;
-        std::string_view const json = asked->FindFile(dialog.name);
-        if (json.data() != nullptr) {
-            ParseDialogTemplate(json, module, dialog, faults);
-            return FinishDialog(dialog, faults, message);
-        }
-        std::string_view const bytes = asked->FindFile(stem + ".dlg");
-        std::string_view const init = asked->FindFile(stem + ".dlginit");
-        if (bytes.data() != nullptr)
-            return TovReadDialogTemplate((stem + ".dlg").c_str(), bytes, init, dialog, message);
-    }
-    return FinishDialog(dialog, {dialog.name + ": there is no such dialog"}, message);
-}
-
-int TovReadDialogTemplate(char const* name, std::string_view bytes, std::string_view init,
-                          CTovDialogTemplate& dialog, CString* message) {
-    dialog = {};
-    dialog.name = name != nullptr ? name : "";
-    std::vector<std::string> faults;
-    ParseDlgTemplate(bytes, init, dialog, faults);
-    return FinishDialog(dialog, faults, message);
-}
-
-void TovAddControlFactory(ITovControlFactory* factory) {
-    TovRemoveControlFactory(factory);
-    if (factory != nullptr) Factories()->push_back(factory);
-}
-
-void TovRemoveControlFactory(ITovControlFactory* factory) {
-    std::erase(*Factories(), factory);
-}
-
-CWnd* TovCreateControl(char const* className, unsigned long style, CRect const& rect, CWnd* parent) {
-    auto const factories = *Factories();
-    for (auto factory = factories.rbegin(); factory != factories.rend(); ++factory) {
-        if (CWnd* const made = (*factory)->CreateControl(className, style, rect, parent)) return made;
-    }
-    return nullptr;
+bool ParseDialogTemplate(std::string_view json, HINSTANCE module, CTovDialogTemplate& dialog,
+                         std::vector<std::string>& faults) {
+    TextsById texts(module);
+    return ParseDialogTemplate(json, texts, dialog, faults);
 }
 
 }  // namespace tov

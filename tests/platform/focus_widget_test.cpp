@@ -388,6 +388,138 @@ TEST(FocusGuardOnPages, GuardsAPlainWidgetAndTheGroundOfIt) {
     EXPECT_GE(container.hidden, 1);
 }
 
+// A page in whatever a host puts it: nothing leads out of what is wrong there, and everything out of what is
+// right.
+struct Place {
+    Place() {
+        auto* const layout = new QVBoxLayout(page);
+        tool->setFocusPolicy(Qt::NoFocus);
+        for (QWidget* const w : std::initializer_list<QWidget*>{field, other, tool, spin})
+            layout->addWidget(w);
+        QObject::connect(tool, &QToolButton::clicked, [this] { ++tooled; });
+        main.setCentralWidget(new QWidget);
+        main.resize(500, 400);
+        main.setDockOptions({});
+    }
+    void Guard(QWidget& around) {
+        around.window()->show();
+        container = std::make_unique<Form::Container>(TovWnd(&around));
+        container->HookContainer();
+        container->HookAllDlgCtrls(nullptr);
+    }
+    static void Click(QWidget& target) {
+        QTest::mouseClick(target.window()->windowHandle(), Qt::LeftButton, {},
+                          target.mapTo(target.window(), target.rect().center()));
+    }
+    // Everything that a user may do there, and more that he may do in this place.
+    void ExpectGuarded(char const* where, std::function<void()> const& more = {}) {
+        SCOPED_TRACE(where);
+        QWidget& top = *page->window();
+        top.show();
+        top.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&top));
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&top));
+        std::function<void()> const ways[] = {
+            [&] { QTest::keyClick(top.windowHandle(), Qt::Key_Tab); },
+            [this] { Click(*other); },
+            [this] { Click(*tool); },
+            [this] { other->setFocus(); },
+            [&] {
+                QPointF const place = spin->mapTo(&top, spin->rect().center());
+                QWheelEvent event(place, top.mapToGlobal(place), {}, {0, 120}, {}, {}, Qt::NoScrollPhase,
+                                  false);
+                QCoreApplication::sendEvent(top.windowHandle(), &event);
+            },
+            more};
+        for (std::size_t way = 0; way < std::size(ways); ++way) {
+            if (!ways[way]) continue;
+            SCOPED_TRACE(way);
+            field->setText("bad");
+            field->setFocus();
+            container->shown.clear();
+            ways[way]();
+            EXPECT_EQ(QApplication::focusWidget(), field);
+            EXPECT_TRUE(field->isVisible());
+            EXPECT_EQ(container->shown.size(), 1u);
+            EXPECT_EQ(tooled + spin->value(), 0);
+            field->setText("fine");
+            Click(*other);
+            EXPECT_EQ(QApplication::focusWidget(), other);
+        }
+    }
+
+    QMainWindow main;
+    QWidget* const page = new QWidget(&main);
+    Field* const field = new Field(page);
+    Field* const other = new Field(page);
+    QToolButton* const tool = new QToolButton(page);
+    QSpinBox* const spin = new QSpinBox(page);
+    int tooled = 0;
+    std::unique_ptr<Form::Container> container;
+};
+
+TEST(FocusGuardInPlaces, HoldsInADockAtItsPlaceAndFloating) {
+    for (bool const isOfPage : {true, false}) {
+        Place place;
+        QDockWidget dock;
+        dock.setWidget(place.page);
+        place.main.addDockWidget(Qt::LeftDockWidgetArea, &dock);
+        place.main.show();
+        place.Guard(isOfPage ? *place.page : dock);
+        for (int round = 0; round < 2; ++round) {
+            place.ExpectGuarded("docked");
+            dock.setFloating(true);
+            place.ExpectGuarded("floating");
+            dock.setFloating(false);
+        }
+    }
+}
+
+TEST(FocusGuardInPlaces, HoldsInAToolWindow) {
+    Place place;
+    QWidget tools(&place.main, Qt::Tool);
+    QVBoxLayout layout(&tools);
+    layout.addWidget(place.page);
+    place.main.show();
+    place.Guard(tools);
+    place.ExpectGuarded("tool window");
+}
+
+TEST(FocusGuardInPlaces, HoldsInASubwindow) {
+    for (bool const isOfPage : {true, false}) {
+        Place place;
+        auto* const area = new QMdiArea;
+        place.main.setCentralWidget(area);
+        QMdiSubWindow* const sub = area->addSubWindow(place.page);
+        QMdiSubWindow* const second = area->addSubWindow(new QLineEdit);
+        place.main.show();
+        place.Guard(isOfPage ? *place.page : *sub);
+        for (int round = 0; round < 2; ++round) {
+            area->setActiveSubWindow(second);
+            area->setActiveSubWindow(sub);
+            place.ExpectGuarded("subwindow");
+        }
+    }
+}
+
+TEST(FocusGuardInPlaces, HoldsOnATab) {
+    Place place;
+    auto* const tabs = new QTabWidget;
+    place.main.setCentralWidget(tabs);
+    tabs->addTab(place.page, "page");
+    tabs->addTab(new QLineEdit, "next");
+    place.main.show();
+    place.Guard(place.main);
+    QTabBar const& bar = *tabs->tabBar();
+    place.ExpectGuarded("click on a tab", [&] {
+        QTest::mouseClick(place.main.windowHandle(), Qt::LeftButton, {},
+                          bar.mapTo(&place.main, bar.tabRect(1).center()));
+    });
+    place.ExpectGuarded("key for the next tab", [&] {
+        QTest::keyClick(place.main.windowHandle(), Qt::Key_Tab, Qt::ControlModifier);
+    });
+}
+
 // A form that is used at random. What a user may rely on is asked after every step.
 struct Walk {
     struct Fields : QDialog {
