@@ -131,6 +131,15 @@ TEST(DialogTemplate, TakesDialogsAndTextsFromTheModuleFirst) {
     EXPECT_THAT(dialog.controls.at(0).items, ElementsAre(ofLibrary, "@a"));
     EXPECT_EQ(dialog.controls[0].rect, (CRect{1, 2, 4, 6}));
 
+    test::TemporaryFolder const other;
+    test::PutFile(other.path() / "strings.json", R"({"26007": "another"})");
+    for (char const* const text : {"another", ofLibrary.c_str()}) {
+        bool const isOther = text != ofLibrary;
+        TovSetTovResourceHandle(isOther ? TovLoadResourceModule(other.path().c_str()) : nullptr);
+        ASSERT_EQ(TovLoadDialogTemplate(module, 7, dialog, &message), 1);
+        EXPECT_THAT(dialog.controls.at(0).items, ElementsAre(text, "@a")) << "as the texts are now";
+    }
+
     EXPECT_EQ(TovLoadDialogTemplate(module, "bad", dialog, &message), 0);
     EXPECT_TRUE(dialog.controls.empty());
     std::vector<std::string> const told = test::TakeFaults();
