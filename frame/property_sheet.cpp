@@ -317,8 +317,10 @@ void CPropertySheet::AllowApply(int allow) {
 }
 
 void CPropertySheet::UpdateApply() {
+    if (!GetSafeHwnd()) return;
     bool const isModified = std::ranges::any_of(m_pages, [](auto* page) { return page->m_isModified != 0; });
-    ShowApply(m_isApplyAllowed != 0 && isModified);
+    if (CWnd* const apply = CWnd::FromHandlePermanent(GetDlgItem(ID_APPLY_NOW)))
+        apply->EnableWindow(m_isApplyAllowed != 0 && isModified);
 }
 
 int CPropertySheet::OnCommand(WPARAM wParam, LPARAM lParam) {

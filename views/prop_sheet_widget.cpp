@@ -147,12 +147,16 @@ void CTovPropSheet::MakeButtons() {
         MakeButton(IDCANCEL, textCancel, 2);
         m_tabs->tabBar()->hide();
         m_tabs->setDocumentMode(true);
+        auto* const rule = std::make_unique<QFrame>(this).release();
+        rule->setFrameStyle(static_cast<int>(QFrame::HLine) | static_cast<int>(QFrame::Sunken));
+        static_cast<QVBoxLayout*>(layout())->insertWidget(1, rule);
         ShowWizardButtons(GetShownWizardButtons());
     } else {
-        MakeButton(IDOK, textOk, 0)->setDefault(true);
+        MakeButton(IDOK, textOk, 0);
         MakeButton(IDCANCEL, textCancel, 1);
         MakeButton(ID_APPLY_NOW, textApply, 2);
         UpdateApply();
+        ShowDefaultButton();
     }
     int width = 0;
     for (auto const& [id, button] : m_buttons)
@@ -169,10 +173,6 @@ void CTovPropSheet::PlaceButton(int id, int place) {
     if (place >= 0) m_buttonRow->addWidget(button, 0, place + 1);
 }
 
-void CTovPropSheet::ShowApply(int canBePressed) {
-    if (QPushButton* const apply = GetButton(ID_APPLY_NOW)) apply->setEnabled(canBePressed != 0);
-}
-
 void CTovPropSheet::ShowWizardButtons(unsigned long buttons) {
     QPushButton* const finish = GetButton(ID_WIZFINISH);
     if (finish == nullptr) return;
@@ -185,7 +185,7 @@ void CTovPropSheet::ShowWizardButtons(unsigned long buttons) {
     next->setEnabled((buttons & PSWIZB_NEXT) != 0);
     finish->setEnabled((buttons & PSWIZB_FINISH) != 0);
     shown->show();
-    shown->setDefault(true);
+    ShowDefaultButton();
     if (hadFocus && shown->isEnabled()) shown->setFocus();
     other->hide();
 }
@@ -248,7 +248,21 @@ void CTovPropSheet::FocusFirstControl() {
 
 int CTovPropSheet::CreatePage(CPropertyPage& page) {
     auto* const own = dynamic_cast<CTovPropPage*>(&page);
-    return own != nullptr ? own->Make() : CPropertySheet::CreatePage(page);
+    if (own == nullptr) return CTovSheetOf::CreatePage(page);
+    QPointer<CTovPropSheet> const alive(this);
+    if (own->Make() == 0 || !alive) return 0;
+    // The button that Enter presses is the sheet's.
+    for (QPushButton* const button : own->findChildren<QPushButton*>()) {
+        if (button->isDefault()) button->setDefault(false);
+    }
+    ShowDefaultButton();
+    return 1;
+}
+
+void CTovPropSheet::ShowDefaultButton() {
+    bool const finishes = (GetShownWizardButtons() & (PSWIZB_FINISH | PSWIZB_DISABLEDFINISH)) != 0;
+    QPushButton* const button = GetButton(IsWizard() == 0 ? IDOK : finishes ? ID_WIZFINISH : ID_WIZNEXT);
+    if (button != nullptr) button->setDefault(true);
 }
 
 void CTovPropSheet::ShowPage(int index) {
@@ -267,6 +281,7 @@ void CTovPropSheet::OnTabChanged(int tab) {
 }
 
 void CTovPropSheet::PageAdded(int index) {
+    CTovSheetOf::PageAdded(index);
     auto* const page = dynamic_cast<QWidget*>(GetPage(index));
     if (page == nullptr) return;
     m_isShowingPage = true;
@@ -397,8 +412,11 @@ void CTovPropSheet::Command(int id) {
                    static_cast<LPARAM>(TovHandle(GetButton(id)).id));
 }
 
+// In a wizard it is the button that Enter presses.
 void CTovPropSheet::accept() {
-    Command(IDOK);
+    unsigned long const last = PSWIZB_FINISH | PSWIZB_DISABLEDFINISH;
+    bool const finishes = (GetShownWizardButtons() & last) != 0;
+    Command(IsWizard() == 0 ? IDOK : finishes ? ID_WIZFINISH : ID_WIZNEXT);
 }
 
 void CTovPropSheet::reject() {

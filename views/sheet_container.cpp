@@ -209,6 +209,9 @@ void CTovSheetContainer::OnDisabledOkButtonClicked(unsigned) {
             if (!IsWindow(self)) return true;
             if (state != CTovInputControl::eStateValid) {
                 if (state == CTovInputControl::eStateEmpty) words = LibraryString(wordsOfEmptyPageField);
+                // The focus may be on the tabs.
+                if (CWnd* const field = CWnd::FromHandlePermanent(control)) field->SetFocus();
+                if (!IsWindow(self)) return true;
                 asked.OnShowValidationText(control, 0, 0, &words);
                 return true;
             }

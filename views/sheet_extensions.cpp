@@ -94,6 +94,7 @@ void CTovSheetExtensions::Enable(int id, int enable) const {
 
 int CTovSheetExtensions::EnableOkButton() {
     int const ok = OnEnableOkButton(1);
+    if (!m_sheet.GetSafeHwnd()) return ok;
     if (m_sheet.IsWizard() != 0) {
         if (m_isFinish != 0) {
             unsigned long const steps = m_sheet.m_wizardButtons & (PSWIZB_BACK | PSWIZB_NEXT);
@@ -173,6 +174,11 @@ void CTovSheetExtensions::UnsetDialogDocument() {
     if (!m_document) return;
     OnUnsetDialogDocument();
     m_document = CTovPtrSmart<CTovDocument>();
+}
+
+void CTovSheetExtensions::TakeTab(int page) {
+    CTovDialogExtensions* const extensions = CTovDialogExtensions::Of(m_sheet.GetPage(page));
+    if (extensions != nullptr && m_document) extensions->SetDialogDocument(m_document);
 }
 
 void CTovSheetExtensions::OnSetDialogDocument() {

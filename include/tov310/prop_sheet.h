@@ -49,6 +49,12 @@ class TOV_UI_API CTovPropSheet : public CWndOn<QDialog, CTovSheetOf<CPropertyShe
     // The same for a sheet that is there already, before it is shown.
     void Construct(char const* caption, CWnd* parent = nullptr, unsigned selectPage = 0);
     void Construct(HINSTANCE module, unsigned caption, CWnd* parent = nullptr, unsigned selectPage = 0);
+    void Construct(char const* caption, TovPlainWidget auto* parent, unsigned selectPage = 0) {
+        Construct(caption, TovWnd(parent), selectPage);
+    }
+    void Construct(HINSTANCE module, unsigned caption, TovPlainWidget auto* parent, unsigned selectPage = 0) {
+        Construct(module, caption, TovWnd(parent), selectPage);
+    }
 
     // Shows it and answers what it ends with; meanwhile the windows around it take nothing. IDCANCEL where it
     // ends without a number: it was destroyed, or its parent was. A wizard ends with ID_WIZFINISH. -1 where
@@ -118,7 +124,6 @@ class TOV_UI_API CTovPropSheet : public CWndOn<QDialog, CTovSheetOf<CPropertyShe
     void PageAdded(int index) override;
     void PageRemoved(CPropertyPage& page, int index) override;
     void PagesApplied() override { Q_EMIT applied(); }
-    void ShowApply(int canBePressed) override;
     void ShowWizardButtons(unsigned long buttons) override;
     void ShowTab(unsigned page, int show) override;
     void PlaceButton(int id, int place) override;
@@ -142,6 +147,7 @@ class TOV_UI_API CTovPropSheet : public CWndOn<QDialog, CTovSheetOf<CPropertyShe
     QPushButton* MakeButton(int id, unsigned text, int place);
     void OnTabChanged(int tab);
     void TurnTab(int step);
+    void ShowDefaultButton();
     void FocusFirstControl();
     void Command(int id);
     void ShowHelp(QWidget* about, QPoint const& place);

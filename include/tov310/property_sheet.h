@@ -157,7 +157,6 @@ class TOV_CORE_API CPropertySheet : public CWnd {
     virtual void PageAdded(int /*index*/) {}
     virtual void PageRemoved(CPropertyPage& /*page*/, int /*index*/) {}
     virtual void PagesApplied() {}  // all of them, by OK or Apply
-    virtual void ShowApply(int /*canBePressed*/) {}
     virtual void ShowWizardButtons(unsigned long /*buttons*/) {}
 
     // Whether the user cannot turn to it.

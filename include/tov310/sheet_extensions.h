@@ -124,6 +124,9 @@ class TOV_CORE_API CTovSheetExtensions : public CTovOkHost {
     void ForgetTab(int page) { m_tabs.PageRemoved(static_cast<unsigned>(page)); }
     void EndSheet() { m_isInitialized = 0; }
 
+    // A page has come: it gets the document.
+    void TakeTab(int page);
+
     // All pages stand and have been shown once (a post behind OnInitDialog).
     virtual void OnPostInitDialog() {}
 
@@ -165,6 +168,10 @@ class CTovSheetOf : public Sheet, public CTovSheetExtensions {
 
  protected:
     int IsPageHidden(int index) const override { return Tabs().IsHidden(static_cast<unsigned>(index)); }
+    void PageAdded(int index) override {
+        Sheet::PageAdded(index);
+        TakeTab(index);
+    }
     void PageRemoved(CPropertyPage& page, int index) override {
         ForgetTab(index);
         Sheet::PageRemoved(page, index);

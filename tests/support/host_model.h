@@ -25,7 +25,8 @@ struct HostField {
 struct HostNode {
     int number = 0;
     bool isForm = false;
-    bool guards = true;  // its fields; else a dialog that only asks those in it
+    bool guards = true;    // its fields; else a dialog that only asks those in it
+    bool isSheet = false;  // its children are pages, which all count
     std::vector<HostField> fields;
     std::vector<std::unique_ptr<HostNode>> children;  // the dialogs that take turns
     std::size_t current = 0;
@@ -41,6 +42,9 @@ struct HostNode {
         if (HostNode const* const child = Current(); child != nullptr && child->guards) {
             if (HostField const* const field = child->FirstMissing()) return field;
         }
+        for (std::size_t i = 0; isSheet && i < children.size(); ++i) {
+            if (HostField const* const field = children[i]->FirstMissing()) return field;
+        }
         for (auto const& form : forms) {
             if (HostField const* const field = form->FirstMissing()) return field;
         }
@@ -52,7 +56,7 @@ struct HostNode {
         if (guards) {
             if (HostField const* const field = FirstMissing()) return field;
         }
-        if (Current() != nullptr) {
+        if (Current() != nullptr && !isSheet) {
             if (HostField const* const field = Current()->Obstacle()) return field;
         }
         for (auto const& form : forms) {
@@ -60,11 +64,20 @@ struct HostNode {
         }
         return nullptr;
     }
+
+    // What a click on the disabled OK shows: a sheet has each page say what keeps that one, and turns to it.
+    HostField const* Show() {
+        if (!isSheet) return Obstacle();
+        for (std::size_t i = 0; Current()->Obstacle() == nullptr && i < children.size(); ++i) {
+            if (children[i]->Obstacle() != nullptr) current = i;
+        }
+        return Current()->Obstacle();
+    }
 };
 
 // Does the same to the model and to the windows. Tree has:
 //   void SetField(HostField const& wanted);          as the field is to be
-//   void Switch(HostNode const& dialog, unsigned child);
+//   void Switch(HostNode const& dialog, unsigned child);  or page of the sheet
 //   void Settle();                                    delivers what is posted
 //   bool IsEnabled(int id);                           OK (1) and Apply (12321) of the root
 //   int Focus();                                      number of the field of the root itself with the focus,
@@ -72,7 +85,9 @@ struct HostNode {
 //   focus, or -1
 class HostScript {
  public:
-    explicit HostScript(unsigned seed) : m_random(seed) { m_root = MakeNode(0, false); }
+    explicit HostScript(unsigned seed, bool isSheet = false) : m_random(seed) {
+        m_root = isSheet ? MakeSheet() : MakeNode(0, false);
+    }
 
     HostNode const& Root() const { return *m_root; }
     std::vector<HostField*> const& Fields() const { return m_fields; }
@@ -92,7 +107,7 @@ class HostScript {
             // The field that the user is in is shown before all others.
             int const focus = tree.Focus();
             bool const stays = focus >= 0 && m_fields[static_cast<std::size_t>(focus)]->IsMissing();
-            EXPECT_EQ(tree.ClickOnDisabled(Pick(2) != 0 ? 1 : 12321), stays ? focus : obstacle->number);
+            EXPECT_EQ(tree.ClickOnDisabled(Pick(2) != 0 ? 1 : 12321), stays ? focus : m_root->Show()->number);
         }
     }
 
@@ -123,6 +138,15 @@ class HostScript {
             m_fields.push_back(&field);
         }
         return node;
+    }
+
+    std::unique_ptr<HostNode> MakeSheet() {
+        auto sheet = std::make_unique<HostNode>();
+        sheet->isSheet = true;
+        m_dialogs.push_back(sheet.get());
+        for (int i = 1 + Pick(4); i > 0; --i)
+            sheet->children.push_back(MakeNode(0, false));
+        return sheet;
     }
 
     template <class Tree>

@@ -222,6 +222,7 @@ TEST_F(PropSheet, MakesPagesOfTemplates) {
     EXPECT_TRUE(page->GetDlgItem(1001));
     EXPECT_EQ(page->sizeHint(), TovMapDialogRect(page->font(), {0, 0, 230, 134}).size());
     EXPECT_EQ(page->EnableOkButton(), 1);
+    EXPECT_FALSE(dynamic_cast<QPushButton&>(*TovWidget(page->GetDlgItem(IDOK))).isDefault());
     sheet->RenameApplyButton("接受");
     EXPECT_EQ(sheet->GetButton(ID_APPLY_NOW)->text(), QStringLiteral("接受"));
     QTest::keyClick(sheet.get(), Qt::Key_Return);  // without OK it applies

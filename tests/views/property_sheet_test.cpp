@@ -81,7 +81,6 @@ struct FakeSheet : FakeWindowOf<CTovSheetOf<CPropertySheet>> {
     void ShowPage(int index) override { shown = GetPage(index); }
     void PlaceButton(int id, int place) override { places[id] = place; }
     void ShowWizardButtons(unsigned long buttons) override { wizardButtons = buttons; }
-    void ShowApply(int canBePressed) override { canApply = canBePressed; }
     void EndDialog(int result) override { ended = result; }
     void OnOkButtonClicked() override { m_notes.Add("OK"); }
     void OnApplyButtonClicked() override { m_notes.Add("Apply"); }
@@ -89,7 +88,6 @@ struct FakeSheet : FakeWindowOf<CTovSheetOf<CPropertySheet>> {
 
     Notes& m_notes;
     CPropertyPage const* shown = nullptr;
-    int canApply = 0;
     unsigned long wizardButtons = 0;
     std::map<int, int> places;
     std::optional<int> ended;
@@ -293,22 +291,22 @@ TEST(PropertySheet, KeepsOkAndApplyTrue) {
     desk.Begin();
     EXPECT_EQ(desk.sheet->EnableOkButton(), 1);
     EXPECT_TRUE(desk.IsEnabled(0));
-    EXPECT_EQ(desk.sheet->canApply, 1);
+    EXPECT_TRUE(desk.IsEnabled(2));
     desk.pages[1]->mayPressOk = false;
     desk.pages[2]->SetModified();
     EXPECT_EQ(desk.sheet->EnableOkButton(), 0);
     EXPECT_FALSE(desk.IsEnabled(0));
-    EXPECT_EQ(desk.sheet->canApply, 0);
+    EXPECT_FALSE(desk.IsEnabled(2));
     EXPECT_EQ(desk.sheet->OnEnableOkButton(0), 0);
     EXPECT_EQ(desk.notes.Take(), "ask0 ask1");
     desk.pages[1]->mayPressOk = true;
     desk.sheet->EnableOkButton();
     desk.Press(ID_APPLY_NOW);
-    EXPECT_EQ(desk.sheet->canApply, 0);
+    EXPECT_FALSE(desk.IsEnabled(2));
     desk.pages[2]->SetModified();
-    EXPECT_EQ(desk.sheet->canApply, 1);
+    EXPECT_TRUE(desk.IsEnabled(2));
     desk.sheet->RemovePage(2);
-    EXPECT_EQ(desk.sheet->canApply, 0);
+    EXPECT_FALSE(desk.IsEnabled(2));
 
     FakePage& page = *desk.pages[0];
     page.asLibrary = true;
