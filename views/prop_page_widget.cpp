@@ -112,7 +112,8 @@ CTovPropSheet* CTovPropPage::GetSafeParentTovPropSheet() const {
 }
 
 int CTovPropPage::IsActive() {
-    if (CPropertySheet const* const sheet = GetParentSheet()) m_isActive = sheet->GetActivePage() == this;
+    CPropertySheet const* const sheet = GetParentSheet();
+    if (sheet != nullptr && sheet->GetSafeHwnd()) m_isActive = sheet->GetActivePage() == this;
     return m_isActive;
 }
 

@@ -7,7 +7,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <random>
 
 namespace tov {
@@ -90,7 +89,7 @@ struct FakeSheet : FakeWindowOf<CTovSheetOf<CPropertySheet>> {
     CPropertyPage const* shown = nullptr;
     unsigned long wizardButtons = 0;
     std::map<int, int> places;
-    std::optional<int> ended;
+    int ended = 0;
 };
 
 // A sheet with so many pages, and its buttons.
@@ -123,95 +122,56 @@ struct Desk : FakeDesk {
     std::vector<std::unique_ptr<FakePage>> pages;
 };
 
+// What happens, in one or two letters: p2 turns to page 2, r0 takes it out, d0 deletes it; S1, K1, A1 and C1
+// have page 1 refuse to be shown, left, applied and cancelled; h lets the sheet run Apply, x takes OK away;
+// o, a and c press OK, Apply and Cancel.
+void Do(Desk& desk, std::string const& script) {
+    for (std::size_t i = 0; i < script.size() && desk.sheet != nullptr; ++i) {
+        char const letter = script[i];
+        int const number = i + 1 < script.size() ? script[i + 1] - '0' : 0;
+        FakePage* const page = desk.sheet->Page(number);
+        if (letter == 'p') desk.sheet->SetActivePage(number);
+        if (letter == 'r') desk.sheet->RemovePage(number);
+        if (letter == 'd' && number < static_cast<int>(desk.pages.size()))
+            desk.pages[static_cast<std::size_t>(number)].reset();
+        if (letter == 'S') page->maySet = false;
+        if (letter == 'K') page->mayKill = false;
+        if (letter == 'A') page->mayApply = false;
+        if (letter == 'C') page->mayCancel = false;
+        if (letter == 'h') desk.sheet->HandleApplyButton(1);
+        if (letter == 'x') desk.sheet->RemoveOKButton(1);
+        if (letter == 'o') desk.Press(IDOK);
+        if (letter == 'a') desk.Press(ID_APPLY_NOW);
+        if (letter == 'c') desk.Press(IDCANCEL);
+    }
+}
+
 TEST(PropertySheet, AsksInOrder) {
     struct Case {
-        char const* name;
-        std::function<void(Desk&)> act;
+        char const* script;
         char const* notes;
-        std::optional<int> end;
         int active;
-    };
-    auto const press = [](int id) { return [id](Desk& desk) { desk.Press(id); }; };
-    Case const cases[] = {
-        {"another page", [](Desk& d) { d.sheet->SetActivePage(2); }, "kill0 set2", {}, 2},
-        {"the same page", [](Desk& d) { d.sheet->SetActivePage(0); }, "", {}, 0},
-        {"out of range", [](Desk& d) { d.sheet->SetActivePage(9); }, "", {}, 0},
-        {"OK", press(IDOK), "OK kill0 apply0 apply1 apply2", IDOK, 0},
-        {"Apply", press(ID_APPLY_NOW), "kill0 apply0 apply1 apply2 set0", {}, 0},
-        {"Cancel", press(IDCANCEL), "cancel0 cancel1 cancel2", IDCANCEL, 0},
-        {"a page that cannot be left",
-         [](Desk& d) {
-             d.pages[0]->mayKill = false;
-             EXPECT_EQ(d.sheet->SetActivePage(1), 0);
-             d.Press(IDOK);
-         },
-         "kill0 OK kill0",
-         {},
-         0},
-        {"a page that cannot be shown",
-         [](Desk& d) {
-             d.pages[1]->maySet = false;
-             EXPECT_EQ(d.sheet->SetActivePage(1), 0);
-         },
-         "kill0 set1 set2",
-         {},
-         2},
-        {"pages that cannot be shown",
-         [](Desk& d) {
-             d.pages[1]->maySet = d.pages[2]->maySet = false;
-             EXPECT_EQ(d.sheet->SetActivePage(1), 0);
-         },
-         "kill0 set1 set2 set0",
-         {},
-         0},
-        {"a page that cannot be applied",
-         [](Desk& d) {
-             d.pages[1]->mayApply = false;
-             d.Press(IDOK);
-         },
-         "OK kill0 apply0 apply1 set1",
-         {},
-         1},
-        {"a page that must not be cancelled",
-         [](Desk& d) {
-             d.pages[0]->mayCancel = false;
-             d.Press(IDCANCEL);
-         },
-         "",
-         {},
-         0},
-        {"the page that is shown goes", [](Desk& d) { d.sheet->RemovePage(0); }, "kill0 set1", {}, 0},
-        {"the last page goes",
-         [](Desk& d) {
-             d.sheet->SetActivePage(2);
-             d.pages[2].reset();
-         },
-         "kill0 set2 set1",
-         {},
-         1},
-        {"Apply by the sheet",
-         [](Desk& d) {
-             d.sheet->HandleApplyButton(1);
-             d.sheet->SetActivePage(1);
-             d.Press(ID_APPLY_NOW);
-         },
-         "kill0 set1 Apply apply1 apply0 apply2",
-         {},
-         1},
-        {"OK that was taken away applies",
-         [](Desk& d) {
-             d.sheet->RemoveOKButton(1);
-             d.Press(IDOK);
-         },
-         "OK kill0 apply0 apply1 apply2 set0",
-         {},
-         0},
+        int end = 0;
+    } const cases[] = {
+        {"p2p2", "kill0 set2", 2},
+        {"o", "OK kill0 apply0 apply1 apply2", 0, IDOK},
+        {"a", "kill0 apply0 apply1 apply2 set0", 0},
+        {"c", "cancel0 cancel1 cancel2", 0, IDCANCEL},
+        {"K0p1o", "kill0 OK kill0", 0},
+        {"S1p1", "kill0 set1 set2", 2},
+        {"S1S2p1", "kill0 set1 set2 set0", 0},
+        {"A1o", "OK kill0 apply0 apply1 set1", 1},
+        {"C0c", "", 0},
+        {"r0", "kill0 set1", 0},
+        {"p2d2", "kill0 set2 set1", 1},
+        {"hp1a", "kill0 set1 Apply apply1 apply0 apply2", 1},
+        {"xo", "OK kill0 apply0 apply1 apply2 set0", 0},
     };
     for (Case const& c : cases) {
-        SCOPED_TRACE(c.name);
+        SCOPED_TRACE(c.script);
         Desk desk(3);
         desk.Begin();
-        c.act(desk);
+        Do(desk, c.script);
         EXPECT_EQ(desk.notes.Take(), c.notes);
         EXPECT_EQ(desk.sheet->ended, c.end);
         EXPECT_EQ(desk.sheet->GetActiveIndex(), c.active);
@@ -255,7 +215,7 @@ TEST(PropertySheet, LeadsThroughAWizard) {
     desk.sheet->EnableOkButton();
     desk.pages[3]->mayApply = false;
     desk.Press(ID_WIZFINISH);
-    EXPECT_EQ(desk.sheet->ended, std::nullopt);
+    EXPECT_EQ(desk.sheet->ended, 0);
     desk.pages[3]->mayApply = true;
     desk.Press(ID_WIZFINISH);
     EXPECT_EQ(desk.notes.Take(), "kill3 set3 kill3");
@@ -386,40 +346,19 @@ TEST(PropertySheet, SurvivesItsHost) {
             if (sheet == nullptr) return;
             int const page = pick(sheet->GetPageCount() + 1);
             FakePage* const object = sheet->Page(page);
-            switch (pick(isWild ? 11 : 9)) {
-                case 0:
-                    desk.Add();
-                    break;
-                case 1:
-                    sheet->RemovePage(page);
-                    break;
-                case 2:
-                case 3: {
-                    bool const isShown = sheet->SetActivePage(page) != 0;
-                    EXPECT_TRUE(isWild || isShown == (object != nullptr && sheet->GetActivePage() == object));
-                } break;
-                case 4:
-                    if (object != nullptr) object->maySet = pick(4) != 0;
-                    break;
-                case 5:
-                    if (object != nullptr) object->mayKill = pick(4) != 0;
-                    break;
-                case 6:
-                    if (object != nullptr) object->mayApply = pick(4) != 0;
-                    break;
-                case 7:
-                    desk.Press(pick(2) != 0 ? ID_APPLY_NOW : IDOK);
-                    break;
-                case 8:
-                    sheet->HidePage(static_cast<unsigned>(page), pick(2));
-                    break;
-                case 9:
-                    if (pick(8) == 0) desk.sheet.reset();
-                    break;
-                default:
-                    if (!desk.pages.empty())
-                        desk.pages[static_cast<std::size_t>(page) % desk.pages.size()].reset();
-                    break;
+            std::string const scripts[] = {"p", "p", "r", "S", "K", "A", "a", "o", "d"};
+            int const what = pick(isWild ? 13 : 12);
+            if (what < 8 + isWild) {
+                bool const needsPage = what > 2 && what < 6;
+                if (!needsPage || object != nullptr) Do(desk, scripts[what] + std::to_string(page % 5));
+            } else if (what == 9) {
+                desk.Add();
+            } else if (what == 10) {
+                sheet->HidePage(static_cast<unsigned>(page), pick(2));
+            } else if (what == 11 && object != nullptr) {
+                object->maySet = object->mayKill = object->mayApply = true;
+            } else if (pick(8) == 0 && isWild) {
+                desk.sheet.reset();
             }
         };
         desk.notes.inBetween = [&] {
@@ -431,7 +370,7 @@ TEST(PropertySheet, SurvivesItsHost) {
         desk.Begin();
         for (int i = 0; i < 60; ++i) {
             act();
-            if (desk.sheet == nullptr || desk.sheet->ended) break;
+            if (desk.sheet == nullptr || desk.sheet->ended != 0) break;
             FakeSheet const& sheet = *desk.sheet;
             unsigned tabs = 0;
             for (int page = 0; page < sheet.GetPageCount(); ++page) {
