@@ -101,11 +101,10 @@ struct Desk : FakeDesk {
         for (int i = 0; i < count; ++i)
             Add();
     }
-    FakePage& Add() {
-        int const number = static_cast<int>(this->pages.size());
-        this->pages.push_back(std::make_unique<FakePage>(*this, notes, number));
-        sheet->AddPage(this->pages.back().get());
-        return *this->pages.back();
+    void Add() {
+        int const number = static_cast<int>(pages.size());
+        pages.push_back(std::make_unique<FakePage>(*this, notes, number));
+        sheet->AddPage(pages.back().get());
     }
     void Begin() {
         sheet->InitDialog();
