@@ -3,6 +3,8 @@
 #include "platform/dialog_controls.h"
 #include "platform/event_routing.h"
 #include "platform/focus_order.h"
+#include "platform/logical_tree.h"
+#include "platform/window_registry.h"
 #include "views/dialog_units.h"
 
 #include <tov310/messages.h>
@@ -103,11 +105,15 @@ class DialogBuilder {
     }
 
     QWidget* MakeOther(CTovControlTemplate const& control, QRect const& place) {
+        // A host that only holds the controls of a form is no window of its own.
+        CWnd* const around = IsTransparent(m_host) && LogicalParent(m_host) != nullptr
+                                 ? WindowRegistry::Instance().Of(LogicalParent(m_host))
+                                 : TovWnd(&m_host);
         CWnd* const window =
-            TovCreateControl(control.className.c_str(), control.style, TovRect(place), TovWnd(&m_host));
+            TovCreateControl(control.className.c_str(), control.style, TovRect(place), around);
         QWidget* const widget = window != nullptr ? TovWidget(window) : nullptr;
         if (widget == nullptr) return nullptr;
-        if (widget->parentWidget() == nullptr) widget->setParent(&m_host);
+        if (!m_host.isAncestorOf(widget)) widget->setParent(&m_host);
         if (control.id != 0) window->SetDlgCtrlID(static_cast<int>(control.id));
         if (!control.text.empty()) window->SetWindowText(control.text.c_str());
         return widget;

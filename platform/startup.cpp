@@ -2,6 +2,7 @@
 
 #include "platform/announcer.h"
 #include "platform/menu_view.h"
+#include "platform/printing.h"
 #include "platform/pump.h"
 #include "platform/screen.h"
 
@@ -77,6 +78,7 @@ std::unique_ptr<Screen> screen;
 std::unique_ptr<CTovMessageWindow> anchor;
 std::unique_ptr<Announcer> announcer;
 std::unique_ptr<WindowPump> windowPump;
+std::unique_ptr<PrintingOnScreen> printing;
 MenuPort menus;
 
 void WakeMainLoop() {
@@ -91,11 +93,13 @@ void StopPlatform() {
     TovSetDefaultSystem(nullptr);
     TovSetDefaultAnnounce(nullptr);
     TovSetDefaultPump(nullptr);
+    TovSetDefaultPrinting(nullptr);
     std::unique_ptr<MainLoop> ended;
     {
         std::scoped_lock const lock(loopGuard);
         ended = std::move(mainLoop);
     }
+    printing.reset();
     windowPump.reset();
     announcer.reset();
     anchor.reset();
@@ -116,9 +120,11 @@ void StartPlatform() {
     anchor->Create();
     announcer = std::make_unique<Announcer>();
     windowPump = std::make_unique<WindowPump>();
+    printing = std::make_unique<PrintingOnScreen>();
     TovSetDefaultSystem(screen.get());
     TovSetDefaultAnnounce(announcer.get());
     TovSetDefaultPump(windowPump.get());
+    TovSetDefaultPrinting(printing.get());
     TovSetPostWaker(WakeMainLoop);
     if (TovGetMenuPort() == nullptr) TovSetMenuPort(&menus);
     qAddPostRoutine(StopPlatform);

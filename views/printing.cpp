@@ -3,6 +3,7 @@
 #include <tov310/application.h>
 #include <tov310/device_context.h>
 #include <tov310/document.h>
+#include <tov310/system.h>
 #include <tov310/view_extensions.h>
 
 #include "frame/resource_module.h"
@@ -37,6 +38,7 @@ class MainWindowDisabled {
     MainWindowDisabled() {
         CWinApp const* const app = TovGetApp();
         CWnd* const main = CWnd::FromHandlePermanent(app != nullptr ? app->GetMainWnd() : HWND{});
+        m_focus = TovGetFocus();
         if (main != nullptr && main->EnableWindow(0) != 0) m_window = main->GetSafeHwnd();
     }
     MainWindowDisabled(MainWindowDisabled const&) = delete;
@@ -44,11 +46,16 @@ class MainWindowDisabled {
     ~MainWindowDisabled() { End(); }
 
     void End() {
-        if (CWnd* const main = CWnd::FromHandlePermanent(std::exchange(m_window, {}))) main->EnableWindow(1);
+        CWnd* const main = CWnd::FromHandlePermanent(std::exchange(m_window, {}));
+        if (main == nullptr) return;
+        main->EnableWindow(1);
+        if (TovGetFocus()) return;
+        if (CWnd* const focus = CWnd::FromHandlePermanent(m_focus)) focus->SetFocus();
     }
 
  private:
     HWND m_window;
+    HWND m_focus;  // a window that takes nothing loses it
 };
 
 CString DocumentName(CView const& view) {

@@ -21,7 +21,12 @@
 #include <tov310/switched_edit.h>
 #include <tov310/tool_bar.h>
 #include <tov310/tov_dialog.h>
+#include <tov310/tov_form_view.h>
 #include <tov310/tov_frame.h>
+#include <tov310/tov_html_view.h>
+#include <tov310/tov_printer.h>
+#include <tov310/tov_scroll_view.h>
+#include <tov310/tov_view.h>
 #include <tov310/value_edits.h>
 #include <tov310/wnd_on.h>
 #include <tov310/wnd_splash.h>
