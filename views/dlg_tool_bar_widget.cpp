@@ -88,12 +88,17 @@ int CTovDlgToolBar::Create(HINSTANCE module, unsigned toolbarId, unsigned contro
         }
         QAction* const button = made->addAction(TipOf(module, command));
         button->setData(command);
-        if (HICON const icon = resource.ExtractIcon(command)) button->setIcon(TovQIcon(icon));
-        made->widgetForAction(button)->setFixedSize(TovQSize(resource.ButtonSize()));
         HWND const target = m_host->GetSafeHwnd();
         QObject::connect(button, &QAction::triggered, made.get(), [target, command] {
             TovPostMessage(target, WM_COMMAND, TovCommandParam(command, BN_CLICKED));
         });
+        QSize const size = TovQSize(resource.ButtonSize());
+        made->widgetForAction(button)->setFixedHeight(size.height());
+        // Without a picture it shows its words.
+        HICON const icon = resource.ExtractIcon(command);
+        if (icon == nullptr) continue;
+        button->setIcon(TovQIcon(icon));
+        made->widgetForAction(button)->setFixedWidth(size.width());
     }
     if ((style & WS_DISABLED) != 0) made->setEnabled(false);
     if (QWidget* const leader = m_sheet != nullptr ? TovWidget(FirstButton()) : nullptr) {

@@ -57,6 +57,33 @@ TEST(DialogMetrics, AreTheSizesOfControlsInDialogs) {
     TovSetSystem(screen);
 }
 
+struct HostsOwnClass : ITovControlFactory {
+    HostsOwnClass() { TovAddControlFactory(this); }
+    ~HostsOwnClass() { TovRemoveControlFactory(this); }
+    CWnd* CreateControl(char const* name, unsigned long, CRect const&, CWnd* parent) override {
+        if (std::string_view(name) != "HostsOwn") return nullptr;
+        return TovWnd(std::make_unique<QSpinBox>(TovWidget(parent)).release());
+    }
+};
+
+TEST(DlgTemplate, MakesDialogsAsTheTextFormDoes) {
+    TovSetFaultHandler([](char const*) {});  // some words have no room
+    HostsOwnClass const known;
+    HINSTANCE const module = TovLoadResourceModule(TOV_TEST_SOURCE_DIR "/tests/views/dialogs_module");
+    CTovDialog dialog(CString("extended"));
+    dialog.AutoDelete(0);
+    ASSERT_EQ(dialog.Create(module), 1);
+    auto const item = [&dialog](int id) { return TovWidget(dialog.GetDlgItem(id)); };
+    EXPECT_EQ(dialog.windowTitle(), "新建");
+    EXPECT_EQ(dialog.size(), TovMapDialogRect(dialog.font(), {0, 0, 170, 62}).size());
+    EXPECT_EQ(dynamic_cast<QLineEdit&>(*item(1001)).text(), "📍站");
+    EXPECT_TRUE(dynamic_cast<QPushButton&>(*item(IDOK)).isDefault());
+    EXPECT_EQ(dynamic_cast<QComboBox&>(*item(1007)).itemText(0), "中");
+    EXPECT_EQ(dynamic_cast<QListWidget&>(*item(1008)).item(0)->text(), "one");
+    EXPECT_EQ(dynamic_cast<QSlider&>(*item(1009)).orientation(), Qt::Vertical);
+    EXPECT_NE(dynamic_cast<QSpinBox*>(item(1011)), nullptr);
+}
+
 struct BarHost : CTovDialog {
     using CTovDialog::CTovDialog;
     int OnCommand(WPARAM wParam, LPARAM lParam) override {
@@ -92,6 +119,8 @@ TEST(DlgToolBar, StandsAtAnEdgeAndSendsItsCommandsToTheDialog) {
     host.Bar().ArrangeToolbar(0);
     EXPECT_EQ(bar.geometry().bottomRight(), QPoint(400 - margin, 299 - margin));
 
+    QWidget const& words = *bar.widgetForAction(host.Bar().ButtonOf(1201));
+    EXPECT_GE(words.width(), words.fontMetrics().horizontalAdvance("Open")) << "there is no picture";
     EXPECT_EQ(host.Bar().ButtonOf(1201)->toolTip(), "Open");
     EXPECT_EQ(host.Bar().ButtonOf(1202)->toolTip(), "Close");
     EXPECT_EQ(host.Bar().EnableButton(1202, 0), 1);
