@@ -125,9 +125,15 @@ void CTovDialogProgress::Center() {
     QWidget const* around = TovWidget(m_state->center);
     if (around == nullptr) around = TovWidget(m_state->parent);
     QRect const room = screen()->availableGeometry();
-    QRect const middle =
-        around != nullptr ? QRect(around->mapToGlobal(around->rect().topLeft()), around->size()) : room;
-    QRect place = rect();
+    QRect middle = room;
+    QSize frame;  // of a window that is not shown yet, that of another
+    if (around != nullptr) {
+        QWidget const& window = *around->window();
+        frame = window.frameGeometry().size() - window.size();
+        middle = around->isWindow() ? window.frameGeometry()
+                                    : QRect(around->mapToGlobal(QPoint()), around->size());
+    }
+    QRect place(QPoint(), size() + frame.expandedTo({0, 0}));
     place.moveCenter(middle.center());
     place.moveLeft(std::max(std::min(place.left(), room.right() - place.width()), room.left()));
     place.moveTop(std::max(std::min(place.top(), room.bottom() - place.height()), room.top()));

@@ -266,8 +266,8 @@ TEST(DialogProgress, IsMadeByItsStyleInTheMiddleAndOutlivesItsParent) {
             EXPECT_EQ(abort.isVisible(), hasEvent);
             QRect const whole = TovMapDialogRect(progress.font(), {0, 0, 221, units[std::min(style, 4)]});
             EXPECT_EQ(progress.height(), whole.height() - (hasEvent ? 0 : abort.height() + 1));
-            QPoint const off = progress.geometry().center() - around->geometry().center();
-            EXPECT_LT(off.manhattanLength(), 20) << "but for the frame";
+            QPoint const off = progress.frameGeometry().center() - around->frameGeometry().center();
+            EXPECT_LE(off.manhattanLength(), 2);
             QWidget const* const place = TovWidget(progress.GetDlgItem(26524));
             EXPECT_TRUE(place == nullptr || !place->isVisible()) << "it is the host's";
             progress.close();
