@@ -260,6 +260,7 @@ TEST(DialogProgress, IsMadeByItsStyleInTheMiddleAndOutlivesItsParent) {
             auto around = std::make_unique<QWidget>();
             around->setGeometry(200, 100, 400, 400);
             around->show();
+            ASSERT_TRUE(QTest::qWaitForWindowExposed(around.get()));
             CEvent event;
             CTovDialogProgress progress(around.get());
             progress.ProgressStyle(static_cast<CTovDialogProgress::eStyles>(style));
