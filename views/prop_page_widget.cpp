@@ -1,5 +1,6 @@
 #include <tov310/prop_page.h>
 
+#include "platform/child_ground.h"
 #include "platform/dialog_builder.h"
 
 #include <tov310/dlg_tool_bar.h>
@@ -134,6 +135,15 @@ int CTovPropPage::OnKillActive() {
     int const mayLeave = CTovPageOf::OnKillActive();
     if (mayLeave != 0) Q_EMIT deactivated();
     return mayLeave;
+}
+
+void CTovPropPage::TakePlaceholder(CWnd& placeholder) {
+    m_childGround = std::make_unique<ChildGround>(*this, placeholder);
+    CTovPageOf::TakePlaceholder(placeholder);
+}
+
+void CTovPropPage::PrepareChildDialog(CDialog& child) {
+    if (m_childGround != nullptr) m_childGround->Prepare(child);
 }
 
 std::unique_ptr<CDialog> CTovPropPage::MakePlainDialog() {

@@ -3,7 +3,7 @@
 //   class MyDialog : public QDialog {
 //    public:
 //       MyDialog() { m_ui.setupUi(this); m_guard.Begin(); }
-//       void accept() override { if (m_guard.ValidateCommand(1)) QDialog::accept(); }
+//       void accept() override { if (m_guard.ValidateCommand(tov::IDOK)) QDialog::accept(); }
 //    private:
 //       tov::CTovFormGuard m_guard{this};
 //   };

@@ -13,10 +13,12 @@
 #include <tov310/sheet_container.h>
 #include <tov310/wnd_on.h>
 
+#include <memory>
 #include <vector>
 
 namespace tov {
 
+class ChildGround;
 class CTovPropSheet;
 
 // A page is made when its sheet is; until then it has no controls but those that its host has made.
@@ -79,6 +81,8 @@ class TOV_UI_API CTovPropPage : public CWndOn<QWidget, CTovPageOf<CPropertyPage>
     void OnComboBoxEditChange(unsigned id) override { Q_EMIT comboBoxEditChanged(id); }
     void OnListBoxSelChange(unsigned id) override { Q_EMIT listBoxSelChanged(id); }
     std::unique_ptr<CDialog> MakePlainDialog() override;
+    void TakePlaceholder(CWnd& placeholder) override;
+    void PrepareChildDialog(CDialog& child) override;
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
 
  private:
@@ -95,6 +99,7 @@ class TOV_UI_API CTovPropPage : public CWndOn<QWidget, CTovPageOf<CPropertyPage>
     unsigned long m_helpTopic = 0;
     int m_isActive = 0;
     bool m_isReady = false;
+    std::unique_ptr<ChildGround> m_childGround;
     std::vector<QPointer<QObject>> m_made;
 };
 
