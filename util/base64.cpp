@@ -21,7 +21,7 @@ constexpr unsigned long mailLineLength = 76;
 
 constexpr std::uint8_t noDigit = 0x80;  // its bit stands in no digit, so that four can be tested in one go
 
-constexpr std::array<std::uint8_t, 256> digits = [] {
+constexpr std::array<std::uint8_t, 256> base64Digits = [] {
     std::array<std::uint8_t, 256> table{};
     table.fill(noDigit);
     for (std::size_t i = 0; i < alphabet.size(); ++i)
@@ -142,13 +142,13 @@ unsigned long TovDecodeBase64(unsigned char* text) {
             // the end is no digit either, so testing one after the other never looks behind it.
             DecodeBase64Blocks(in, end, out);
             for (;;) {
-                unsigned const a = digits[in[0]];
+                unsigned const a = base64Digits[in[0]];
                 if (a == noDigit) break;
-                unsigned const b = digits[in[1]];
+                unsigned const b = base64Digits[in[1]];
                 if (b == noDigit) break;
-                unsigned const c = digits[in[2]];
+                unsigned const c = base64Digits[in[2]];
                 if (c == noDigit) break;
-                unsigned const d = digits[in[3]];
+                unsigned const d = base64Digits[in[3]];
                 if (d == noDigit) break;
                 out[0] = static_cast<unsigned char>(a << 2 | b >> 4);
                 out[1] = static_cast<unsigned char>((b << 4 | c >> 2) & 0xFF);
@@ -158,7 +158,7 @@ unsigned long TovDecodeBase64(unsigned char* text) {
             }
             if (*in == 0) break;
         }
-        unsigned const digit = digits[*in];
+        unsigned const digit = base64Digits[*in];
         if (digit == noDigit) continue;
         bits = bits << 6 | digit;
         if (++count < 4) continue;
