@@ -21,8 +21,14 @@ PassingModule::~PassingModule() {
 }
 
 bool PassingModule::Load(char const* path) {
-    if (m_module == nullptr) m_module = dlopen(path, RTLD_NOW | RTLD_LOCAL);
-    return m_module != nullptr;
+    if (m_module != nullptr) return true;
+    m_module = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+    if (m_module == nullptr) return false;
+    // What image libraries compute with in parallel gives neither its memory nor its threads back when it is
+    // unloaded with them; where it came along it stays.
+    if (void* const parallel = dlopen("libgomp.so.1", RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE))
+        dlclose(parallel);
+    return true;
 }
 
 void* PassingModule::Symbol(char const* name) const {
