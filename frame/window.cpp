@@ -17,7 +17,6 @@
 #include <deque>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <utility>
 
 namespace tov {
@@ -112,17 +111,21 @@ class AnswerToSender {
         if (m_sent == nullptr) return;
         {
             std::scoped_lock const lock(m_queue.guard);
-            m_sent->state = m_answer ? SentMessage::kAnswered : SentMessage::kLost;
-            m_sent->result = m_answer.value_or(0);
+            m_sent->state = m_isAnswered ? SentMessage::kAnswered : SentMessage::kLost;
+            m_sent->result = m_result;
         }
         m_sent->changed.notify_all();
     }
-    void Give(LRESULT result) { m_answer = result; }
+    void Give(LRESULT result) {
+        m_result = result;
+        m_isAnswered = true;
+    }
 
  private:
     PostQueue& m_queue;
     std::shared_ptr<SentMessage> m_sent;
-    std::optional<LRESULT> m_answer;
+    bool m_isAnswered = false;
+    LRESULT m_result = 0;
 };
 
 int SendAndWait(HWND window, unsigned message, WPARAM wParam, LPARAM lParam,
