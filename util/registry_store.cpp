@@ -99,7 +99,7 @@ std::string CacheText(HKEY root, std::string_view key) {
 }
 
 // A key from the cache may have been deleted by another process; then it is made anew, once.
-constexpr int tries = 2;
+constexpr int registryTries = 2;
 
 }  // namespace
 
@@ -390,7 +390,7 @@ std::optional<RegistryValue> RegistryStore::Read(HKEY root, std::string_view key
     std::lock_guard const lock(m_mutex);
     if (!Open()) return std::nullopt;
     auto const text = CacheText(root, key);
-    for (int i = 0; i < tries; ++i) {
+    for (int i = 0; i < registryTries; ++i) {
         auto const id = CachedKey(text, root, key);
         if (!id) return std::nullopt;
         Query query(*this, readValue);
@@ -418,7 +418,7 @@ bool RegistryStore::Write(HKEY root, std::string_view key, std::string_view name
     std::lock_guard const lock(m_mutex);
     if (!Open()) return false;
     auto const text = CacheText(root, key);
-    for (int i = 0; i < tries; ++i) {
+    for (int i = 0; i < registryTries; ++i) {
         auto const id = CachedKey(text, root, key);
         if (!id) return false;
         if (!Put(*id, name, value)) return false;
