@@ -84,6 +84,11 @@ SurveyFrame::SurveyFrame()
     SetActiveView(&m_view);
 }
 
+// The view looks at the document until its end, and as a child it would go after all members.
+SurveyFrame::~SurveyFrame() {
+    std::unique_ptr<PlacesView> const view(&m_view);
+}
+
 void SurveyFrame::MakeMenu() {
     auto menu = std::make_unique<tov::CMenu>();
     menu->LoadMenu(tov::TovGetResourceHandle(), menuMain);

@@ -34,6 +34,7 @@ class SurveyFrame : public CTovFrameWnd {
     TOV_DYNAMIC(SurveyFrame, CTovFrameWnd)
  public:
     SurveyFrame();
+    ~SurveyFrame() override;
 
     // Shows a table. Answers 1, or 0 where it cannot be read, of which the user has been told.
     int Open(std::string const& file);
