@@ -14,6 +14,13 @@ extern "C" char const* __lsan_default_suppressions() {
     return "leak:__argz_add_sep\n";
 }
 
+// FreeImage is loaded on one thread and unloaded on another, under a lock of the loader's that the thread
+// sanitizer does not see.
+extern "C" TOV_EXPORT char const* __tsan_default_suppressions();
+extern "C" char const* __tsan_default_suppressions() {
+    return "race:libfreeimage.so\n";
+}
+
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     tov::test::TemporaryFolder const configuration;
