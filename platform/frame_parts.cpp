@@ -139,6 +139,11 @@ CTovMDIFrameWnd::CTovMDIFrameWnd(QWidget* parent, Qt::WindowFlags flags)
     });
 }
 
+// The area goes after the frame, and activates nothing in doing so.
+CTovMDIFrameWnd::~CTovMDIFrameWnd() {
+    disconnect(m_area, nullptr, this, nullptr);
+}
+
 void CTovMDIFrameWnd::MDIActivate(CMDIChildWnd* child) {
     CMDIFrameWnd::MDIActivate(child);
     m_area->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(TovWidget(child)));

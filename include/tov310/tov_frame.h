@@ -103,6 +103,7 @@ class TOV_UI_API CTovMDIFrameWnd : public CTovFrameOn<CMDIFrameWnd> {
     TOV_DYNCREATE(CTovMDIFrameWnd, CMDIFrameWnd)
  public:
     explicit CTovMDIFrameWnd(QWidget* parent = nullptr, Qt::WindowFlags flags = {});
+    ~CTovMDIFrameWnd() override;
 
     // Where the frames stand. One is added by addSubWindow, and belongs to the area then.
     QMdiArea* MdiArea() const { return m_area; }
