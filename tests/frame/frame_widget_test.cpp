@@ -250,6 +250,9 @@ TEST(Frames, FramesStandInAFrame) {
     EXPECT_EQ(outer.MDIGetActive(), nullptr);
     TovSendMessage(outer.GetSafeHwnd(), WM_COMMAND, TovCommandParam(3, 0));
     EXPECT_EQ(outer.done, (Ids{3, 3, 3, 3}));
+    // It ends on the screen, and frames with it.
+    for (int i = 0; i < 2; ++i)
+        outer.MdiArea()->addSubWindow(new CTovMDIChildWnd)->show();
 }
 
 TEST(Frames, TheGripperKeepsToItsCorner) {
