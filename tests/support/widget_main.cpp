@@ -14,6 +14,12 @@ extern "C" char const* __tsan_default_suppressions() {
            "called_from_lib:libQt6Gui.so.6\n";
 }
 
+// The desktop's message bus keeps what it connected with.
+extern "C" TOV_EXPORT char const* __lsan_default_suppressions();
+extern "C" char const* __lsan_default_suppressions() {
+    return "leak:libdbus-1.so\n";
+}
+
 namespace {
 
 void OnQtMessage(QtMsgType type, QMessageLogContext const&, QString const& text) {
