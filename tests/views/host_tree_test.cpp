@@ -30,12 +30,12 @@ HINSTANCE Module() {
 struct Desk : test::FakeDesk {
     struct Tip final : ITovTip {
         explicit Tip(Desk& desk) : m_desk(desk) {}
-        void Show(char const* text, CPoint const& place, CTovToolTipText::eAcross across,
+        void Show(char const* words, CPoint const& corner, CTovToolTipText::eAcross across,
                   CTovToolTipText::eDown down) override {
             EXPECT_EQ(across, CTovToolTipText::eLeft);
             EXPECT_EQ(down, CTovToolTipText::eTop);
-            m_desk.text = text;
-            m_desk.place = place;
+            m_desk.text = words;
+            m_desk.place = corner;
         }
         void Hide() override { m_desk.text.clear(); }
         Desk& m_desk;
