@@ -171,6 +171,12 @@ void CTovHostContainer::HostIsReady() {
     unsigned long data = 0;
     m_isReady = 1;
     SetEmptyFields(GetFirstEmptyDlgItem(data) != nullptr);
+    HWND const self = HandleOf(GetContainerWnd());
+    // A form stands later than the host around it, which has heard of none of its fields so far.
+    HWND const above = m_kind == eKindForm ? GetWindowAbove() : HWND{};
+    if (above)
+        TovSendMessage(above, WM_TOV_INPUT_CONTROL_EMPTY_CHANGED, 0, static_cast<LPARAM>(GetEmptyFields()));
+    if (!IsWindow(self)) return;
     if (m_kind != eKindPage) m_host.EnableOkButton();  // of a page the sheet does it
 }
 

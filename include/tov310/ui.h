@@ -22,6 +22,7 @@
 #include <tov310/tool_bar.h>
 #include <tov310/tov_dialog.h>
 #include <tov310/tov_form_view.h>
+#include <tov310/tov_form_view_cv.h>
 #include <tov310/tov_frame.h>
 #include <tov310/tov_html_view.h>
 #include <tov310/tov_printer.h>

@@ -48,15 +48,8 @@ struct Word : CTovEditString {
 
 struct Tree;
 
-struct Form : CWndOn<QWidget, CWnd>, CTovOkHost, CTovHostContainer, CTovTipExtensions {
-    Form(Tree& tree, HostNode const& node);
-    int EnableOkButton() override { return EnableOkOfForm(*this, *this); }
-    int OnEnableOkButton(int quiet) override { return EnableOkOfHost(quiet); }
-    void ShowHostTip(char const* text, int x, int y, unsigned milliseconds) override {
-        CreateTip(*this);
-        ShowToolTipLeftTop(text, x, y, milliseconds);
-    }
-    void Begin() { NeedHandle(), BeginHost(), HostIsReady(); }
+struct FormHost : CTovFormViewCV {
+    FormHost(Tree& tree, HostNode const& node);
 };
 
 template <class Base>
@@ -96,8 +89,7 @@ struct Tree {
             layout->addWidget(edit);
         }
         for (auto const& form : node.forms) {
-            forms.push_back(new Form(*this, *form));
-            layout->addWidget(forms.back());
+            layout->addWidget(new FormHost(*this, *form));
         }
         auto* const placeholder = new QLabel(&around);
         placeholder->setProperty(tovIdProperty, 50);
@@ -145,21 +137,17 @@ struct Tree {
     Listener listener;
     std::map<int, Word*> fields;
     std::map<int, CTovDialogExtensions*> dialogs;
-    std::vector<Form*> forms;
     Host<CTovDialogCV> root;
 };
 
-Form::Form(Tree& tree, HostNode const& node) : CTovHostContainer(eKindForm, this, this, nullptr) {
-    tree.Fill(*this, node);
+FormHost::FormHost(Tree& tree, HostNode const& node) {
+    tree.Fill(*Form(), node);
 }
 
 template <class Base>
 int Host<Base>::OnInitDialog() {
     tree.dialogs[node.number] = this;
-    std::size_t const first = tree.forms.size();
     tree.Fill(*this, node);
-    for (std::size_t i = first; i < first + node.forms.size(); ++i)
-        tree.forms[i]->Begin();
     return Base::OnInitDialog();
 }
 
