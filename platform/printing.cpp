@@ -15,6 +15,8 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPaintEngine>
+#include <QPointer>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
@@ -57,7 +59,8 @@ class PrinterOfToolkit final : public ITovPrinter {
  public:
     explicit PrinterOfToolkit(std::unique_ptr<QPrinter> printer)
         : m_own(std::move(printer)), m_printer(*m_own) {}
-    explicit PrinterOfToolkit(QPrinter& printer) : m_printer(printer) {}
+    explicit PrinterOfToolkit(QPrinter& printer, bool isPreview = false)
+        : m_printer(printer), m_isPreview(isPreview) {}
     ~PrinterOfToolkit() override {
         EndPainting();
         RemoveFile();
@@ -83,7 +86,8 @@ class PrinterOfToolkit final : public ITovPrinter {
 
     CDC* Open(char const* document, char const* output) override {
         m_printer.setDocName(TovQString(document));
-        m_target = output != nullptr && *output != 0 ? TovQString(output) : m_printer.outputFileName();
+        if (!m_isPreview) m_target = TovQString(output);
+        if (m_target.isEmpty() && !m_isPreview) m_target = m_printer.outputFileName();
         if (!m_target.isEmpty()) {
             m_written = NameBeside(m_target);
             m_printer.setOutputFormat(QPrinter::PdfFormat);
@@ -141,6 +145,7 @@ class PrinterOfToolkit final : public ITovPrinter {
 
     std::unique_ptr<QPrinter> m_own;
     QPrinter& m_printer;
+    bool m_isPreview = false;
     QPainter m_nowhere;
     std::unique_ptr<CTovPainterDC> m_dc;
     QString m_target;
@@ -184,6 +189,26 @@ class PrintingDialog final : public CTovDialog, public ITovPrintProgress {
     int m_goesOn = 1;
 };
 
+// A dialog of the toolkit, which the window that it belongs to may take along when that ends meanwhile.
+template <class Dialog>
+class Asking {
+ public:
+    template <class... Arguments>
+    explicit Asking(Arguments&&... arguments)
+        : m_dialog(std::make_unique<Dialog>(std::forward<Arguments>(arguments)...).release()) {}
+    Asking(Asking const&) = delete;
+    Asking& operator=(Asking const&) = delete;
+    ~Asking() { delete m_dialog.data(); }
+
+    Dialog* operator->() const { return m_dialog.data(); }
+
+    // Whether the user has accepted, and the dialog is still there.
+    bool IsAccepted() { return m_dialog->exec() == QDialog::Accepted && m_dialog; }
+
+ private:
+    QPointer<Dialog> m_dialog;
+};
+
 QWidget* WindowOf(CView const& view) {
     QWidget* const widget = TovWidget(&view);
     return widget != nullptr ? widget->window() : QApplication::activeWindow();
@@ -218,13 +243,13 @@ std::unique_ptr<ITovPrinter> PrintingOnScreen::CreatePrinter(char const* name) {
 int PrintingOnScreen::AskForJob(CView& view, CPrintInfo& job, std::unique_ptr<ITovPrinter>& printer) {
     auto made = std::make_unique<PrinterOfToolkit>(NewPrinter(QPrinterInfo::defaultPrinter()));
     QPrinter& native = made->Native();
-    QPrintDialog dialog(&native, WindowOf(view));
+    Asking<QPrintDialog> dialog(&native, WindowOf(view));
     constexpr unsigned unknown = 0xFFFF;
-    dialog.setMinMax(static_cast<int>(job.m_nMinPage), static_cast<int>(job.m_nMaxPage));
+    dialog->setMinMax(static_cast<int>(job.m_nMinPage), static_cast<int>(job.m_nMaxPage));
     if (job.m_nMaxPage != unknown)
-        dialog.setFromTo(static_cast<int>(job.m_nMinPage), static_cast<int>(job.m_nMaxPage));
+        dialog->setFromTo(static_cast<int>(job.m_nMinPage), static_cast<int>(job.m_nMaxPage));
     QPointer<QWidget> const alive(TovWidget(&view));
-    if (dialog.exec() != QDialog::Accepted || !alive) return 0;
+    if (!dialog.IsAccepted() || !alive) return 0;
     if (native.printRange() == QPrinter::PageRange && native.fromPage() > 0) {
         job.m_nFromPage = static_cast<unsigned>(native.fromPage());
         job.m_nToPage = static_cast<unsigned>(std::max(native.fromPage(), native.toPage()));
@@ -240,12 +265,12 @@ int PrintingOnScreen::AskForJob(CView& view, CPrintInfo& job, std::unique_ptr<IT
 }
 
 int PrintingOnScreen::AskForFile(CView& view, CString& path) {
-    QFileDialog dialog(WindowOf(view), TextOfLibrary(stringFileTitle), TextOfLibrary(stringFileName),
-                       TextOfLibrary(stringFileFilter));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(TextOfLibrary(stringFileExtension));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return 0;
-    path = TovText(dialog.selectedFiles().constFirst());
+    Asking<QFileDialog> dialog(WindowOf(view), TextOfLibrary(stringFileTitle), TextOfLibrary(stringFileName),
+                               TextOfLibrary(stringFileFilter));
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(TextOfLibrary(stringFileExtension));
+    if (!dialog.IsAccepted() || dialog->selectedFiles().isEmpty()) return 0;
+    path = TovText(dialog->selectedFiles().constFirst());
     return 1;
 }
 
@@ -259,18 +284,22 @@ std::unique_ptr<ITovPrintProgress> PrintingOnScreen::ShowProgress(char const* do
 int PrintingOnScreen::Preview(CView& view) {
     QPointer<QWidget> const alive(TovWidget(&view));
     QPrinter sheet(QPrinter::HighResolution);
-    QPrintPreviewDialog dialog(&sheet, WindowOf(view));
+    Asking<QPrintPreviewDialog> dialog(&sheet, WindowOf(view));
     int isShown = 0;
-    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog, [&](QPrinter* native) {
-        if (!alive) return;
-        PrinterOfToolkit printer(*native);
-        CPrintInfo job;
-        job.m_bPreview = 1;
-        job.m_pPrinter = &printer;
-        job.m_pDevMode = printer.GetDevMode();
-        if (view.OnPreparePrinting(&job) != 0 && alive) isShown = TovPrintPages(view, job, printer);
-    });
-    dialog.exec();
+    QObject::connect(dialog.operator->(), &QPrintPreviewDialog::paintRequested, dialog.operator->(),
+                     [&](QPrinter* native) {
+                         if (!alive) return;
+                         // Its button to print asks in the same way, but for what is drawn on.
+                         bool const isPreview = native->paintEngine()->type() == QPaintEngine::Picture;
+                         PrinterOfToolkit printer(*native, isPreview);
+                         CPrintInfo job;
+                         job.m_bPreview = isPreview;
+                         job.m_pPrinter = &printer;
+                         job.m_pDevMode = printer.GetDevMode();
+                         if (view.OnPreparePrinting(&job) != 0 && alive)
+                             isShown = TovPrintPages(view, job, printer);
+                     });
+    dialog.IsAccepted();
     return isShown;
 }
 
