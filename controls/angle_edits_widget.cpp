@@ -64,7 +64,7 @@ class CTovEditValueAngle::FieldOf : public Edit {
     }
     // A whole angle that comes in by a drop, say, goes into all fields, once the toolkit is ready for it.
     int TakeInput(CString const& text) override {
-        if (!CanEdit() || m_angle->IsHolding() || !m_angle->m_mask.CanPaste(text.c_str())) return 0;
+        if (!CanEdit() || m_angle->IsChanging() || !m_angle->m_mask.CanPaste(text.c_str())) return 0;
         QMetaObject::invokeMethod(
             m_angle, [angle = m_angle, text] { angle->m_mask.Paste(text.c_str()); }, Qt::QueuedConnection);
         m_isTaken = true;
@@ -79,12 +79,24 @@ class CTovEditValueAngle::FieldOf : public Edit {
             if (m_angle->m_mask.Paste(text.c_str()) == 0) this->Beep();
             return;
         }
+        auto const alone = TovQString(text).trimmed().toUcs4();
+        if (alone.size() == 1 && m_angle->m_mask.OnFieldChar(alone[0]) != 0) return;
         Edit::Paste();
     }
     int CanPaste() override {
         CString text;
         if (this->GetClipboardText(text) != 0 && m_angle->m_mask.CanPaste(text.c_str())) return 1;
         return Edit::CanPaste();
+    }
+    // A text with anything else than the field takes is no part of an angle.
+    void ReadInput(CString& text) const override {
+        Edit::ReadInput(text);
+        QString const words = TovQString(text).trimmed();
+        auto const isStrange = [this](char32_t c) {
+            this->Convert(c);
+            return this->CharAllowed(c) == 0;
+        };
+        if (words.size() > 1 && std::ranges::any_of(words.toUcs4(), isStrange)) text.clear();
     }
     void AddCurrentToLastItems() override {}  // a part of an angle is no value
     void OnEditChanged(unsigned id) override {
@@ -95,6 +107,18 @@ class CTovEditValueAngle::FieldOf : public Edit {
     }
 
  protected:
+    // What one event puts into several fields is one change of the angle.
+    void BeginInput() override {
+        if (m_angle != nullptr) m_angle->BeginInput();
+        m_holding.push_back(m_angle);
+        Edit::BeginInput();
+    }
+    void EndInput() override {
+        QPointer<CTovEditValueAngle> const angle = m_holding.back();
+        m_holding.pop_back();
+        Edit::EndInput();
+        if (angle) angle->EndInput();
+    }
     void OnContentChanged() override {
         QPointer<CTovEdit> const alive(this);
         Edit::OnContentChanged();
@@ -116,15 +140,16 @@ class CTovEditValueAngle::FieldOf : public Edit {
     void keyPressEvent(QKeyEvent* event) override {
         QString const typed = event->text();
         bool const isPlain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
-        if (isPlain && typed.size() == 1 && typed[0].isPrint() &&
-            m_angle->m_mask.OnFieldChar(typed[0].unicode()) != 0)
-            return;
+        if (m_angle != nullptr && isPlain && typed.size() == 1 && typed[0].isPrint()) {
+            if (m_angle->m_mask.OnFieldChar(typed[0].unicode()) != 0) return;
+            if (CanEdit() && !m_angle->m_mask.HasRoomFor(typed[0].unicode())) return this->Beep();
+        }
         Edit::keyPressEvent(event);
     }
 
     void inputMethodEvent(QInputMethodEvent* event) override {
         auto const committed = event->commitString().toUcs4();
-        if (committed.size() != 1 || m_angle->m_mask.OnFieldChar(committed[0]) == 0)
+        if (m_angle == nullptr || committed.size() != 1 || m_angle->m_mask.OnFieldChar(committed[0]) == 0)
             return Edit::inputMethodEvent(event);
         QInputMethodEvent rest(event->preeditString(), event->attributes());
         Edit::inputMethodEvent(&rest);
@@ -151,6 +176,7 @@ class CTovEditValueAngle::FieldOf : public Edit {
     friend class CTovEditValueAngle;
 
     CTovEditValueAngle* m_angle;  // null once that is gone; then the field goes soon
+    std::vector<QPointer<CTovEditValueAngle>> m_holding;  // for an event of this field each
     bool m_isTaken = false;
 };
 
@@ -317,7 +343,7 @@ void CTovEditValueAngle::OnFieldLeft() {
 }
 
 void CTovEditValueAngle::OnFieldChanged() {
-    if (!IsHolding()) NoteChange();
+    if (!IsChanging()) NoteChange();
     m_fieldChanged = true;
     TellContent();
 }
@@ -463,7 +489,9 @@ void CTovEditValueAngle::PostNextDlgCtl(int previous) {
 }
 
 QString CTovEditValueAngle::WholeText() {
-    return m_mask.IsSplit() ? TovQString(m_mask.GetWholeText()) : text();
+    if (m_mask.IsSplit()) return TovQString(m_mask.GetWholeText());
+    CString const future = GetSafeHwnd() || IsEmpty() != 0 ? CString() : m_mask.GetFutureText();
+    return future.empty() ? text() : TovQString(future);
 }
 
 QSize CTovEditValueAngle::minimumSizeHint() const {

@@ -1,6 +1,7 @@
 // Where the fields of a split angle stand, which has the focus, and the caret in them.
 #include <tov310/edit_angle_mask.h>
 #include <tov310/messages.h>
+#include <tov310/packed_angle.h>
 #include <tov310/system.h>
 #include <tov310/window.h>
 
@@ -9,8 +10,11 @@
 #include "util/trim.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <iterator>
+#include <string>
 #include <string_view>
 #include <tuple>
 #include <utility>
@@ -255,6 +259,22 @@ int CTovEditAngleMask::OnFieldChar(char32_t character) {
     return 1;
 }
 
+bool CTovEditAngleMask::HasRoomFor(char32_t character) {
+    int const index = GetChildEditFocus();
+    if (index < 0 || index >= eTovFieldSeconds || character < U'0' || character > U'9') return true;
+    ITovAngleField& field = *m_fields[static_cast<std::size_t>(index)];
+    int start = 0;
+    int end = 0;
+    field.GetSelection(start, end);
+    auto const digits = [](std::string_view text) {
+        return std::ranges::count_if(text, [](char c) { return c >= '0' && c <= '9'; });
+    };
+    CString const mask = MaskText();
+    MaskSpan const span = MaskSpans(mask)[static_cast<std::size_t>(index)];
+    return start != end ||
+           digits(field.GetText()) < digits(std::string_view(mask).substr(span.begin, span.end - span.begin));
+}
+
 CString CTovEditAngleMask::GetWholeText() {
     if (!IsSplit() || IsEmpty() != 0) return {};
     CString const mask = MaskText();
@@ -271,6 +291,34 @@ CString CTovEditAngleMask::GetWholeText() {
     whole.append(mask, from);
     whole.erase(whole.find_last_not_of(' ') + 1);
     return whole;
+}
+
+CString CTovEditAngleMask::GetFutureText() {
+    long const unit = m_units.Unit();
+    bool const isDms = unit == TOV_UNIT_DMS;
+    if (IsSplit() || m_bSecOnly != 0 || (!isDms && unit != TOV_UNIT_GON)) return {};
+    double const packed =
+        m_units.InShownUnit([&] { return m_units.Host().ConvertStdTo(m_units.GetValue(), 0, 1); });
+    int sign = 1;
+    int degrees = 0;
+    int minutes = 0;
+    double seconds = 0;
+    int const decimals = std::min(m_displayDecimals, 5);
+    (isDms ? VeskSplitPackedDms : VeskSplitPackedGon)(packed, sign, degrees, minutes, seconds, decimals,
+                                                      m_bLimitToCircle);
+    CString const mask = MaskText();
+    std::vector<MaskSpan> const spans = MaskSpans(mask);
+    auto const signs = [&](std::size_t i) {
+        std::size_t const end = i + 1 < spans.size() ? spans[i + 1].begin : mask.size();
+        return mask.substr(spans[i].end, end - spans[i].end);
+    };
+    bool const hasLetter = m_eSignType != eSignPlusMinus;
+    std::array<char, 400> digits{};
+    std::snprintf(digits.data(), digits.size(), "%.*f", decimals, seconds);
+    CString whole = sign < 0 && !hasLetter ? "-" : "";
+    whole.append(std::to_string(degrees)).append(signs(0)).append(std::to_string(minutes)).append(signs(1));
+    whole.append(digits.data()).append(signs(2));
+    return hasLetter ? whole.append(SignLetter(sign < 0)) : whole;
 }
 
 CString CTovEditAngleMask::TextToCopy() {

@@ -4,6 +4,7 @@
 
 #include "controls/edit_angle_text.h"
 #include "controls/edit_messages.h"
+#include "util/trim.h"
 
 #include <algorithm>
 #include <bit>
@@ -353,6 +354,7 @@ void CTovEditAngleMask::SetSignType(eSignType type) {
 
 void CTovEditAngleMask::SetUnit(long unit) {
     m_units.HoldUnit();
+    if (!TovIsUnitOf(Settings(), unit)) return;
     Settings().Unit(unit);
     UnitChanged();
 }
@@ -405,7 +407,7 @@ CTovEditAngleMask::eState CTovEditAngleMask::InternalValidate(CString* message) 
             CString text;
             m_units.Host().TovValue()->SetDouble(bound);
             m_units.InShownUnit([&] { m_units.Host().TovValue()->GetString(text); });
-            return text;
+            return CString(TrimBlanks(text));
         };
         *message = RangeMessage(print(minimum), print(maximum));
         format.UseDmsSymbols(symbols);
@@ -415,9 +417,9 @@ CTovEditAngleMask::eState CTovEditAngleMask::InternalValidate(CString* message) 
 }
 
 int CTovEditAngleMask::IsEmpty() const {
+    // A letter alone is no angle.
     return std::all_of(m_fields.begin(), m_fields.end(), [this](ITovAngleField* field) {
-        return field->InputControl().IsEmpty() != 0 ||
-               (field == Field(eTovFieldSign) && field->GetText() == SignLetter(false));
+        return field->InputControl().IsEmpty() != 0 || field == Field(eTovFieldSign);
     });
 }
 

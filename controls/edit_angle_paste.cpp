@@ -3,10 +3,12 @@
 #include <tov310/packed_angle.h>
 
 #include "controls/edit_angle_text.h"
+#include "controls/pasted_number.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <string>
 #include <utility>
 
 namespace tov {
@@ -185,6 +187,16 @@ int CTovEditAngleMask::ReadAngle(char const* text, double& radians) {
     }
     radians = angle->isNegative || angle->isSouthOrWest ? -magnitude : magnitude;
     return 1;
+}
+
+int CTovEditAngleMask::ReadQuantity(CString& text, double& radians) {
+    radians = 0;
+    // The fields take a whole angle by themselves.
+    if (IsSplit() || text.find_first_not_of("0123456789+-.,eE \t") == text.npos) {
+        std::string const joined = WithThousandsJoined(text);
+        if (IsSplit() || !HoldsSeveralNumbers(joined)) return 0;
+    }
+    return ReadAngle(text.c_str(), radians) != 0 ? 1 : -1;
 }
 
 }  // namespace tov

@@ -110,9 +110,18 @@ void CTovEditSpin::wheelEvent(QWheelEvent* event) {
 
 // --- In the edit
 
+CTovEditButton* CTovEdit::GetEditButton() const {
+    return m_button;
+}
+
+CTovEditSpin* CTovEdit::GetEditSpin() const {
+    return m_spin;
+}
+
 int CTovEdit::CreateEditButton(char const* label) {
     if (m_button != nullptr) return 1;
     m_button = std::make_unique<CTovEditButton>(*this, TovQString(label)).release();  // its child
+    connect(m_button, &QObject::destroyed, this, &CTovEdit::PlaceCompanions);
     m_button->setEnabled(GetReadOnlyMode() == 0);
     PlaceCompanions();
     m_button->show();
@@ -122,13 +131,13 @@ int CTovEdit::CreateEditButton(char const* label) {
 }
 
 void CTovEdit::DeleteEditButton() {
-    delete std::exchange(m_button, nullptr);
-    PlaceCompanions();
+    delete m_button;
 }
 
 int CTovEdit::CreateSpinButton() {
     if (m_spin != nullptr) return 1;
     m_spin = std::make_unique<CTovEditSpin>(*this).release();
+    connect(m_spin, &QObject::destroyed, this, &CTovEdit::PlaceCompanions);
     m_spin->setEnabled(GetReadOnlyMode() == 0);
     PlaceCompanions();
     m_spin->show();
@@ -138,8 +147,7 @@ int CTovEdit::CreateSpinButton() {
 }
 
 void CTovEdit::DeleteSpinButton() {
-    delete std::exchange(m_spin, nullptr);
-    PlaceCompanions();
+    delete m_spin;
 }
 
 void CTovEdit::EnableCompanions(int enable) {

@@ -6,6 +6,7 @@
 #include "controls/message_text.h"
 #include "controls/number_edit.h"
 #include "controls/number_format.h"
+#include "controls/pasted_number.h"
 #include "frame/resource_module.h"
 
 #include <algorithm>
@@ -30,25 +31,6 @@ double LargestNumberOf(CTovEditFloatingHost::eType type) {
 
 bool IsDigitAt(std::string_view text, std::size_t at) {
     return at < text.size() && text[at] >= '0' && text[at] <= '9';
-}
-
-// "1.234,56" and "1,234.56" as "1234,56" and "1234.56": where points and commas occur, the last one is for
-// the decimals, and the others stand in front of three digits each.
-CString WithThousandsJoined(CString text) {
-    std::size_t const point = text.find_last_of(",.");
-    if (point == text.npos || text.find(text[point]) != point) return text;
-    CString joined;
-    for (std::size_t at = 0; at < point; ++at) {
-        if (text[at] != ',' && text[at] != '.') {
-            joined += text[at];
-            continue;
-        }
-        std::size_t const next = text.find_first_of(",.", at + 1);
-        if (at == 0 || !IsDigitAt(text, at - 1) || next != at + 4 || !IsDigitAt(text, at + 1) ||
-            !IsDigitAt(text, at + 2) || !IsDigitAt(text, at + 3))
-            return text;
-    }
-    return joined.append(text, point);
 }
 
 // Rounding must not step over an end of the range.
@@ -158,7 +140,12 @@ void CTovEditDouble::InternalSetDouble(double newValue) {
 }
 
 void CTovEditDouble::ReadInput(CString& text) const {
-    text = WithThousandsJoined(WithPlainSigns(text));
+    text = WithPlainSigns(text);
+    if (CharacterCount(text) > 1) {
+        text = WithThousandsJoined(text);
+        if (HoldsSeveralNumbers(text)) return text.clear();
+        text = WithoutWords(text);
+    }
     std::size_t const point = text.find_first_of(",.");
     if (point == text.npos || text.find_first_of(",.", point + 1) != text.npos) return;
     bool const isTyped = text.size() == 1 && m_text.GetRawString().find(decimalSeparator) == CString::npos;

@@ -2,8 +2,12 @@
 
 #include "controls/edit_messages.h"
 
+#include "util/code_points.h"
+
 #include <algorithm>
+#include <array>
 #include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -61,6 +65,22 @@ void CTovEditValueHost::GetUnitAbbreviationText(CString& text) {
 }
 
 void CTovEditValueHost::DisplayUnitAbbreviation() {}
+
+int CTovEditValueHost::ReadQuantity(CString&, double&) {
+    return 0;
+}
+
+bool TovIsUnitOf(CTovUnitSettings const& settings, long unit) {
+    int const* known = nullptr;
+    if (dynamic_cast<CTovUnitSettingsAngle const*>(&settings) != nullptr)
+        known = CTovUnitSettingsAngle::Units();
+    else if (dynamic_cast<CTovUnitSettingsDistance const*>(&settings) != nullptr)
+        known = CTovUnitSettingsDistance::Units();
+    if (known == nullptr) return true;
+    while (*known != -1 && *known != unit)
+        ++known;
+    return *known != -1;
+}
 
 CTovEditValueUnits::UnitScope::UnitScope(CTovEditValueUnits& units)
     : m_settings(units.Settings()), m_unit(m_settings.Unit()), m_shownUnit(units.Unit()) {
@@ -171,10 +191,27 @@ void CTovEditValueUnits::GetRange(double& minimum, double& maximum) {
     maximum = BoundToStandard(most, m_maximum);
 }
 
-void CTovEditValueUnits::SetUnit(long unit) {
+int CTovEditValueUnits::SetUnit(long unit) {
     HoldUnit();
+    if (!TovIsUnitOf(Settings(), unit)) return 0;
     Settings().Unit(unit);
     UnitChanged();
+    return 1;
+}
+
+void CTovEditValueUnits::ReadInput(CString& text) {
+    if (CharacterCount(text) < 2) return;  // typed
+    double standard = 0;
+    int const kind = m_host.ReadQuantity(text, standard);
+    if (kind == 0) return;
+    double const shown = kind > 0 ? InShownUnit([&] { return m_host.ConvertStdTo(standard, 0, 0); }) : 0;
+    if (kind < 0 || !std::isfinite(shown)) return text.clear();
+    // What the conversion costs is not to be seen.
+    constexpr int digits = std::numeric_limits<double>::digits10;
+    std::array<char, 40> number{};
+    auto const end =
+        std::to_chars(number.data(), number.data() + number.size(), shown, std::chars_format::general, digits);
+    text.assign(number.data(), end.ptr);
 }
 
 int CTovEditValueUnits::UnitChanged() {

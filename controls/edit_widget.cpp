@@ -22,6 +22,7 @@
 
 #include <bit>
 #include <cstdint>
+#include <initializer_list>
 #include <limits>
 #include <utility>
 
@@ -41,6 +42,20 @@ int ToCharacters(QString const& text, int units) {
     for (int i = 0; i < units && i < text.size(); ++i)
         characters += !(text[i].isLowSurrogate() && i > 0 && text[i - 1].isHighSurrogate());
     return characters;
+}
+
+// Whether the toolkit changes the text by it.
+bool IsInput(QEvent const& event) {
+    switch (event.type()) {
+        case QEvent::KeyPress:
+        case QEvent::InputMethod:
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::Drop:
+            return true;
+        default:
+            return false;
+    }
 }
 
 }  // namespace
@@ -77,6 +92,9 @@ CTovEdit::CTovEdit(QWidget* parent) : CWndOn(parent) {
 CTovEdit::~CTovEdit() {
     // What still changes as the parts go is nobody's any more.
     disconnect(this, nullptr, this, nullptr);
+    for (QWidget* const companion : std::initializer_list<QWidget*>{m_button, m_spin}) {
+        if (companion != nullptr) disconnect(companion, nullptr, this, nullptr);
+    }
     setValidator(nullptr);
 }
 
@@ -108,6 +126,16 @@ void CTovEdit::OnTextChanged() {
     HoldChanges();
     OnEditChanged(static_cast<unsigned>(GetDlgCtrlID()));
     TellContent();
+    TellChanges(true);
+}
+
+void CTovEdit::BeginInput() {
+    HoldChanges();
+    ++m_inputsUnderWay;
+}
+
+void CTovEdit::EndInput() {
+    --m_inputsUnderWay;
     TellChanges(true);
 }
 
@@ -294,8 +322,11 @@ bool CTovEdit::event(QEvent* event) {
         }
     }
     QPointer<CTovEdit> const alive(this);
+    bool const isInput = IsInput(*event);
     ++m_eventsUnderWay;
+    if (isInput) BeginInput();
     bool const result = CWndOn::event(event);
+    if (alive && isInput) EndInput();
     if (!alive) return result;
     --m_eventsUnderWay;
     if (event->type() == QEvent::ReadOnlyChange && isReadOnly() != (GetReadOnlyMode() != 0)) {

@@ -19,6 +19,7 @@
 
 #include <QLineEdit>
 #include <QPalette>
+#include <QPointer>
 #include <QPushButton>
 #include <QString>
 
@@ -60,8 +61,8 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
     void DeleteEditButton() override;
     int CreateSpinButton() override;
     void DeleteSpinButton() override;
-    CTovEditButton* GetEditButton() const { return m_button; }  // null for none; the edit's
-    CTovEditSpin* GetEditSpin() const { return m_spin; }
+    CTovEditButton* GetEditButton() const;  // null for none; the edit's
+    CTovEditSpin* GetEditSpin() const;
 
     void Undo() override;
     void Redo() override;
@@ -74,6 +75,9 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
     void setText(QString const& text);
 
  Q_SIGNALS:
+    // All four come as the last of what a key or a call does: whoever is told may delete the edit. In what
+    // the toolkit tells by itself, such as textChanged(), that takes deleteLater().
+
     // It has become wrongly empty, or is so no longer.
     void emptyChanged(bool empty);
     // What a validation finds now, a CTovInputControl::eState, and the words for it. Told when it is another
@@ -101,6 +105,11 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
     void HoldChanges() { ++m_held; }
     void TellChanges(bool byUser);
     bool IsHolding() const { return m_held > 0; }
+    // What the user puts in by one event is held until the toolkit is done with the event.
+    virtual void BeginInput();
+    virtual void EndInput();
+    // Whether changes are held for more than such events.
+    bool IsChanging() const { return m_held > m_inputsUnderWay; }
     // Calls OnContentChanged, now or at the end.
     void TellContent();
     // Tells valueChanged where the number, or whether there is one, is not what was told last.
@@ -153,12 +162,13 @@ class TOV_UI_API CTovEdit : public CWndOn<QLineEdit, CEdit>, public CTovInputCon
     int CharacterAt(QPoint const& place) const;
 
     CTovEditText m_text{*this};
-    CTovEditButton* m_button = nullptr;  // its children
-    CTovEditSpin* m_spin = nullptr;
+    QPointer<CTovEditButton> m_button;  // its children
+    QPointer<CTovEditSpin> m_spin;
     int m_companionMargin = 0;  // what they take of the text's room
     int m_lastState = eStateValid;
     int m_held = 0;
     int m_eventsUnderWay = 0;
+    int m_inputsUnderWay = 0;
     bool m_contentHeld = false;  // to be told at the end
     bool m_emptyHeld = false;
     int m_lastEmpty = 0;  // as it was told

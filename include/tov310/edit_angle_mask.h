@@ -255,9 +255,14 @@ class TOV_CORE_API CTovEditAngleMask {
     // A character typed into a field that stands for another one: signs and blanks lead to the next field,
     // the letter of a hemisphere goes into its own. 0: it is the field's.
     int OnFieldChar(char32_t character);
+    // Whether a typed digit goes into the active field: not beyond those of the mask, which would not be
+    // seen. The seconds take any.
+    bool HasRoomFor(char32_t character);
 
     // The whole angle as a text that Paste takes: `-12° 34' 56.78900"`. Empty while all fields are.
     CString GetWholeText();
+    // The same for the value of an edit in one piece that will have fields; empty for others.
+    CString GetFutureText();
     // What a copy in a field gives: a part of it that is selected, else the whole angle.
     CString TextToCopy();
     // Whether a text is an angle rather than the text of the active field alone, and puts it into all fields.
@@ -273,6 +278,8 @@ class TOV_CORE_API CTovEditAngleMask {
     // "45296.7\"", with the letters of hemispheres in English, Chinese and those of the library. 0 for what
     // is none: minutes of 60, letters of the other pair, a letter and a "-".
     int ReadAngle(char const* text, double& radians);
+    // The same for an edit in one piece, as CTovEditValueHost::ReadQuantity.
+    int ReadQuantity(CString& text, double& radians);
 
     void DispatchSpinDeltapos(int up, int delta);
     void ToggleSign();

@@ -158,7 +158,7 @@ class TOV_CORE_API CTovFilenameRules {
 };
 
 // What an edit that can become others can become.
-enum eTovSwitchedType {
+enum eTovSwitchedType : int {
     eTovSwitchedString = 1,
     eTovSwitchedFilename = 2,  // one name of any file, without a test
     eTovSwitchedShort = 3,

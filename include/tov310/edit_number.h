@@ -14,6 +14,7 @@
 #include <tov310/resources.h>
 #include <tov310/types.h>
 
+#include <cmath>
 #include <memory>
 #include <vector>
 
@@ -235,7 +236,8 @@ class TOV_CORE_API CTovEditDouble {
     CTovInputControl::eState OnValidate(CString* message);
     void OnSpinDeltapos(int up, int delta);
     // The same, and the one comma or point between digits, or that is typed alone, as the decimal separator;
-    // where both occur, the other kind separates thousands.
+    // where both occur, the other kind separates thousands. Of a text with words around a number the number
+    // stays; nothing of one that would be another number without them, as "12 m 5", "0x10" or "12.5.6".
     void ReadInput(CString& text) const;
     void Clear() { value = 0; }
     void Reset();
@@ -362,10 +364,12 @@ class CTovEditFloatingOn : public CTovEditNumberOn<Edit, CTovEditFloatingHost, C
     using CTovEditFloatingHost::SetDisplayFormat;
     using Edit::SetDisplayFormat;
 
+    // Setting answers 0 and changes nothing for what is no finite number.
     float GetFloat() override { return static_cast<float>(this->InternalGetDouble()); }
     int SetFloat(float value) override { return SetDouble(static_cast<double>(value)); }
     double GetDouble() override { return this->InternalGetDouble(); }
     int SetDouble(double value) override {
+        if (!std::isfinite(value)) return 0;
         this->InternalSetDouble(value);
         return 1;
     }

@@ -46,6 +46,11 @@ class TOV_CORE_API CTovEditValueHost {
     virtual void GetShownRange(double& minimum, double& maximum) = 0;
     virtual int SetShownRange(double minimum, double maximum) = 0;
 
+    // What comes in as one text and may be a number with a unit. 1: it is one, in the standard unit. 0: it is
+    // to be taken as it stands, and is without the word for the shown unit now. -1: it is neither, and would
+    // be a number of something else. By default 0.
+    virtual int ReadQuantity(CString& text, double& standard);
+
     // A number in the display format of the edit, or, where it has none, in its input format.
     virtual CString FormatNumber(double number) = 0;
 
@@ -89,8 +94,11 @@ class TOV_CORE_API CTovEditValueUnits {
 
     // The unit in which the number is shown.
     long Unit();
-    // Gives the settings another unit and shows value and range in it.
-    void SetUnit(long unit);
+    // Gives the settings another unit and shows value and range in it. 0, and nothing changes, for what is no
+    // unit of the kind of value.
+    int SetUnit(long unit);
+    // Turns a text with a unit (ReadQuantity) into the number in the shown one; empties what is none.
+    void ReadInput(CString& text);
     // For after the settings got another unit. 0 where they have the one that is shown.
     int UnitChanged();
 
@@ -149,5 +157,12 @@ class TOV_CORE_API CTovEditValueUnits {
     Bound m_minimum;
     Bound m_maximum;
 };
+
+// Reads a distance with a unit: metres and their decimal parts, feet ("ft", "fti", "'") and US survey feet
+// ("fts", "US ft", "ftUS"), with answers as those of ReadQuantity. A number alone is taken as it stands.
+TOV_CORE_API int TovReadDistance(CString& text, long shownUnit, double& metres);
+
+// Whether settings of this kind can have the unit; those of other kinds can have any.
+TOV_CORE_API bool TovIsUnitOf(CTovUnitSettings const& settings, long unit);
 
 }  // namespace tov

@@ -89,7 +89,8 @@ class CTovEditValueOn : public Floating, public CTovEditValueHost {
         if (CWnd* const label = CWnd::FromHandlePermanent(m_label)) label->ShowWindow(show);
     }
 
-    // Gives the settings another unit, and follows settings that have got one.
+    // Gives the settings another unit, and follows settings that have got one. What is no unit of this kind
+    // of value changes nothing.
     virtual void SetUnit(unsigned unit) { m_units.SetUnit(static_cast<long>(unit)); }
     virtual void OnUnitChanged() { m_units.UnitChanged(); }
 
@@ -114,6 +115,10 @@ class CTovEditValueOn : public Floating, public CTovEditValueHost {
     void OnUndoRedoItemRestored(CTovEditUndoRedoItem const* item) override {
         Floating::OnUndoRedoItemRestored(item);
         m_units.Restored();
+    }
+    void ReadInput(CString& words) const override {
+        m_units.ReadInput(words);
+        Floating::ReadInput(words);
     }
 
     CTovInputControl& InputControl() override { return *this; }
@@ -182,6 +187,7 @@ class CTovEditValueAngleOn : public Value, public CTovEditAngleHost {
     double BoundToShown(double radians) override { return m_mask.BoundToShown(radians); }
     double BoundToStd(double shown) override { return m_mask.BoundToStd(shown); }
     void GetUnitAbbreviationText(CString& words) override { m_mask.GetUnitAbbreviationText(words); }
+    int ReadQuantity(CString& words, double& radians) override { return m_mask.ReadQuantity(words, radians); }
 
     virtual void SetSecOnly(int secOnly) { m_mask.SetSecOnly(secOnly); }
     virtual int GetSecOnly() const { return m_mask.GetSecOnly(); }

@@ -5,9 +5,15 @@
 //   latitude->SetValue(0.9169);
 //   connect(latitude, &tov::CTovEdit::valueChanged, this, [](double radians) { ... });
 //
+// A text that is pasted may have a unit, "12.5 ft" or "0.5 rad": it is converted. One whose unit is not known
+// is refused.
+//
 // An angle in degrees, minutes and seconds (unit 12) or in gon, c and cc (unit 15) has a field for each of
 // them, over the mask of signs; to the user it is one text, through which the caret walks with the arrow
-// keys.
+// keys. Tab goes from field to field, then to the letter of the hemisphere, and only then on; so do blank,
+// ":" and the sign of the field, except from the last. A letter of a hemisphere is taken in every field, and
+// no other character in that of the letter. What a field does not take, more digits than its mask has too,
+// is refused with a beep.
 #pragma once
 
 #include <tov310/angle.h>
@@ -53,6 +59,9 @@ class TOV_UI_API CTovEditValueDistance : public CTovEditValue {
 
     CTovValue* TovValue() override { return &m_value; }
     virtual void OnUnitChangedDistance() { OnUnitChanged(); }
+    int ReadQuantity(CString& words, double& metres) override {
+        return TovReadDistance(words, m_units.Unit(), metres);
+    }
 
  protected:
     unsigned UnitMessage() const override;
