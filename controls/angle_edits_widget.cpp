@@ -175,7 +175,7 @@ class CTovEditValueAngle::FieldOf : public Edit {
 
     friend class CTovEditValueAngle;
 
-    CTovEditValueAngle* m_angle;  // null once that is gone; then the field goes soon
+    CTovEditValueAngle* m_angle;                          // null once that is gone; then the field goes soon
     std::vector<QPointer<CTovEditValueAngle>> m_holding;  // for an event of this field each
     bool m_isTaken = false;
 };

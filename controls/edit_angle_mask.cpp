@@ -4,7 +4,6 @@
 
 #include "controls/edit_angle_text.h"
 #include "controls/edit_messages.h"
-#include "util/trim.h"
 
 #include <algorithm>
 #include <bit>
@@ -407,7 +406,7 @@ CTovEditAngleMask::eState CTovEditAngleMask::InternalValidate(CString* message) 
             CString text;
             m_units.Host().TovValue()->SetDouble(bound);
             m_units.InShownUnit([&] { m_units.Host().TovValue()->GetString(text); });
-            return CString(TrimBlanks(text));
+            return text;
         };
         *message = RangeMessage(print(minimum), print(maximum));
         format.UseDmsSymbols(symbols);

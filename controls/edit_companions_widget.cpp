@@ -121,7 +121,10 @@ CTovEditSpin* CTovEdit::GetEditSpin() const {
 int CTovEdit::CreateEditButton(char const* label) {
     if (m_button != nullptr) return 1;
     m_button = std::make_unique<CTovEditButton>(*this, TovQString(label)).release();  // its child
-    connect(m_button, &QObject::destroyed, this, &CTovEdit::PlaceCompanions);
+    connect(m_button, &QObject::destroyed, this, [this] {
+        m_button.clear();
+        PlaceCompanions();
+    });
     m_button->setEnabled(GetReadOnlyMode() == 0);
     PlaceCompanions();
     m_button->show();
@@ -137,7 +140,10 @@ void CTovEdit::DeleteEditButton() {
 int CTovEdit::CreateSpinButton() {
     if (m_spin != nullptr) return 1;
     m_spin = std::make_unique<CTovEditSpin>(*this).release();
-    connect(m_spin, &QObject::destroyed, this, &CTovEdit::PlaceCompanions);
+    connect(m_spin, &QObject::destroyed, this, [this] {
+        m_spin.clear();
+        PlaceCompanions();
+    });
     m_spin->setEnabled(GetReadOnlyMode() == 0);
     PlaceCompanions();
     m_spin->show();

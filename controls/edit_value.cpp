@@ -209,8 +209,8 @@ void CTovEditValueUnits::ReadInput(CString& text) {
     // What the conversion costs is not to be seen.
     constexpr int digits = std::numeric_limits<double>::digits10;
     std::array<char, 40> number{};
-    auto const end =
-        std::to_chars(number.data(), number.data() + number.size(), shown, std::chars_format::general, digits);
+    auto const end = std::to_chars(number.data(), number.data() + number.size(), shown,
+                                   std::chars_format::general, digits);
     text.assign(number.data(), end.ptr);
 }
 

@@ -167,8 +167,8 @@ std::optional<double> ReadNumberAlone(std::string_view text) {
     if (rest.starts_with('+')) rest.remove_prefix(1);
     double number = 0;
     auto const [end, fault] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
-    bool const isNumber = fault == std::errc() && end == rest.data() + rest.size() &&
-                          rest.find_first_of("0123456789") < 3;
+    bool const isNumber =
+        fault == std::errc() && end == rest.data() + rest.size() && rest.find_first_of("0123456789") < 3;
     return isNumber ? std::optional(number) : std::nullopt;
 }
 

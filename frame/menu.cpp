@@ -1,10 +1,12 @@
 #include <tov310/menu.h>
+#include <tov310/window.h>
 
 #include "frame/menu_resource.h"
 
 #include <algorithm>
 #include <iterator>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace tov {
@@ -58,7 +60,13 @@ int CMenu::LoadMenu(HINSTANCE module, char const* name) {
     if (name == nullptr) return 0;
     CMenu read;
     std::string const file = std::string("menus/") + name + ".json";
-    if (!ParseMenu(TovFindResource(module, file.c_str()), read)) return 0;
+    std::string_view const json = TovFindResource(module, file.c_str());
+    if (json.data() == nullptr) return 0;
+    std::string fault;
+    if (!ParseMenu(json, read, &fault)) {
+        TovReportFault((file + ": " + fault).c_str());
+        return 0;
+    }
     TakeEntries(read);
     return 1;
 }

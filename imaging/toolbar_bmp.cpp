@@ -1,4 +1,5 @@
 #include <tov310/toolbar_bmp.h>
+#include <tov310/window.h>
 
 #include "imaging/picture_resource.h"
 #include "imaging/toolbar_resource.h"
@@ -14,7 +15,11 @@ bool FindToolbar(HINSTANCE module, unsigned int id, ToolbarResource& toolbar) {
     std::string const name = "toolbars/" + std::to_string(id) + ".json";
     std::string_view const json =
         TovFindResource(module != nullptr ? module : TovGetResourceHandle(), name.c_str());
-    return json.data() != nullptr && ParseToolbar(json, toolbar);
+    if (json.data() == nullptr) return false;
+    std::string fault;
+    if (ParseToolbar(json, toolbar, &fault)) return true;
+    TovReportFault((name + ": " + fault).c_str());
+    return false;
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <tov310/geometry.h>
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -13,7 +14,7 @@ struct ToolbarResource {
     std::vector<unsigned int> ids;  // 0 for a separator
 };
 
-// Reads the form that docs/resources.md tells. False where anything is wrong with it.
-bool ParseToolbar(std::string_view json, ToolbarResource& toolbar);
+// Reads the form that docs/resources.md tells. False with the reason where anything is wrong with it.
+bool ParseToolbar(std::string_view json, ToolbarResource& toolbar, std::string* fault = nullptr);
 
 }  // namespace tov

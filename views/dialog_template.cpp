@@ -1,5 +1,6 @@
 #include <tov310/dialog_template.h>
 
+#include "frame/json_words.h"
 #include "frame/resource_module.h"
 #include "views/dialog_resource.h"
 
@@ -338,16 +339,6 @@ void ReadDialog(DialogJson const& json, TextsById& texts, CTovDialogTemplate& di
     TellOfTwice(dialog, faults);
 }
 
-// The parser's words without its class in brackets. It quotes what it read last, which need not be whole
-// characters.
-std::string WordsOf(DialogJson::parse_error const& fault) {
-    std::string words = fault.what();
-    if (auto const bracket = words.find("] "); bracket != words.npos) words.erase(0, bracket + 2);
-    std::replace_if(
-        words.begin(), words.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; }, '?');
-    return words;
-}
-
 }  // namespace
 
 std::string const& TextsById::Find(unsigned id) {
@@ -397,7 +388,7 @@ bool ParseDialogTemplate(std::string_view json, TextsById& texts, CTovDialogTemp
         else if (faults.size() == before)
             ReadDialog(tree, texts, dialog, faults);
     } catch (DialogJson::parse_error const& fault) {
-        tell(WordsOf(fault));
+        tell(WordsOfParser(fault.what()));
     } catch (DialogJson::out_of_range const&) {
         tell("a number is beyond all bounds");
     }

@@ -14,6 +14,7 @@
 #include <tov310/view.h>
 
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPushButton>
@@ -58,6 +59,11 @@ CTovDialog::Readiness CTovDialog::Prepare() {
     }
     m_isReady = true;
     m_okEnabled = -1;
+    // A row of buttons of the toolkit's own is heard from now on, also one that nobody is connected to.
+    for (QDialogButtonBox const* const box : findChildren<QDialogButtonBox*>()) {
+        for (QAbstractButton* const button : box->buttons())
+            TovWnd(button);
+    }
     QPointer<CTovDialog> const alive(this);
     auto const end = m_end;
     int const takesFirst = InitDialog();

@@ -9,6 +9,7 @@
 #include <tov310/icon.h>
 #include <tov310/object.h>
 
+#include <cstddef>
 #include <vector>
 
 namespace tov {
@@ -94,6 +95,9 @@ class TOV_CORE_API CTovImageList : public CImageList {
     int Create(CBitmap const* bitmap, unsigned flags, int initial, int grow, COLORREF maskColor);
     // The images of a bitmap resource, each of a width and as high as the bitmap.
     int Create(HINSTANCE module, unsigned int id, int width, int grow, COLORREF maskColor);
+    int Create(std::nullptr_t, unsigned int id, int width, int grow, COLORREF maskColor) {
+        return Create(HINSTANCE{}, id, width, grow, maskColor);
+    }
 
     // Add the images of a bitmap resource as the other forms add a bitmap; -1 also where it is missing. Old
     // and new colour: first all pixels of the one get the other.

@@ -89,7 +89,7 @@ class TOV_UI_API CTovEditValueAngle : public CTovEditValueAngleOn<CTovEditValue>
     void SetMenu(HINSTANCE module, unsigned id) override;  // that of the fields too
     void SetFocus() override;
 
-    // The child edit of a field; null while the edit is in one piece.
+    // The child edit of a field, which belongs to this edit; null while that is in one piece.
     CTovEdit* FieldEdit(eTovAngleField field) const;
 
  protected:

@@ -340,8 +340,8 @@ TEST(EditNumber, RefusesRangesThatAreNoneAndNamesThoseThatAreMissed) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     d.edit.SetType(CTovEditFloatingHost::eFloat);
     EXPECT_EQ(d.edit.SetRange(0, 3.5e38) + d.edit.SetRange(2, 1) + d.edit.SetRange(nan, 1), 0);
-    d.edit.SetDouble(nan);
-    EXPECT_EQ(d.edit.Validate(nullptr), eStateInvalid);
+    EXPECT_EQ(d.edit.SetDouble(nan) + d.edit.SetDouble(HUGE_VAL), 0);
+    EXPECT_EQ(d.edit.Validate(nullptr), eStateEmpty);
     EXPECT_EQ(d.edit.SetRange(0.5, 2), 1);
     d.edit.SetDisplayFormat(1);
     d.edit.Empty();
@@ -453,7 +453,7 @@ TEST(EditNumber, KnowsNegativeZero) {
 }
 
 // Whatever way a text comes in as one.
-TEST(EditNumber, ReadsTextsOfOthersAndBeepsForWhatAnIntegerLoses) {
+TEST(EditNumber, ReadsTextsOfOthersAndBeepsForWhatIsLost) {
     struct LastItem : FloatingEdit {
         using FloatingEdit::FloatingEdit;
         std::vector<CString> GetAllLastItems() override { return {clipboard}; }
@@ -462,7 +462,10 @@ TEST(EditNumber, ReadsTextsOfOthersAndBeepsForWhatAnIntegerLoses) {
     d.Enter();
     for (auto const& [text, number] :
          {std::pair("1.234,56", 1234.56), std::pair("1,234.5 m", 1234.5), std::pair("1.234.567,8", 1234567.8),
-          std::pair("12.34,5", 12.345), std::pair("12,5", 12.5)}) {
+          std::pair("12,5", 12.5), std::pair("1\u2019234.5 feet", 1234.5), std::pair("1e-3 m", 0.001),
+          // What would be another number is none.
+          std::pair("12.34,5", 0.0), std::pair("12.5.6", 0.0), std::pair("0x10", 0.0),
+          std::pair("12 34", 0.0), std::pair("3-4", 0.0)}) {
         for (bool const isInserted : {false, true}) {
             d.edit.Empty();
             d.edit.clipboard = text;

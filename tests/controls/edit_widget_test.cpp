@@ -320,6 +320,7 @@ TEST(NumberEditWidget, MayBeDeletedByWhomItTells) {
         [](CTovEditInteger& edit, auto call) { QObject::connect(&edit, &CTovEdit::emptyChanged, call); },
         [](CTovEditInteger& edit, auto call) { QObject::connect(&edit, &CTovEdit::editingDone, call); }};
     std::function<void(CTovEditInteger&, QWidget&)> const acts[] = {
+        [](CTovEditInteger& edit, QWidget&) { QTest::keyClick(&edit, Qt::Key_7); },
         [](CTovEditInteger& edit, QWidget&) { QTest::keyClick(&edit, Qt::Key_Up); },
         [](CTovEditInteger& edit, QWidget& other) {
             edit.SetRange(100, 200);
@@ -347,7 +348,16 @@ TEST(NumberEditWidget, MayBeDeletedByWhomItTells) {
             deleted += !alive;
         }
     }
-    EXPECT_GE(deleted, 5);
+    EXPECT_GE(deleted, 6);
+    EditForm<CTovEditInteger> form;
+    form.edit.CreateSpinButton();
+    form.edit.CreateEditButton("...");
+    delete form.edit.GetEditSpin();
+    delete form.edit.GetEditButton();
+    form.edit.DeleteSpinButton();
+    form.edit.DeleteEditButton();
+    EXPECT_EQ(form.edit.GetEditSpin(), nullptr);
+    EXPECT_EQ(form.edit.GetMinWidth(), 0);
 }
 
 TEST(NumberEditWidget, StepsByWhoeverHasTheFocus) {

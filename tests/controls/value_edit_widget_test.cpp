@@ -23,7 +23,7 @@ namespace {
 
 constexpr double degree = 0.017453292519943295;
 
-template <class Edit>
+template <class Edit, class Settings = CTovUnitSettingsAngle>
 struct ValueForm : QDialog {
     explicit ValueForm(long unit) {
         settings.Unit(unit);
@@ -42,7 +42,7 @@ struct ValueForm : QDialog {
     void Type(char const* text) { QTest::keyClicks(QApplication::focusWidget(), text); }
     CTovEdit& Field(eTovAngleField field) { return *edit.FieldEdit(field); }
 
-    CTovUnitSettingsAngle settings;
+    Settings settings;
     QLineEdit before, after;
     Edit edit{&settings};
 };
@@ -350,7 +350,9 @@ TEST(AngleEditWidget, KeepsItsValueAcrossItsBirth) {
         double const value = -0.1234567890123;
         edit.SetRange(-1, 1);
         edit.SetValue(value);
+        QString const before = edit.valueText();
         edit.show();
+        EXPECT_EQ(edit.valueText(), before) << *unit;
         EXPECT_EQ(edit.GetValue(), value) << *unit;
         EXPECT_EQ(edit.IsEmpty(), 0) << *unit;
         EXPECT_EQ(edit.GetChangedByUser(), 0) << *unit;
@@ -403,6 +405,21 @@ TEST(LatitudeEditWidget, KnowsItsHemispheres) {
     CString message;
     EXPECT_EQ(edit.Validate(&message), CTovInputControl::eStateInvalid);
     EXPECT_NE(message, "");
+    // What is no angle goes into no field, and a letter alone is no angle either.
+    for (eTovAngleField const field : {eTovFieldSign, eTovFieldDegrees, eTovFieldSeconds}) {
+        edit.SetValue(0.5);
+        QString const shown = edit.valueText();
+        edit.FieldEdit(field)->setFocus();
+        QApplication::clipboard()->setText("48 12 30.5 S 99");
+        QTest::keyClick(edit.FieldEdit(field), Qt::Key_V, Qt::ControlModifier);
+        EXPECT_EQ(edit.valueText(), shown) << field;
+    }
+    edit.Empty();
+    edit.FieldEdit(eTovFieldDegrees)->setFocus();
+    QTest::keyClicks(edit.FieldEdit(eTovFieldDegrees), "s");
+    EXPECT_EQ(edit.Validate(nullptr), CTovInputControl::eStateEmpty);
+    QTest::keyClicks(edit.FieldEdit(eTovFieldDegrees), "481230");
+    EXPECT_EQ(edit.FieldEdit(eTovFieldDegrees)->text(), "481") << "as many as are seen";
 }
 
 TEST(AngleEditWidget, TellsOneExactValueHoweverItChanges) {
@@ -641,6 +658,41 @@ TEST(DistanceEditWidget, GivesTenThousandNumbersBack) {
         ASSERT_EQ(edit.GetValue(), value) << i;
         ASSERT_EQ(edit.Validate(nullptr), CTovInputControl::eStateValid);
     }
+}
+
+TEST(DistanceEditWidget, ReadsTextsWithAUnit) {
+    struct {
+        long unit;
+        char const* text;
+        char const* shown;  // null where it is refused
+    } const cases[] = {
+        {21, "12.5 ft", "3.81"},        {21, "12.5m", "12.5"},    {21, "1,250.5 mm", "1.2505"},
+        {21, "-3937 US ft", "-1200.0"}, {21, "2 千米", "2000.0"}, {23, "3.048 m", "10.0"},
+        {22, "12.5 fts", "12.5"},       {21, "12.5", "12.5"},     {21, "12.5 kg", nullptr},
+        {21, "12.5 m2", nullptr},       {21, "12' 6\"", nullptr}, {21, "12.5.6", nullptr},
+        {21, "0x10", nullptr},          {11, "100 gon", "90.0"},  {11, "48\u00b030'", "48.5"},
+        {11, "48 30 S", "-48.5"},       {11, "12.5 ft", nullptr}, {18, "180\u00b0", "3.141593"},
+        {11, "12.5e1", "125.0"},
+    };
+    ValueForm<CTovEditValueDistance, CTovUnitSettingsDistance> distance(21);
+    AngleForm angle(11);
+    auto const paste = [](auto& form, auto const& c) {
+        form.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+        form.edit.SetUnit(static_cast<unsigned>(c.unit));
+        form.edit.Empty();
+        form.edit.setFocus();
+        QApplication::clipboard()->setText(c.text);
+        form.Key(Qt::Key_V, Qt::ControlModifier);
+        form.after.setFocus();
+        EXPECT_EQ(form.edit.text(), QString(c.shown)) << c.unit << ' ' << c.text;
+        double const value = form.edit.GetValue();
+        form.edit.SetUnit(99999);
+        EXPECT_EQ(form.edit.GetValue(), value);
+        EXPECT_EQ(form.settings.Unit(), c.unit);
+    };
+    for (auto const& c : cases)
+        c.unit > 20 ? paste(distance, c) : paste(angle, c);
 }
 
 TEST(DistanceEditWidget, HidesItsLabelWithItself) {

@@ -7,6 +7,7 @@
 #include <tov310/window.h>
 
 #include "frame/menu_resource.h"
+#include "support/faults.h"
 #include "support/files.h"
 #include "support/menu_text.h"
 #include "support/temporary_folder.h"
@@ -245,7 +246,9 @@ TEST(MenuResource, FormsAndFaults) {
     };
     for (std::string const& json : faulty) {
         CMenu menu;
-        EXPECT_FALSE(ParseMenu(json, menu)) << json.substr(0, 200);
+        std::string fault;
+        EXPECT_FALSE(ParseMenu(json, menu, &fault)) << json.substr(0, 200);
+        EXPECT_NE(fault, "") << json.substr(0, 200);
     }
 }
 
@@ -256,6 +259,8 @@ TEST(MenuResource, OfTheHostsModuleAndOfTheLibrary) {
     test::PutFile(folder.File("menus/7.json"), R"([{"text": "p", "items": [{"text": "a", "id": 1}]}])");
     test::PutFile(folder.File("menus/named.json"), R"([{"text": "a", "id": 2}])");
     test::PutFile(folder.File("menus/8.json"), R"([{"text": )");
+    test::PutFile(folder.File("menus/10.json"),
+                  R"([{"separator": true}, {"text": "p", "items": [{"text": "a", "id": -1}]}])");
     HINSTANCE const module = TovLoadResourceModule(folder.path().c_str());
     CMenu menu;
     CTovMenuPopUp popup;
@@ -263,8 +268,12 @@ TEST(MenuResource, OfTheHostsModuleAndOfTheLibrary) {
     EXPECT_EQ(Told(menu), "p( a=1 ) ");
     EXPECT_EQ(menu.LoadMenu(module, "named"), 1);
     testing::internal::CaptureStderr();
-    for (unsigned const id : {8u, 9u})
+    for (unsigned const id : {8u, 9u, 10u})
         EXPECT_EQ(menu.LoadMenu(module, id) + popup.LoadMenu(module, id), 0) << id;
+    std::vector<std::string> const told = test::TakeFaults();
+    ASSERT_EQ(told.size(), 4u) << "none for a menu that is not there";
+    EXPECT_TRUE(told[0].starts_with("menus/8.json: parse error")) << told[0];
+    EXPECT_EQ(told[2], "menus/10.json: entry 2: entry 1: \"id\" is no number from 0 to 65535");
     EXPECT_EQ(menu.LoadMenu(module, nullptr) + menu.LoadMenu(nullptr, 7), 0);
     EXPECT_EQ(popup.LoadMenu(module, "named"), 0) << "its first entry is no popup";
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");

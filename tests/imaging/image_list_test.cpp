@@ -1,5 +1,6 @@
 // Image lists, and toolbars out of resource modules.
 #include "support/fake_device.h"
+#include "support/faults.h"
 #include "support/files.h"
 #include "support/temporary_folder.h"
 
@@ -110,6 +111,7 @@ TEST(ImageListTest, MasksSayWhatCovers) {
     CTovImageList list;
     CBitmap const empty;
     EXPECT_TRUE(list.Add(&row, CLR_NONE) == -1 && list.Create(2, 2, ILC_MASK, 0, 1));
+    EXPECT_EQ(CTovImageList().Create(nullptr, 12345u, 16, 0, CLR_NONE), 0);
     EXPECT_TRUE(list.Create(2, 2, ILC_MASK, 0, 1) == 0 && list.GetImageDimension(0) == CSize{});
     EXPECT_EQ(list.Add(&row, CLR_NONE), 0);
     EXPECT_EQ(list.Add(&row, TovRgb(0, 255, 0)), 3);
@@ -229,7 +231,9 @@ TEST(ToolbarBmpTest, FaultyResourcesAreNone) {
     for (unsigned id = 1; id <= files.size(); ++id) {
         std::vector<unsigned> ids{1};
         EXPECT_TRUE(CTovToolbarBmp::LoadVectorOfIDs(resources.module, id, ids) == 0 && ids.empty()) << id;
+        EXPECT_FALSE(test::TakeFaults().empty()) << id;
         EXPECT_EQ(CTovToolbarBmp(resources.module, id).LoadBitmap(resources.module, id), 0) << id;
+        EXPECT_TRUE(test::TakeFaults().at(0).starts_with("toolbars/" + std::to_string(id) + ".json: ")) << id;
     }
 }
 
