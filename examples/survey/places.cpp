@@ -91,14 +91,6 @@ void ReadCoordinates(std::string_view text, Place& place) {
     Give(place.longitude, second);
 }
 
-// What stands before the next divider, which is taken away with it.
-std::string_view TakeUntil(std::string_view& text, char divider) {
-    std::size_t const end = std::min(text.find(divider), text.size());
-    std::string_view const taken = text.substr(0, end);
-    text.remove_prefix(std::min(end + 1, text.size()));
-    return taken;
-}
-
 Place ReadPlace(std::string_view line) {
     if (!IsUtf8(line)) throw BadLine{"not in UTF-8"};
     // They could do anything to the terminal on which the table is shown.
@@ -114,6 +106,20 @@ Place ReadPlace(std::string_view line) {
 }
 
 }  // namespace
+
+std::string_view TakeUntil(std::string_view& text, char divider) {
+    std::size_t const end = std::min(text.find(divider), text.size());
+    std::string_view const taken = text.substr(0, end);
+    text.remove_prefix(std::min(end + 1, text.size()));
+    return taken;
+}
+
+std::optional<std::size_t> PlaceNamed(std::vector<Place> const& places, std::string_view name,
+                                      std::optional<std::size_t> other) {
+    for (std::size_t i = 0; i < places.size(); ++i)
+        if (i != other && places[i].name == name) return i;
+    return {};
+}
 
 PlaceTable ReadPlaces(std::string_view text) {
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";

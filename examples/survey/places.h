@@ -4,6 +4,7 @@
 #include <tov310/angle.h>
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,7 +17,12 @@ struct Place {
     std::string comment;  // often empty
     tov::CTovValueAngleLat latitude;
     tov::CTovValueAngleLon longitude;
+    std::optional<double> height;  // metres; tables of time zones have none
 };
+
+// Metres: deeper and higher than any ground.
+inline constexpr double lowestPlace = -12000;
+inline constexpr double highestPlace = 9000;
 
 struct SkippedLine {
     std::size_t number;  // from 1
@@ -35,5 +41,12 @@ struct PlaceTable {
 //
 // A line that cannot be read is skipped; the others count.
 PlaceTable ReadPlaces(std::string_view text);
+
+// The number of the place with that name, other than the one that may be left out; none where it is free.
+std::optional<std::size_t> PlaceNamed(std::vector<Place> const& places, std::string_view name,
+                                      std::optional<std::size_t> other = {});
+
+// Takes what stands before the next divider from the front of a text, and the divider with it.
+std::string_view TakeUntil(std::string_view& text, char divider);
 
 }  // namespace survey

@@ -16,6 +16,7 @@ namespace {
 using Entries = tov::CTovProfileEntries;
 
 constexpr char const* section = "Survey";
+constexpr char const* languageEntry = "Language";
 
 // A unit that the library remembers: the id, and for people who read the file the abbreviation.
 struct UnitEntries {
@@ -115,13 +116,27 @@ Settings ApplySettings(Choice const& choice) {
     Unit const& first = UnitOf(distances, DistanceUnits());
     if (choice.format) WriteFormat(unit, *choice.format);
     if (choice.decimals) WriteDecimals(unit, *choice.decimals);
-    Settings settings{&unit, &first, choice.format.value_or(ReadFormat(unit)),
-                      choice.decimals.value_or(ReadDecimals(unit)), false};
+    if (choice.distanceDecimals) WriteDecimals(first, *choice.distanceDecimals);
+    Settings settings{&unit,
+                      &first,
+                      choice.format.value_or(ReadFormat(unit)),
+                      choice.decimals.value_or(ReadDecimals(unit)),
+                      choice.distanceDecimals.value_or(ReadDecimals(first)),
+                      false};
     settings.remembered = angleUnit.Read() == unit.id && distanceUnit.Read() == first.id &&
-                          ReadFormat(unit) == settings.format && ReadDecimals(unit) == settings.decimals;
+                          ReadFormat(unit) == settings.format && ReadDecimals(unit) == settings.decimals &&
+                          ReadDecimals(first) == settings.distanceDecimals;
     angles.Format(settings.format.c_str());
     angles.Precision(PrecisionFor(unit.id, settings.decimals));
     return settings;
+}
+
+std::string RememberedLanguage() {
+    return Entries::ReadTovProfileString(section, languageEntry, "");
+}
+
+void RememberLanguage(std::string const& language) {
+    Entries::WriteTovProfileString(section, languageEntry, language.c_str());
 }
 
 std::string Describe(Settings const& settings) {

@@ -23,11 +23,16 @@ struct Settings {
     Unit const* distanceUnit;  // in which distances are shown first
     std::string format;        // empty for none
     int decimals;
+    int distanceDecimals;
     bool remembered;  // not where the profile cannot be written
 };
 
 // Remembers what was chosen, and gives the library's shared settings that and what was remembered before.
 Settings ApplySettings(Choice const& choice);
+
+// The language of the window, as --lang names it; empty for none.
+std::string RememberedLanguage();
+void RememberLanguage(std::string const& language);
 
 // In one line.
 std::string Describe(Settings const& settings);

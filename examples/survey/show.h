@@ -16,6 +16,7 @@ struct Choice {
     Unit const* distanceUnit = nullptr;
     std::optional<std::string> format;  // empty for none
     std::optional<int> decimals;
+    std::optional<int> distanceDecimals;
 };
 
 struct ShowOptions {

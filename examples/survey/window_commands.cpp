@@ -3,6 +3,7 @@
 #include "answer.h"
 #include "files.h"
 #include "gallery.h"
+#include "settings.h"
 #include "window_frame.h"
 #include "window_ids.h"
 #include "window_shots.h"
@@ -15,6 +16,8 @@
 
 namespace survey {
 namespace {
+
+std::string languageInUse;
 
 bool IsSet(char const* variable) {
     char const* const value = std::getenv(variable);
@@ -42,10 +45,17 @@ class Display {
 int ShowWindow(CommonOptions const& common, std::string const& file) {
     Display const display;
     if (!display.IsReached()) return kNoDisplay;
-    UseWords(common.language);
     OpenProfile(common);
+    std::string const language = common.language.empty() ? RememberedLanguage() : common.language;
+    try {
+        UseLanguage(language);
+    } catch (UsageError const&) {
+        if (language == common.language) throw;
+        UseLanguage("");  // the profile may have been edited
+    }
     SurveyApp app;
     SurveyFrame frame;
+    if (!common.language.empty()) frame.FixLanguage();
     app.SetMainWnd(tov::TovHandle(&frame));
     frame.show();
     if (frame.Open(file.empty() ? DataFile("zone1970.tab").string() : file) == 0) return kUnreadable;
@@ -109,6 +119,17 @@ void UseWords(std::string const& language) {
     tov::HINSTANCE const words = tov::TovLoadResourceModule(DataFile(folder).c_str(), nullptr, &why);
     if (words == nullptr) throw UsageError(DataFile(folder).string() + ": " + why);
     tov::TovSetResourceHandle(words);
+    languageInUse = language.empty() ? "zh_CN" : language;
+}
+
+void UseLanguage(std::string const& language) {
+    tov::TovSetTovResourceHandle(nullptr);
+    LoadLanguage(language);
+    UseWords(language);
+}
+
+std::string LanguageInUse() {
+    return languageInUse;
 }
 
 bool HasDisplay() {

@@ -12,6 +12,7 @@
 #include <tov310/wait_cursor.h>
 
 #include <filesystem>
+#include <iterator>
 #include <utility>
 
 namespace survey {
@@ -29,19 +30,43 @@ std::string PlacesDocument::Open(std::string const& file) {
     SetTitle(std::filesystem::path(file).filename().c_str());
     RememberTable(file);
     OnChangedViewList();
-    for (tov::CView* const view : GetViews())
-        tov::TovSendMessage(view->GetSafeHwnd(), tov::WM_TOV_POST_INITIALUPDATE);
+    TellViews(tov::WM_TOV_POST_INITIALUPDATE);
     return "";
 }
 
-std::string PlacesDocument::Distance(Place const& from, Place const& to) const {
+void PlacesDocument::PutPlace(Place place, std::optional<std::size_t> number) {
+    if (number)
+        m_table.places.at(*number) = std::move(place);
+    else
+        m_table.places.push_back(std::move(place));
+    TellViews(tov::WM_TOV_POST_INITIALUPDATE);
+}
+
+void PlacesDocument::PutPlaces(std::vector<Place> places, bool inPlaceOfAll) {
+    std::vector<Place>& all = m_table.places;
+    if (inPlaceOfAll) all.clear();
+    all.insert(all.end(), std::make_move_iterator(places.begin()), std::make_move_iterator(places.end()));
+    TellViews(tov::WM_TOV_POST_INITIALUPDATE);
+}
+
+std::string PlacesDocument::DistanceText(double metres) const {
     tov::CTovUnitSettingsDistance settings(m_settings.distanceUnit->id, nullptr);
-    settings.Precision(m_settings.distanceUnit->decimals);
+    settings.Precision(m_settings.distanceDecimals);
     tov::CTovValueDistance distance(&settings);
-    distance.SetDouble(GreatCircleDistance(from.latitude, from.longitude, to.latitude, to.longitude));
+    distance.SetDouble(metres);
     tov::CString number;
     distance.GetString(number);
-    return number.append(" ").append(m_settings.distanceUnit->name);
+    return number;
+}
+
+std::string PlacesDocument::HeightText(Place const& place) const {
+    return place.height ? DistanceText(*place.height) : "";
+}
+
+std::string PlacesDocument::Distance(Place const& from, Place const& to) const {
+    return DistanceText(GreatCircleDistance(from.latitude, from.longitude, to.latitude, to.longitude))
+        .append(" ")
+        .append(m_settings.distanceUnit->name);
 }
 
 tov::CTovCommandTable const* PlacesDocument::GetCommandTable() const {
@@ -57,7 +82,7 @@ tov::CTovCommandTable const* PlacesDocument::GetCommandTable() const {
 void PlacesDocument::OnAngleUnit(unsigned id) {
     Choice choice;
     choice.unit = &AngleUnits()[id - idAngleUnit];
-    Choose(choice, tov::WM_TOV_UNIT_CHANGED_ANGLE);
+    Choose(choice);
 }
 
 void PlacesDocument::OnUpdateAngleUnit(tov::CCmdUI* state) {
@@ -67,7 +92,7 @@ void PlacesDocument::OnUpdateAngleUnit(tov::CCmdUI* state) {
 void PlacesDocument::OnDistanceUnit(unsigned id) {
     Choice choice;
     choice.distanceUnit = &DistanceUnits()[id - idDistanceUnit];
-    Choose(choice, tov::WM_TOV_UNIT_CHANGED_DISTANCE);
+    Choose(choice);
 }
 
 void PlacesDocument::OnUpdateDistanceUnit(tov::CCmdUI* state) {
@@ -75,12 +100,18 @@ void PlacesDocument::OnUpdateDistanceUnit(tov::CCmdUI* state) {
 }
 
 // The library's shared units change, and with them every value that is shown anywhere.
-void PlacesDocument::Choose(Choice const& choice, unsigned message) {
+void PlacesDocument::Choose(Choice const& choice) {
     m_settings = ApplySettings(choice);
-    for (tov::CView* const view : GetViews()) {
-        tov::CFrameWnd const* const frame = view->GetParentFrame();
-        if (frame != nullptr) tov::TovSendMessageToDescendants(frame->GetSafeHwnd(), message);
-    }
+    for (unsigned const message : {tov::WM_TOV_UNIT_CHANGED_ANGLE, tov::WM_TOV_UNIT_CHANGED_DISTANCE})
+        for (tov::CView* const view : GetViews()) {
+            tov::CFrameWnd const* const frame = view->GetParentFrame();
+            if (frame != nullptr) tov::TovSendMessageToDescendants(frame->GetSafeHwnd(), message);
+        }
+}
+
+void PlacesDocument::TellViews(unsigned message) const {
+    for (tov::CView* const view : GetViews())
+        tov::TovSendMessage(view->GetSafeHwnd(), message);
 }
 
 }  // namespace survey

@@ -1,8 +1,10 @@
 #include "window_frame.h"
 
+#include "dialog_options.h"
 #include "files.h"
 #include "recent.h"
 #include "window_ids.h"
+#include "window_shots.h"
 
 #include <tov310/accelerator_keys.h>
 #include <tov310/application.h>
@@ -103,26 +105,31 @@ void SurveyFrame::MakeMenu() {
 }
 
 void SurveyFrame::MakeToolBar() {
+    m_toolBar.setObjectName("toolBar");
+    m_toolBar.setMovable(false);
+    FillToolBar();
+    addToolBar(&m_toolBar);
+}
+
+void SurveyFrame::FillToolBar() {
     constexpr std::pair<unsigned, QStyle::StandardPixmap> pictures[] = {
         {idOpen, QStyle::SP_DialogOpenButton},
         {idReload, QStyle::SP_BrowserReload},
         {tov::WM_TOV_PROPERTIES, QStyle::SP_FileDialogInfoView}};
-    m_toolBar.setObjectName("toolBar");
-    m_toolBar.setMovable(false);
     m_toolBar.LoadToolBar(tov::TovGetResourceHandle(), menuMain);
     for (auto const& [command, picture] : pictures)
         if (QAction* const button = m_toolBar.ButtonOf(command))
             button->setIcon(style()->standardIcon(picture));
-    addToolBar(&m_toolBar);
 }
 
 void SurveyFrame::SetAccelerators() {
     using tov::ACCEL;
-    constexpr unsigned f5 = 0x74;
+    constexpr unsigned f2 = 0x71, f5 = 0x74, insert = 0x2D;
     tov::HACCEL keys;
-    for (ACCEL const& key : {ACCEL{ACCEL::eControl, 'O', idOpen}, ACCEL{0, f5, idReload},
-                             ACCEL{ACCEL::eControl, 'W', idClose}, ACCEL{ACCEL::eControl, 'Q', idQuit},
-                             ACCEL{ACCEL::eControl, 'C', idCopy}, ACCEL{ACCEL::eControl, 'A', idSelectAll}})
+    for (ACCEL const& key :
+         {ACCEL{ACCEL::eControl, 'O', idOpen}, ACCEL{0, f5, idReload}, ACCEL{ACCEL::eControl, 'W', idClose},
+          ACCEL{ACCEL::eControl, 'Q', idQuit}, ACCEL{ACCEL::eControl, 'C', idCopy},
+          ACCEL{ACCEL::eControl, 'A', idSelectAll}, ACCEL{0, insert, idAdd}, ACCEL{0, f2, idEdit}})
         keys.Add(key);
     tov::CTovAcceleratorHelper::AddTovAccelerators(keys);
     tov::TovSetAccelerators(this, keys);
@@ -134,10 +141,32 @@ int SurveyFrame::Open(std::string const& file) {
         Tell(tov::TovQString(file) + "\n\n" + tov::TovQString(reason));
         return 0;
     }
-    setWindowTitle(tov::TovQString(m_document->GetTitle()) + " - " + Words(idTitle));
+    ShowTitle();
     if (std::size_t const skipped = m_document->SkippedLines(); skipped != 0)
         statusBar()->showMessage(Words(textSkipped).arg(skipped), 10'000);
     return 1;
+}
+
+void SurveyFrame::ShowTitle() {
+    setWindowTitle(tov::TovQString(m_document->GetTitle()) + " - " + Words(idTitle));
+}
+
+void SurveyFrame::Speak(std::string const& language) {
+    RememberLanguage(language);
+    UseLanguage(language);
+    m_recentMenu = nullptr;
+    MakeMenu();
+    FillToolBar();
+    ShowTitle();
+    ShowSelected();
+    m_view.LanguageChanged();
+}
+
+void SurveyFrame::OnOptions() {
+    OptionsModel model{m_document->CurrentSettings(), LanguageInUse(),
+                       [this](Choice const& choice) { m_document->Choose(choice); },
+                       [this](std::string const& language) { Speak(language); }};
+    OptionsSheet(std::move(model), m_isLanguageFixed, this).DoModal();
 }
 
 void SurveyFrame::ShowSelected() {
@@ -172,8 +201,10 @@ tov::LRESULT SurveyFrame::WindowProc(unsigned message, tov::WPARAM wParam, tov::
 tov::CTovCommandTable const* SurveyFrame::GetCommandTable() const {
     using Self = SurveyFrame;
     static constexpr tov::CTovCommandHandler handlers[] = {
-        tov::TovCommand<Self, &Self::OnOpen>(idOpen), tov::TovCommand<Self, &Self::OnReload>(idReload),
+        tov::TovCommand<Self, &Self::OnOpen>(idOpen),
+        tov::TovCommand<Self, &Self::OnReload>(idReload),
         tov::TovCommand<Self, &Self::OnClose>(idClose),
+        tov::TovCommand<Self, &Self::OnOptions>(idOptions),
         tov::TovCommand<Self, &Self::OnRecent>(idRecent, idRecent + mostRecent - 1),
         tov::TovCommand<Self, &Self::OnToggle, &Self::OnUpdateToggle>(idToolBar, idStatusBar)};
     static tov::CTovCommandTable const table{CTovFrameWnd::GetCommandTable(), handlers};

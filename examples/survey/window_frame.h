@@ -36,6 +36,12 @@ class SurveyFrame : public CTovFrameWnd {
     SurveyFrame();
     ~SurveyFrame() override;
 
+    // Uses and remembers a language from now on.
+    void Speak(std::string const& language);
+
+    // With a language that the call told, the user has none to choose.
+    void FixLanguage() { m_isLanguageFixed = true; }
+
     // Shows a table. Answers 1, or 0 where it cannot be read, of which the user has been told.
     int Open(std::string const& file);
 
@@ -49,6 +55,8 @@ class SurveyFrame : public CTovFrameWnd {
  private:
     void MakeMenu();
     void MakeToolBar();
+    void FillToolBar();
+    void ShowTitle();
     void SetAccelerators();
     void ShowSelected();
     void Tell(QString const& text);
@@ -56,6 +64,7 @@ class SurveyFrame : public CTovFrameWnd {
     void OnOpen();
     void OnRecent(unsigned id);
     void OnReload();
+    void OnOptions();
     void OnClose();
     void OnToggle(unsigned id);
     void OnUpdateToggle(tov::CCmdUI* state);
@@ -65,6 +74,7 @@ class SurveyFrame : public CTovFrameWnd {
     PlacesView& m_view;
     tov::CTovToolBar& m_toolBar;
     QLabel& m_selected;
+    bool m_isLanguageFixed = false;
     std::unique_ptr<tov::CTovLastDocuments> m_recent;
     tov::CMenu* m_recentMenu = nullptr;  // the popup in the frame's menu
 };

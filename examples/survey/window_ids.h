@@ -11,8 +11,13 @@ enum Id : unsigned {
     idReload,
     idClose,
     idQuit,
+    idImport,
+    idFind,
     idCopy = 40010,
     idSelectAll,
+    idAdd,
+    idEdit,
+    idOptions,
     idAngleUnit = 40020,  // and those behind it, in the order of AngleUnits()
     idDistanceUnit = 40030,
     idToolBar = 40040,
@@ -21,6 +26,7 @@ enum Id : unsigned {
     idRecent = 40100,  // and those behind it
 
     textColumns = 41000,  // of the table, from left to right
+    textHeight = 41005,
     textCount = 41010,
     textSelected,
     textDistance,
@@ -88,8 +94,49 @@ enum Id : unsigned {
     textSamples = 42160,
     textSwitched = 42170,
 
+    // Dialogs.
+    textAddPlace = 43000,
+    textEditPlace,
+    textNameTaken,
+    textOptionsTitle,
+    textImport = 43010,
+    textImportKinds,
+    textNoLine,
+    textColumnTwice,
+    textColumnCount,
+    textFirstLine,
+    textWillBeRead,
+    textNothingSkipped,
+    textSkippedLine,
+    textImported,
+    textSeparators = 43020,    // in the order of importSeparators
+    textImportFaults = 43030,  // in the order of ImportFault
+    textSearching = 43040,
+    textFilesFound,
+    textSearchAborted,
+    textNoPattern,
+    textFailure,
+    pageDialogs = 43050,
+    textDialogsAbout,
+    textAPlace,
+    textHiddenPage,
+    textWizard,
+    textProgress = 43060,       // in the order of its styles
+    textAngleUnits = 43070,     // in the order of AngleUnits()
+    textDistanceUnits = 43080,  // in the order of DistanceUnits()
+
     menuMain = 100,
     menuPlace = 101,
+
+    dialogPlace = 200,
+    dialogAngles = 210,
+    dialogDistances,
+    dialogLanguage,
+    dialogFile = 220,
+    dialogColumns,
+    dialogPreview,
+    dialogFind = 230,
+    dialogRoom = 240,  // above the bar of progress, for the styles with room
 };
 
 inline constexpr unsigned galleryAbout = 20;  // from the title of a page to what is said about it

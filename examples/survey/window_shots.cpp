@@ -1,6 +1,8 @@
 #include "window_shots.h"
 
 #include "answer.h"
+#include "dialog_options.h"
+#include "dialog_place.h"
 #include "files.h"
 #include "gallery.h"
 #include "gallery_page.h"
@@ -10,15 +12,18 @@
 #include <tov310/file.h>
 #include <tov310/size_gripper.h>
 #include <tov310/tov_frame.h>
+#include <tov310/ui.h>
 
 #include <QApplication>
 #include <QDir>
 #include <QFontMetrics>
 #include <QMenuBar>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTextEdit>
+#include <QWindow>
 
 #include <array>
 #include <functional>
@@ -34,6 +39,7 @@ namespace {
 struct Scene {
     std::unique_ptr<QWidget> window;
     std::function<QMenu*()> popup;  // shows a menu and answers it; none where it is empty
+    std::function<void()> use;      // once it is shown, as a user would
 };
 
 struct Shot {
@@ -53,7 +59,7 @@ std::unique_ptr<SurveyFrame> Places() {
 }
 
 Scene MainWindow() {
-    return {Places(), {}};
+    return {Places(), {}, {}};
 }
 
 // The window with one of its menus open, or with the entry of it open that has a menu in it.
@@ -68,7 +74,7 @@ Scene MainMenu() {
         inner->menu()->popup(popup->mapToGlobal(popup->actionGeometry(inner).topRight()));
         return inner->menu();
     };
-    return {std::move(frame), show};
+    return {std::move(frame), show, {}};
 }
 
 Scene FramesInAFrame() {
@@ -85,21 +91,75 @@ Scene FramesInAFrame() {
         child->resize(300, 180);
     }
     frame->MdiArea()->tileSubWindows();
-    return {std::move(frame), {}};
+    return {std::move(frame), {}, {}};
+}
+
+// As from the screen: whoever guards the window sees it before any widget.
+void Click(QWidget const& widget) {
+    QWidget const& around = *widget.window();
+    QPointF const place = widget.mapTo(&around, widget.rect().center());
+    for (auto const& [type, buttons] : {std::pair(QEvent::MouseButtonPress, Qt::MouseButtons(Qt::LeftButton)),
+                                        {QEvent::MouseButtonRelease, Qt::MouseButtons()}}) {
+        QMouseEvent event(type, place, around.mapToGlobal(place), Qt::LeftButton, buttons, {});
+        QCoreApplication::sendEvent(around.windowHandle(), &event);
+    }
+}
+
+std::vector<Place> const& ShippedPlaces() {
+    static std::vector<Place> const places = [] {
+        std::string bytes;
+        ReadFile(DataFile("zone1970.tab"), bytes);
+        return ReadPlaces(bytes).places;
+    }();
+    return places;
+}
+
+// A place whose name is taken, which a click on OK tells.
+Scene PlaceWithTip() {
+    auto dialog = std::make_unique<PlaceDialog>(ShippedPlaces(), std::nullopt);
+    PlaceDialog* const window = dialog.get();
+    return {std::move(dialog), {}, [window] {
+                auto const edits = window->findChildren<tov::CTovEditString*>();
+                edits.first()->SetString(tov::CString(ShippedPlaces().front().name));
+                Click(*tov::TovWidget(window->GetDlgItem(tov::IDOK)));
+            }};
+}
+
+Scene EditedPlace() {
+    return {std::make_unique<PlaceDialog>(ShippedPlaces(), 5), {}, {}};
+}
+
+// The sheet of options, with the page of languages hidden.
+template <int page>
+Scene Options() {
+    auto sheet = std::make_unique<OptionsSheet>(OptionsModel{ApplySettings({}), LanguageInUse(), {}, {}},
+                                                page != OptionsSheet::kLanguage);
+    sheet->SetFirstPage(page);
+    return {std::move(sheet), {}, {}};
 }
 
 Scene Gripper() {
     auto form = std::make_unique<QWidget>();
     form->resize(200, 120);
     std::make_unique<tov::CTovSizeGripper>(form.get()).release();
-    return {std::move(form), {}};
+    return {std::move(form), {}, {}};
 }
 
 // Whatever can be seen of the library gets a line here.
 Shot const shots[] = {
-    {"main", MainWindow},        {"main_file", MainMenu<0>},         {"main_edit", MainMenu<1>},
-    {"main_units", MainMenu<2>}, {"main_distances", MainMenu<2, 9>}, {"main_view", MainMenu<3>},
-    {"frames", FramesInAFrame},  {"size_gripper", Gripper},
+    {"main", MainWindow},
+    {"main_file", MainMenu<0>},
+    {"main_edit", MainMenu<1>},
+    {"main_units", MainMenu<2>},
+    {"main_distances", MainMenu<2, 9>},
+    {"main_view", MainMenu<3>},
+    {"frames", FramesInAFrame},
+    {"size_gripper", Gripper},
+    {"dialog_place", PlaceWithTip},
+    {"dialog_edit", EditedPlace},
+    {"dialog_options", Options<OptionsSheet::kAngles>},
+    {"dialog_distances", Options<OptionsSheet::kDistances>},
+    {"dialog_language", Options<OptionsSheet::kLanguage>},
 };
 
 QPalette DarkPalette() {
@@ -126,13 +186,36 @@ QPalette DarkPalette() {
     return palette;
 }
 
+// The window, and the tips that are up over it or beside it.
+QPixmap WithTips(QWidget& window) {
+    QRect all(window.mapToGlobal(QPoint()), window.size());
+    QPoint const origin = all.topLeft();
+    QWidgetList tips;
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        if (!widget->isVisible() || qobject_cast<tov::CTovWndToolTip*>(widget) == nullptr) continue;
+        tips << widget;
+        all |= widget->geometry();
+    }
+    QPixmap const plain = window.grab();
+    if (tips.isEmpty()) return plain;
+    QPixmap picture(all.size() * plain.devicePixelRatio());
+    picture.setDevicePixelRatio(plain.devicePixelRatio());
+    picture.fill(window.palette().color(QPalette::Window));
+    QPainter painter(&picture);
+    painter.drawPixmap(origin - all.topLeft(), plain);
+    for (QWidget* const tip : tips)
+        painter.drawPixmap(tip->pos() - all.topLeft(), tip->grab());
+    return picture;
+}
+
 QImage Take(Shot const& shot) {
     Scene const scene = shot.make();
     scene.window->show();
     QApplication::setActiveWindow(scene.window.get());
     for (int round = 0; round < 3; ++round)
         QCoreApplication::processEvents();
-    QPixmap picture = scene.window->grab();
+    if (scene.use) scene.use();
+    QPixmap picture = WithTips(*scene.window);
     if (scene.popup) {
         QPainter painter(&picture);
         for (QWidget* open = scene.popup(); qobject_cast<QMenu*>(open) != nullptr;
@@ -152,7 +235,7 @@ std::vector<Shot> AllShots() {
         all.push_back({std::string("gallery_") + GalleryEntries()[page].name, [page] {
                            auto gallery = std::make_unique<Gallery>();
                            gallery->ShowPage(static_cast<int>(page));
-                           return Scene{std::move(gallery), {}};
+                           return Scene{std::move(gallery), {}, {}};
                        }});
     }
     return all;
@@ -161,8 +244,7 @@ std::vector<Shot> AllShots() {
 bool WriteShots(QDir const& folder, std::string const& profile, int scale) {
     QPalette const light = QApplication::palette();
     for (char const* const language : {"zh_CN", "en"}) {
-        LoadLanguage(language);
-        UseWords(language);
+        UseLanguage(language);
         OpenProfile({.language = language, .profile = profile, .reset = true});
         for (auto const& [name, palette] : {std::pair("light", light), std::pair("dark", DarkPalette())}) {
             QApplication::setPalette(palette);

@@ -1,5 +1,6 @@
 #include "window_view.h"
 
+#include "dialog_place.h"
 #include "units.h"
 #include "window_document.h"
 #include "window_ids.h"
@@ -44,7 +45,8 @@ void PlacesModel::SetDocument(PlacesDocument const* document) {
 }
 
 void PlacesModel::TextsChanged() {
-    if (rowCount() > 0) Q_EMIT dataChanged(index(0, kLatitude), index(rowCount() - 1, kLongitude));
+    if (rowCount() > 0) Q_EMIT dataChanged(index(0, kLatitude), index(rowCount() - 1, kHeight));
+    TitlesChanged();
 }
 
 int PlacesModel::rowCount(QModelIndex const& parent) const {
@@ -57,7 +59,7 @@ int PlacesModel::columnCount(QModelIndex const& parent) const {
 
 QVariant PlacesModel::data(QModelIndex const& index, int role) const {
     Place const& place = m_document->Places()[static_cast<std::size_t>(index.row())];
-    bool const isNumber = index.column() == kLatitude || index.column() == kLongitude;
+    bool const isNumber = index.column() >= kLatitude && index.column() <= kHeight;
     if (role == Qt::TextAlignmentRole && isNumber) return int{Qt::AlignRight | Qt::AlignVCenter};
     bool const isCut = index.column() == kCountries || index.column() == kComment;
     if (role == Qt::ToolTipRole && isCut) role = Qt::DisplayRole;
@@ -70,6 +72,9 @@ QVariant PlacesModel::data(QModelIndex const& index, int role) const {
         case kLongitude:
             return role == sortRole ? QVariant(place.longitude.GetDouble())
                                     : QVariant(TextOf(place.longitude));
+        case kHeight:
+            if (role != sortRole) return tov::TovQString(m_document->HeightText(place));
+            return place.height ? QVariant(*place.height) : QVariant();
         case kCountries:
             return tov::TovQString(place.countries);
         default:
@@ -79,7 +84,12 @@ QVariant PlacesModel::data(QModelIndex const& index, int role) const {
 
 QVariant PlacesModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
-    return Words(textColumns + static_cast<unsigned>(section));
+    if (section == kHeight) {
+        std::string_view const unit =
+            m_document != nullptr ? m_document->CurrentSettings().distanceUnit->name : "";
+        return Words(textHeight).arg(tov::TovQString(tov::CString(unit)));
+    }
+    return Words(textColumns + static_cast<unsigned>(section < kHeight ? section : section - 1));
 }
 
 PlacesView::PlacesView(QWidget* parent) : CWndOn(parent) {
@@ -94,6 +104,7 @@ PlacesView::PlacesView(QWidget* parent) : CWndOn(parent) {
     setSortingEnabled(true);
     header()->setSortIndicatorClearable(true);
     sortByColumn(-1, Qt::AscendingOrder);  // as the table has them
+    connect(this, &QTreeView::activated, this, [this] { OnEdit(); });
 }
 
 PlacesDocument* PlacesView::Document() const {
@@ -114,7 +125,16 @@ void PlacesView::selectionChanged(QItemSelection const& selected, QItemSelection
     onSelected();
 }
 
+void PlacesView::SelectPlace(std::size_t number) {
+    QModelIndex const row = m_sorted.mapFromSource(m_model.index(static_cast<int>(number), 0));
+    setCurrentIndex(row);
+    scrollTo(row);
+}
+
 void PlacesView::FitColumns() {
+    bool const areHigh = std::ranges::any_of(Document()->Places(),
+                                             [](Place const& place) { return place.height.has_value(); });
+    setColumnHidden(PlacesModel::kHeight, !areHigh);
     for (int column = 0; column < PlacesModel::kComment; ++column)
         resizeColumnToContents(column);
     // One time zone may serve many countries.
@@ -135,6 +155,7 @@ tov::LRESULT PlacesView::WindowProc(unsigned message, tov::WPARAM wParam, tov::L
             FitColumns();
             return 0;
         case tov::WM_TOV_UNIT_CHANGED_DISTANCE:
+            m_model.TextsChanged();
             onSelected();
             return 0;
         case tov::WM_CONTEXTMENU: {
@@ -159,7 +180,8 @@ tov::CTovCommandTable const* PlacesView::GetCommandTable() const {
     using Self = PlacesView;
     static constexpr tov::CTovCommandHandler handlers[] = {
         tov::TovCommand<Self, &Self::OnCopy, &Self::OnUpdateSelected>(idCopy),
-        tov::TovCommand<Self, &Self::OnSelectAll>(idSelectAll),
+        tov::TovCommand<Self, &Self::OnSelectAll>(idSelectAll), tov::TovCommand<Self, &Self::OnAdd>(idAdd),
+        tov::TovCommand<Self, &Self::OnEdit, &Self::OnUpdateSelected>(idEdit),
         tov::TovCommand<Self, &Self::OnProperties, &Self::OnUpdateSelected>(tov::WM_TOV_PROPERTIES)};
     static tov::CTovCommandTable const table{CView::GetCommandTable(), handlers};
     return &table;
@@ -168,7 +190,7 @@ tov::CTovCommandTable const* PlacesView::GetCommandTable() const {
 void PlacesView::OnUpdateSelected(tov::CCmdUI* state) {
     bool const isAny = selectionModel()->hasSelection();
     bool const isOne = isAny && selectionModel()->selectedRows().size() == 1;
-    state->Enable(state->m_nID == tov::WM_TOV_PROPERTIES ? isOne : isAny);
+    state->Enable(state->m_nID == idCopy ? isAny : isOne);
 }
 
 // As text with tabs, for a table in another program.
@@ -185,6 +207,22 @@ void PlacesView::OnCopy() {
 
 void PlacesView::OnSelectAll() {
     selectAll();
+}
+
+void PlacesView::OnAdd() {
+    EditPlace({});
+}
+
+void PlacesView::OnEdit() {
+    std::vector<Place const*> const places = Selected();
+    if (places.size() == 1) EditPlace(static_cast<std::size_t>(places.front() - Document()->Places().data()));
+}
+
+void PlacesView::EditPlace(std::optional<std::size_t> number) {
+    PlaceDialog dialog(Document()->Places(), number, window());
+    if (dialog.exec() != QDialog::Accepted) return;
+    Document()->PutPlace(dialog.Result(), number);
+    SelectPlace(number.value_or(Document()->Places().size() - 1));
 }
 
 // The place in every unit.

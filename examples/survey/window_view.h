@@ -10,7 +10,9 @@
 #include <QSortFilterProxyModel>
 #include <QTreeView>
 
+#include <cstddef>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace survey {
@@ -20,12 +22,15 @@ class PlacesDocument;
 // The document's places as rows. It asks the values for their texts each time, so that they follow the units.
 class PlacesModel : public QAbstractTableModel {
  public:
-    enum Column { kName, kLatitude, kLongitude, kCountries, kComment, kColumns };
+    enum Column { kName, kLatitude, kLongitude, kHeight, kCountries, kComment, kColumns };
 
     using QAbstractTableModel::QAbstractTableModel;
 
     void SetDocument(PlacesDocument const* document);  // or that its places are others
     void TextsChanged();
+
+    // Titles follow unit and language.
+    void TitlesChanged() { Q_EMIT headerDataChanged(Qt::Horizontal, 0, kColumns - 1); }
 
     int rowCount(QModelIndex const& parent = {}) const override;
     int columnCount(QModelIndex const& parent = {}) const override;
@@ -48,6 +53,11 @@ class PlacesView : public tov::CWndOn<QTreeView, CView> {
 
     tov::LRESULT WindowProc(unsigned message, tov::WPARAM wParam, tov::LPARAM lParam) override;
 
+    // Selects that place alone, and brings it into sight.
+    void SelectPlace(std::size_t number);
+
+    void LanguageChanged() { m_model.TitlesChanged(); }
+
     // Told when other places are selected, or how far apart they are is told in another unit.
     std::function<void()> onSelected = [] {};
 
@@ -59,6 +69,9 @@ class PlacesView : public tov::CWndOn<QTreeView, CView> {
     PlacesDocument* Document() const;
     void ShowMenu(QPoint place);
     void FitColumns();
+    void EditPlace(std::optional<std::size_t> number);
+    void OnAdd();
+    void OnEdit();
     void OnCopy();
     void OnUpdateSelected(tov::CCmdUI* state);
     void OnSelectAll();
