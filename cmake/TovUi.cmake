@@ -6,6 +6,7 @@ file(GLOB TOV_UI_SOURCES CONFIGURE_DEPENDS
     "${PROJECT_SOURCE_DIR}/platform/*.cpp"
     "${PROJECT_SOURCE_DIR}/controls/*_widget.cpp"
     "${PROJECT_SOURCE_DIR}/imaging/*_widget.cpp"
+    "${PROJECT_SOURCE_DIR}/reports/*_widget.cpp"
     "${PROJECT_SOURCE_DIR}/views/*_widget.cpp")
 
 # Classes with signals have their meta-objects made.

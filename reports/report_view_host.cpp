@@ -9,7 +9,6 @@
 
 namespace tov {
 
-ITovListSource::~ITovListSource() = default;
 ITovHeaderPort::~ITovHeaderPort() = default;
 ITovListPort::~ITovListPort() = default;
 
@@ -377,6 +376,23 @@ int CTovReportViewHost::OnHideRealItem(unsigned int real, unsigned int /*screen*
 
 void CTovReportViewHost::OnSortOrderChanged() {
     SendNotificationToNotifyItems(eNotifyItemSortOrder, WM_TOV_REPORTVIEW_ITEM_SORT_ORDER, 0);
+}
+
+eTovListColors CTovReportViewHost::HasItemColors() {
+    if (Set().customItemColors == 0) return eListColorsUsual;
+    return Set().customColorsPerSubItem != 0 ? eListColorsPerCell : eListColorsPerItem;
+}
+
+void CTovReportViewHost::GetItemColors(unsigned int screen, unsigned int screenCol, COLORREF& text,
+                                       COLORREF& background) {
+    unsigned int const real = ScreenItemToReal(screen);
+    if (real == tovNoIndex) return;
+    unsigned long textColor = text;
+    unsigned long backgroundColor = background;
+    unsigned int const realCol = screenCol != tovNoIndex ? ScreenColToReal(screenCol) : tovNoIndex;
+    OnGetRealItemColor(real, screen, realCol, screenCol, textColor, backgroundColor);
+    text = static_cast<COLORREF>(textColor);
+    background = static_cast<COLORREF>(backgroundColor);
 }
 
 void CTovReportViewHost::OnGetRealItemColor(unsigned int real, unsigned int screen, unsigned int realCol,

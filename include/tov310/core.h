@@ -37,6 +37,7 @@
 #include <tov310/fitted_text.h>
 #include <tov310/format.h>
 #include <tov310/geometry.h>
+#include <tov310/header_marks.h>
 #include <tov310/help_app.h>
 #include <tov310/hooks.h>
 #include <tov310/host_container.h>
@@ -47,7 +48,10 @@
 #include <tov310/input_control_container.h>
 #include <tov310/last_documents.h>
 #include <tov310/leap_seconds.h>
+#include <tov310/list_input.h>
+#include <tov310/list_layout.h>
 #include <tov310/list_port.h>
+#include <tov310/list_source.h>
 #include <tov310/log_file.h>
 #include <tov310/mail_message.h>
 #include <tov310/mapi.h>

@@ -8,13 +8,12 @@
 
 #include <tov310/export.h>
 #include <tov310/geometry.h>
+#include <tov310/list_source.h>
 #include <tov310/types.h>
 
 #include <vector>
 
 namespace tov {
-
-inline constexpr unsigned int tovNoIndex = 0xFFFFFFFF;  // no row, no column: what signed code writes as -1
 
 // One key of a sort by a column on the screen.
 struct SORT_STATE_SCREENCOL {
@@ -32,50 +31,6 @@ inline constexpr int LVCFMT_CENTER = 2;
 // Widths that ask for as many pixels as a column's cells and its header need.
 inline constexpr int tovAutoWidth = -1;
 inline constexpr int tovAutoWidthWithHeader = -2;
-
-// Bits of a row's state.
-inline constexpr unsigned int LVIS_FOCUSED = 0x0001;
-inline constexpr unsigned int LVIS_SELECTED = 0x0002;
-inline constexpr unsigned int LVIS_CUT = 0x0004;  // disabled; its image is ghosted
-inline constexpr unsigned int tovStateUnchecked = 0x1000;
-inline constexpr unsigned int tovStateChecked = 0x2000;
-
-// What of a cell is asked for.
-inline constexpr unsigned int LVIF_TEXT = 0x1;
-inline constexpr unsigned int LVIF_IMAGE = 0x2;
-inline constexpr unsigned int LVIF_STATE = 0x8;
-
-inline constexpr unsigned int tovNoImage = 0xFFFFFFFF;
-inline constexpr unsigned int tovUsualImage = 0xFFFFFFFE;  // the list's default image
-
-// A question for one cell, and its answer.
-struct TOV_DISPINFO {
-    unsigned int mask = LVIF_TEXT | LVIF_IMAGE | LVIF_STATE;
-    unsigned int iItem = 0;
-    unsigned int iSubItem = 0;
-    unsigned int cchTextMax =
-        0;  // size of the asker's buffer: one character more than the text may have; 0: any
-
-    CString strText;
-    unsigned int nImage = tovNoImage;
-    unsigned int nState =
-        0;  // of the row; the check bits only with the first column of a list with check boxes
-};
-
-// What a list shows.
-class TOV_CORE_API ITovListSource {
- public:
-    virtual unsigned int GetItemCount() = 0;
-
-    // Answers 1, or 0 with nothing filled in for a row or a column that is none.
-    virtual int GetDispInfo(TOV_DISPINFO& info) = 0;
-
- protected:
-    ITovListSource() = default;
-    ITovListSource(ITovListSource const&) = default;
-    ITovListSource& operator=(ITovListSource const&) = default;
-    virtual ~ITovListSource();
-};
 
 // The header of a list.
 class TOV_CORE_API ITovHeaderPort {

@@ -17,6 +17,7 @@
 #pragma once
 
 #include <tov310/export.h>
+#include <tov310/list_input.h>
 #include <tov310/messages.h>
 #include <tov310/report_model.h>
 
@@ -25,7 +26,7 @@
 
 namespace tov {
 
-class TOV_CORE_API CTovReportViewHost : public ITovListSource {
+class TOV_CORE_API CTovReportViewHost : public ITovListSource, public ITovListActions {
  public:
     using Indexes = std::vector<unsigned int>;
 
@@ -54,6 +55,10 @@ class TOV_CORE_API CTovReportViewHost : public ITovListSource {
 
     unsigned int GetItemCount() override { return Table().GetItemCount(); }
     int GetDispInfo(TOV_DISPINFO& info) override { return Table().GetDispInfo(info); }
+    eTovListColors HasItemColors() override;
+    // By OnGetRealItemColor.
+    void GetItemColors(unsigned int screen, unsigned int screenCol, COLORREF& text,
+                       COLORREF& background) override;
 
     // --- Set-up
 
@@ -84,7 +89,7 @@ class TOV_CORE_API CTovReportViewHost : public ITovListSource {
     virtual void ShowSelectCheckedItems(int show) { Set().showSelectCheckedItems = show; }
     virtual eColumnsDlgStyle ColumnsDlgStyle() const { return Set().columnsDlgStyle; }
     virtual void ColumnsDlgStyle(eColumnsDlgStyle style) { Set().columnsDlgStyle = style; }
-    virtual int ShowCheckboxes() const { return Set().showCheckboxes; }
+    int ShowCheckboxes() const override { return Set().showCheckboxes; }
     virtual void ShowCheckboxes(int show) { Set().showCheckboxes = show; }
     virtual int SortAllowed() const { return Set().sortAllowed; }
     virtual void SortAllowed(int allowed) { Set().sortAllowed = allowed; }
@@ -279,19 +284,22 @@ class TOV_CORE_API CTovReportViewHost : public ITovListSource {
     virtual int GetRealItemChecked(unsigned int real) const;
     virtual int GetRealItemDisabled(unsigned int real) const;
     virtual int GetRealItemFocused(unsigned int real) const;
-    virtual int GetItemSelected(unsigned int screen) const {
+    int GetItemSelected(unsigned int screen) const override {
         return GetRealItemSelected(ScreenItemToReal(screen));
     }
-    virtual int GetItemChecked(unsigned int screen) const {
+    int GetItemChecked(unsigned int screen) const override {
         return GetRealItemChecked(ScreenItemToReal(screen));
     }
-    virtual int GetItemDisabled(unsigned int screen) const {
+    int GetItemDisabled(unsigned int screen) const override {
         return GetRealItemDisabled(ScreenItemToReal(screen));
     }
     virtual int GetItemFocused(unsigned int screen) const {
         return GetRealItemFocused(ScreenItemToReal(screen));
     }
-    virtual unsigned int GetFocusedItem() const { return RealItemToScreen(Table().FocusedRealItem()); }
+    unsigned int GetFocusedItem() const override { return RealItemToScreen(Table().FocusedRealItem()); }
+    // Where a selection by Shift begins; it stays with its row.
+    unsigned int GetSelectionAnchor() const override { return RealItemToScreen(Table().AnchorRealItem()); }
+    void SetSelectionAnchor(unsigned int screen) override { Table().SetAnchor(screen); }
     virtual unsigned int GetFocusedRealItem() const { return Table().FocusedRealItem(); }
 
     virtual int GetItemsSelected() const;
@@ -310,13 +318,13 @@ class TOV_CORE_API CTovReportViewHost : public ITovListSource {
     virtual int GetCheckedRealItems(Indexes& real) const;
     virtual int GetDisabledRealItems(Indexes& real) const;
 
-    virtual int SelectItem(unsigned int screen, int select, int notify, int evenIfDisabled) {
+    int SelectItem(unsigned int screen, int select, int notify, int evenIfDisabled) override {
         return Table().SelectItem(screen, select, notify, evenIfDisabled);
     }
-    virtual int CheckItem(unsigned int screen, int check, int notify) {
+    int CheckItem(unsigned int screen, int check, int notify) override {
         return Table().CheckItem(screen, check, notify);
     }
-    virtual int FocusItem(unsigned int screen, int ensureVisible) {
+    int FocusItem(unsigned int screen, int ensureVisible) override {
         return Table().FocusItem(screen, ensureVisible);
     }
     virtual unsigned int SelectItems(Indexes const& screen, int select, int notify, int evenIfDisabled) {
@@ -325,7 +333,7 @@ class TOV_CORE_API CTovReportViewHost : public ITovListSource {
     virtual unsigned int CheckItems(Indexes const& screen, int check, int notify) {
         return Table().CheckItems(screen, check, notify);
     }
-    virtual unsigned int SelectAllItems(int select, int notify, int evenIfDisabled) {
+    unsigned int SelectAllItems(int select, int notify, int evenIfDisabled) override {
         return Table().SelectAllItems(select, notify, evenIfDisabled);
     }
     virtual unsigned int CheckAllItems(int check, int notify) { return Table().CheckAllItems(check, notify); }
@@ -353,16 +361,16 @@ class TOV_CORE_API CTovReportViewHost : public ITovListSource {
     }
     virtual int FocusRealItem(unsigned int real, int ensureVisible);
     // Deselect all others.
-    virtual int SetItemSelection(unsigned int screen, int notify);
-    virtual unsigned int SetItemSelection(unsigned int first, unsigned int last,
-                                          int notify);  // in either order
+    int SetItemSelection(unsigned int screen, int notify) override;
+    unsigned int SetItemSelection(unsigned int first, unsigned int last,
+                                  int notify) override;  // in either order
     virtual unsigned int SetItemSelection(Indexes const& screen, int notify);
     virtual int SetRealItemSelection(unsigned int real, int notify);
     virtual unsigned int SetRealItemSelection(Indexes const& real, int notify);
     virtual unsigned int InvertSelection(int notify) { return Table().InvertSelection(notify); }
     virtual unsigned int SelectCheckedItems(int notify) { return Table().SelectCheckedItems(notify); }
     virtual unsigned int InvertChecked(int notify) { return Table().InvertChecked(notify); }
-    virtual unsigned int CheckSelectedItems(int check, int notify);
+    unsigned int CheckSelectedItems(int check, int notify) override;
     virtual int EnsureItemVisible(unsigned int screen, unsigned int screenCol);
     virtual int EnsureRealItemVisible(unsigned int real, unsigned int realCol);
     virtual int EnsureRealColVisible(unsigned int real);
