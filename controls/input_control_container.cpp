@@ -274,6 +274,11 @@ void CTovInputControlContainer::DeleteDlgCtrlInternal(HWND control) {
 
 void CTovInputControlContainer::OnSubclassDlgItemDestroyWindow(CTovSubclassDlgItem const& item) {
     std::erase_if(m_DlgItems, [&item](auto const& owned) { return owned.get() == &item; });
+    CheckEmptyFieldsAgain();
+}
+
+void CTovInputControlContainer::CheckEmptyFieldsAgain() {
+    if (m_bEmptyFields != 0) TovPostMessage(HandleOf(m_pWnd), WM_TOV_INPUT_CONTROL_EMPTY_CHANGED);
 }
 
 int CTovInputControlContainer::ValidateCommand(int command) {

@@ -3,6 +3,7 @@
 #include "platform/focus_order.h"
 
 #include <QGridLayout>
+#include <QPointer>
 
 #include <memory>
 
@@ -28,7 +29,13 @@ void ChildGround::Prepare(CWnd const& child) const {
     QWidget* const widget = TovWidget(&child);
     if (widget == nullptr) return;
     widget->setParent(m_ground != nullptr ? m_ground.data() : &m_host, Qt::Widget);
-    if (m_ground != nullptr) static_cast<QGridLayout&>(*m_ground->layout()).addWidget(widget, 0, 0);
+    if (m_ground != nullptr) {
+        static_cast<QGridLayout&>(*m_ground->layout()).addWidget(widget, 0, 0);
+        // The host's code may delete what the cell is in, and the dialog is somebody else's.
+        QPointer<QWidget> const host(&m_host);
+        QObject::connect(m_ground.data(), &QObject::destroyed, widget,
+                         [host, widget] { widget->setParent(host, Qt::Widget); });
+    }
     if (m_before != nullptr) PutBehindInFocus(*m_before, *widget);
 }
 

@@ -31,6 +31,13 @@ void SetOrder(QWidget& first, QWidget& second) {
 
 }  // namespace
 
+QPushButton* DefaultButtonOf(QWidget const& window) {
+    for (QPushButton* const button : window.findChildren<QPushButton*>()) {
+        if (button->isDefault() && button->isVisible() && button->window() == &window) return button;
+    }
+    return nullptr;
+}
+
 void PutBehindInFocus(QWidget& before, QWidget& widget) {
     if (widget.previousInFocusChain() == &before) return;
     // Of a control made of several the toolkit wants to hear the whole.

@@ -177,7 +177,8 @@ void CTovHostContainer::HostIsReady() {
     if (above)
         TovSendMessage(above, WM_TOV_INPUT_CONTROL_EMPTY_CHANGED, 0, static_cast<LPARAM>(GetEmptyFields()));
     if (!IsWindow(self)) return;
-    if (m_kind != eKindPage) m_host.EnableOkButton();  // of a page the sheet does it
+    // Of a page its sheet does it, if that guards its pages.
+    if (m_kind != eKindPage || !GetWindowAbove()) m_host.EnableOkButton();
 }
 
 void CTovHostContainer::ChildDialogSwitched() {

@@ -1,6 +1,7 @@
 #include <tov310/prop_sheet.h>
 
 #include "platform/focus_guard.h"
+#include "platform/focus_order.h"
 #include "platform/help_request.h"
 
 #include <tov310/dlg_tool_bar.h>
@@ -8,6 +9,7 @@
 #include <tov310/messages.h>
 #include <tov310/qt_values.h>
 #include <tov310/styles.h>
+#include <tov310/tov_dialog.h>
 
 #include <QApplication>
 #include <QHelpEvent>
@@ -192,7 +194,8 @@ void CTovPropSheet::ShowWizardButtons(unsigned long buttons) {
 
 void CTovPropSheet::RemoveContextHelpButton(int remove) {
     m_isContextHelpRemoved = remove != 0;
-    if (m_isReady) setWindowFlag(Qt::WindowContextHelpButtonHint, remove == 0);
+    // A window that is shown would be hidden by that.
+    if (m_isReady && !isVisible()) setWindowFlag(Qt::WindowContextHelpButtonHint, remove == 0);
 }
 
 // Makes it and lets the host see it, once.
@@ -391,6 +394,8 @@ void CTovPropSheet::setVisible(bool visible) {
 
 int CTovPropSheet::DestroyWindow() {
     QPointer<CTovPropSheet> const alive(this);
+    CTovDialog::EndDialogsOf(*this);
+    if (!alive) return 1;
     int const result = CWndOn::DestroyWindow();
     if (!alive || GetSafeHwnd()) return result;  // or somebody is told of its end, further out
     m_isReady = false;
@@ -442,9 +447,12 @@ void CTovPropSheet::keyPressEvent(QKeyEvent* event) {
     bool const turns = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
     if (turns && event->modifiers().testFlag(Qt::ControlModifier) && IsWizard() == 0) {
         TurnTab(event->modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1);
-    } else if (isEnter && (event->modifiers() & ~Qt::KeypadModifier) == 0 && GetButton(IDOK) != nullptr &&
-               GetButton(IDOK)->isHidden() && qobject_cast<QPushButton*>(focusWidget()) == nullptr) {
-        accept();
+    } else if (isEnter && (event->modifiers() & ~Qt::KeypadModifier) == 0) {
+        QPushButton const* const ok = GetButton(IDOK);
+        if (QPushButton* const button = DefaultButtonOf(*this))
+            button->click();
+        else if (ok != nullptr && ok->isHidden() && qobject_cast<QPushButton*>(focusWidget()) == nullptr)
+            accept();
     } else if (event->key() == Qt::Key_F1 && (event->modifiers() & ~Qt::ShiftModifier) == 0 &&
                CTovHelpApp::Get() != nullptr) {
         ShowHelp(focusWidget(), QCursor::pos());

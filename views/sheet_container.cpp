@@ -73,10 +73,12 @@ CWnd* CTovSheetContainer::ValidateAllDlgCtrls(int ignoreEmpty, int command, unsi
     HWND const self = m_sheet.GetSafeHwnd();
     CWnd* failing = nullptr;
     bool const stops = command == ID_WIZNEXT;
-    int const page = AskPages([&](CTovHostContainer& asked, CPropertyPage&) {
+    CPropertyPage const* const shown = m_sheet.GetActivePage();
+    int const page = AskPages([&](CTovHostContainer& asked, CPropertyPage& which) {
+        if (stops && &which != shown) return true;
         unsigned long inPage = 0;
         failing = asked.ValidateAllDlgCtrls(ignoreEmpty, command, inPage, message);
-        return failing != nullptr || stops;
+        return failing != nullptr;
     });
     data = page >= 0 && failing != nullptr ? static_cast<unsigned long>(page) + 1 : 0;
     if (failing != nullptr || stops || !IsWindow(self)) return failing;

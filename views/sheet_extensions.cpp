@@ -261,11 +261,13 @@ int CTovSheetExtensions::FilterCommand(WPARAM wParam, LRESULT& answer) {
     for (int i = 0; i < m_sheet.GetPageCount(); ++i) {
         if (m_sheet.GetPage(i) != active) pages.push_back(m_sheet.GetPage(i));
     }
+    bool isApplied = true;
     for (CPropertyPage* const page : pages) {
-        if (m_sheet.GetPageIndex(page) < 0) continue;
-        page->OnApply();
-        if (IsWindow(self) == 0) break;
+        if (m_sheet.GetPageIndex(page) < 0 || page->IsMade() == 0) continue;
+        isApplied &= page->OnApply() != 0;
+        if (IsWindow(self) == 0) return 1;
     }
+    if (isApplied) m_sheet.PagesApplied();
     return 1;
 }
 

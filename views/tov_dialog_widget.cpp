@@ -2,6 +2,7 @@
 
 #include "platform/child_ground.h"
 #include "platform/dialog_builder.h"
+#include "platform/focus_order.h"
 #include "platform/help_request.h"
 
 #include <tov310/accelerator_keys.h>
@@ -274,8 +275,23 @@ int CTovDialog::CreateToolbar(HINSTANCE module, unsigned bitmapId, unsigned cont
     return m_toolbar->Create(module, bitmapId, controlId, static_cast<int>(arrangeFlags), 0);
 }
 
+// Nobody else would end those that delete themselves.
+void CTovDialog::EndDialogsOf(QWidget const& owner) {
+    QList<QPointer<CTovDialog>> ending;
+    for (CTovDialog* const dialog : owner.findChildren<CTovDialog*>()) {
+        if (dialog->m_isModeless != 0 && dialog->m_autoDelete != 0 && dialog->isWindow() &&
+            dialog->parentWidget()->window() == &owner)
+            ending.append(dialog);
+    }
+    for (QPointer<CTovDialog> const& dialog : ending) {
+        if (dialog) dialog->DestroyWindow();
+    }
+}
+
 int CTovDialog::DestroyWindow() {
     QPointer<CTovDialog> const alive(this);
+    EndDialogsOf(*this);
+    if (!alive) return 1;
     int const result = CWndOn::DestroyWindow();
     if (!alive || GetSafeHwnd()) return result;  // or somebody is told of its end, further out
     m_isReady = false;
@@ -333,14 +349,12 @@ void CTovDialog::reject() {
     Command(IDCANCEL);
 }
 
-// The button with the focus, else the default one, else IDOK.
+// The button with the focus unless it is one that is never the default button, else the default one, else
+// IDOK.
 void CTovDialog::PressEnter() {
     QPushButton* button = qobject_cast<QPushButton*>(focusWidget());
-    if (button == nullptr) {
-        for (QPushButton* const candidate : findChildren<QPushButton*>()) {
-            if (candidate->isDefault() && candidate->isVisible()) button = candidate;
-        }
-    }
+    if (button != nullptr && !button->autoDefault() && !button->isDefault()) button = nullptr;
+    if (button == nullptr) button = DefaultButtonOf(*this);
     if (button != nullptr)
         button->click();
     else

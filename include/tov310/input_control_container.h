@@ -124,6 +124,9 @@ class TOV_CORE_API CTovInputControlContainer {
     int GetEmptyFields() const { return m_bEmptyFields; }
     void SetEmptyFields(int emptyFields) { m_bEmptyFields = emptyFields; }
 
+    // A control has gone, maybe the last one that was wrongly empty: asks the others soon (by a post).
+    void CheckEmptyFieldsAgain();
+
     // The window is a file dialog, which asks for the validation itself.
     void SetIsFileDialog(int isFileDialog) { m_bIsFileDialog = isFileDialog; }
 

@@ -84,7 +84,7 @@ class TOV_UI_API CTovPropSheet : public CWndOn<QDialog, CTovSheetOf<CPropertyShe
     void RemovePage(CPropertyPage* page) override;
     using CWndOn::RemovePage;
 
-    // No question mark in the frame.
+    // No question mark in the frame, from the next time that it is shown on.
     void RemoveContextHelpButton(int remove);
 
     // A tool bar at the left of the buttons, once the sheet has a window (dlg_tool_bar.h). Answers 1, or 0.

@@ -103,6 +103,11 @@ class CTovSheetCVOf : public Sheet, public CTovSheetContainer {
     }
 
  protected:
+    // Also one that is deleted by its host.
+    void PageRemoved(CPropertyPage& page, int index) override {
+        Sheet::PageRemoved(page, index);
+        CheckEmptyFieldsAgain();
+    }
     int OnInitDialog() override {
         HWND const self = this->GetSafeHwnd();
         Sheet::OnInitDialog();

@@ -82,7 +82,8 @@ class TOV_UI_API CTovDialog : public CWndOn<QDialog, CTovDialogOf<CDialog>> {
     int CreateIndirect(CTovDialogTemplate const& dialog, CWnd* parent) override;
 
     // Whether it was made by Create, and whether it then deletes itself, as soon as Qt is back in its loop,
-    // when its window ends. 1 at first: such a dialog comes from new.
+    // when its window ends. 1 at first: such a dialog comes from new, and its window ends with that of a
+    // dialog or sheet that it belongs to.
     int Modeless() const { return m_isModeless; }
     int AutoDelete() const { return m_autoDelete; }
     void AutoDelete(int autoDelete) { m_autoDelete = autoDelete; }
@@ -138,6 +139,7 @@ class TOV_UI_API CTovDialog : public CWndOn<QDialog, CTovDialogOf<CDialog>> {
     void keyPressEvent(QKeyEvent* event) override;
 
  private:
+    friend class CTovPropSheet;
     enum class Readiness { kReady, kFaulty, kOver };
 
     int DoModal() override { return -1; }  // without a module there are no resources
@@ -145,6 +147,7 @@ class TOV_UI_API CTovDialog : public CWndOn<QDialog, CTovDialogOf<CDialog>> {
     Readiness Prepare();
     bool MakeControls(CTovDialogTemplate const& dialog);
     void RemoveControls();
+    static void EndDialogsOf(QWidget const& owner);
     void SetFrame(unsigned long style);
     void FocusFirstControl();
     void Command(int id);

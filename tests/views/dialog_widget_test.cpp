@@ -299,6 +299,52 @@ TEST_F(Dialog, BesideOthersDeletesItselfWhenItEnds) {
         EXPECT_EQ(alive.isNull(), autoDelete != 0);
         delete alive.data();
     }
+    Station owner;
+    EXPECT_EQ(owner.Create(Module()), 1);
+    auto* const owned = std::make_unique<CTovDialog>("1000").release();
+    QPointer<CTovDialog> const alive(owned);
+    EXPECT_EQ(owned->Create(Module(), &owner), 1);
+    owner.DestroyWindow();
+    EXPECT_FALSE(owned->GetSafeHwnd());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(alive.isNull());
+}
+
+// By dialogs that belong to it and have buttons of their own, and by what its host deletes.
+TEST_F(Dialog, IsNotConfusedByWhatComesAndGoes) {
+    struct Form : CTovDialogCV {
+        explicit Form(QWidget* parent = nullptr) : CTovDialogCV(parent), column(this) {
+            auto* const place = new QLabel(group);  // the group's
+            place->setProperty(tovIdProperty, 500);
+            (new QVBoxLayout(group))->addWidget(place);
+            for (QWidget* const widget : {group, static_cast<QWidget*>(field), static_cast<QWidget*>(other),
+                                          static_cast<QWidget*>(box)})
+                column.addWidget(widget);
+            connect(box, &QDialogButtonBox::accepted, this, &QDialog::accept);
+            ExchangeChildDialogId(500, 1);
+            AddChildDialog(nullptr, 26255);
+        }
+        QVBoxLayout column;
+        QWidget* const group = new QWidget(this);
+        CTovEditString* const field = new CTovEditString(this);
+        QPushButton* const other = new QPushButton(this);
+        QDialogButtonBox* const box = new QDialogButtonBox(QDialogButtonBox::Ok, this);
+    } form;
+    Form inner(&form);
+    inner.field->SetString("x");
+    form.show();
+    inner.show();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return inner.box->button(QDialogButtonBox::Ok)->isDefault(); }));
+    QPushButton const* const ok = form.box->button(QDialogButtonBox::Ok);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(ok->isEnabled());
+    delete form.field;
+    delete form.group;  // and the cell of the child dialog
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(ok->isEnabled());
+    QTest::keyClick(form.other, Qt::Key_Return);  // which is never the default button
+    EXPECT_FALSE(form.isVisible());
+    EXPECT_TRUE(inner.isVisible());
 }
 
 TEST_F(Dialog, TakesOverKeysAndEditsAndTellsWhenItStands) {

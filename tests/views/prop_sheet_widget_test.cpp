@@ -201,6 +201,55 @@ TEST_F(PropSheet, LeadsThroughAWizard) {
     EXPECT_EQ(end, ID_WIZFINISH);
 }
 
+// By what its host takes away, and by pages that guard nothing.
+TEST_F(PropSheet, IsNotConfusedByWhatComesAndGoes) {
+    Options sheet;
+    auto late = std::make_unique<FieldPage>("丁");
+    late->Clear();
+    sheet.AddPage(late.get());
+    sheet.HandleApplyButton(1);
+    QSignalSpy const applied(&sheet, &CTovPropSheet::applied);
+    int const end = Run(sheet, [&] {
+        sheet.RemoveContextHelpButton(1);
+        EXPECT_TRUE(sheet.isVisible());
+        EXPECT_FALSE(sheet.IsOk());
+        late.reset();
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(sheet.IsOk());
+        Click(sheet.GetButton(ID_APPLY_NOW));
+        EXPECT_EQ(applied.count(), 1);
+        QDialog other(&sheet.a);
+        QPushButton button(&other);
+        button.setDefault(true);
+        other.show();
+        QTest::keyClick(sheet.a.edit, Qt::Key_Return);
+        EXPECT_FALSE(sheet.isVisible());
+    });
+    EXPECT_EQ(end, IDOK);
+
+    CTovPropSheet plain;
+    FieldPage guarded("甲");
+    guarded.Clear();
+    plain.AddPage(&guarded);
+    Run(plain, [&] {
+        EXPECT_FALSE(plain.GetButton(IDOK)->isEnabled());
+        plain.reject();
+    });
+
+    CTovPropSheetCV wizard;
+    CTovPropPage pages[2];
+    wizard.SetWizardMode();
+    for (CPropertyPage* const page :
+         {static_cast<CPropertyPage*>(&pages[0]), static_cast<CPropertyPage*>(&pages[1]),
+          static_cast<CPropertyPage*>(&guarded)})
+        wizard.AddPage(page);
+    Run(wizard, [&] {
+        Click(wizard.GetButton(ID_WIZNEXT));
+        EXPECT_EQ(wizard.GetActiveIndex(), 1);
+        wizard.reject();
+    });
+}
+
 // Templates, their numbers, a modeless life, and pages that go before or after their sheet.
 TEST_F(PropSheet, MakesPagesOfTemplates) {
     auto sheet = std::make_unique<CTovPropSheet>("x");
