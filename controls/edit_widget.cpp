@@ -329,6 +329,9 @@ bool CTovEdit::event(QEvent* event) {
     if (alive && isInput) EndInput();
     if (!alive) return result;
     --m_eventsUnderWay;
+    // What is hidden need not be filled.
+    bool const isTurned = event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent;
+    if (isTurned && GetSafeHwnd()) CTovInputControl::OnEmptyChanged();
     if (event->type() == QEvent::ReadOnlyChange && isReadOnly() != (GetReadOnlyMode() != 0)) {
         // The toolkit's own operation.
         SetReadOnlyMode(isReadOnly());

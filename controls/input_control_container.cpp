@@ -223,6 +223,12 @@ void CTovInputControlContainer::HookDlgCtrl(HWND window) {
     HookDlgCtrlInternal(window);
 }
 
+void CTovInputControlContainer::HookNewDlgCtrl(HWND window) {
+    auto const isOnWindow = [window](auto const& item) { return item->GetHookedWindow() == window; };
+    if (m_bDlgCtrlsHooked != 0 && IsWindow(window) && std::ranges::none_of(m_DlgItems, isOnWindow))
+        HookDlgCtrlInternal(window);
+}
+
 void CTovInputControlContainer::UnhookDlgCtrl(HWND window) {
     DeleteDlgCtrlInternal(window);
 }
@@ -274,11 +280,21 @@ void CTovInputControlContainer::DeleteDlgCtrlInternal(HWND control) {
 
 void CTovInputControlContainer::OnSubclassDlgItemDestroyWindow(CTovSubclassDlgItem const& item) {
     std::erase_if(m_DlgItems, [&item](auto const& owned) { return owned.get() == &item; });
-    CheckEmptyFieldsAgain();
+    CheckEmptyFieldsSoon();
 }
 
-void CTovInputControlContainer::CheckEmptyFieldsAgain() {
-    if (m_bEmptyFields != 0) TovPostMessage(HandleOf(m_pWnd), WM_TOV_INPUT_CONTROL_EMPTY_CHANGED);
+void CTovInputControlContainer::CheckEmptyFieldsSoon() {
+    HWND const self = HandleOf(m_pWnd);
+    if (m_bDlgCtrlsHooked == 0 || self == m_checksSoon) return;
+    if (TovPostMessage(self, WM_TOV_INPUT_CONTROL_EMPTY_CHANGED, 0, checkAllFields) != 0) m_checksSoon = self;
+}
+
+void CTovInputControlContainer::CheckEmptyFields() {
+    m_checksSoon = {};
+    unsigned long data = 0;
+    std::weak_ptr<void const> const life = m_life;
+    int const emptyFields = GetFirstEmptyDlgItem(data) != nullptr;
+    if (!life.expired() && emptyFields != m_bEmptyFields) OnDlgCtrlEmptyChanged(0, emptyFields);
 }
 
 int CTovInputControlContainer::ValidateCommand(int command) {

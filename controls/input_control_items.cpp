@@ -32,7 +32,10 @@ LRESULT CTovInputControlContainer::CTovSubclassContainer::WindowProc(unsigned me
     HWND const other{static_cast<std::uint64_t>(lParam)};
     switch (message) {
         case WM_TOV_INPUT_CONTROL_EMPTY_CHANGED:
-            m_container->OnDlgCtrlEmptyChanged(static_cast<unsigned>(wParam), static_cast<int>(lParam));
+            if (lParam == checkAllFields)
+                m_container->CheckEmptyFields();
+            else
+                m_container->OnDlgCtrlEmptyChanged(static_cast<unsigned>(wParam), static_cast<int>(lParam));
             return 0;
         case WM_TOV_INPUT_CONTROL_CHILD_ADDED:
             m_container->AddDlgCtrlChild(HWND{wParam}, other);
@@ -103,6 +106,7 @@ LRESULT CTovInputControlContainer::CTovSubclassDlgItem::WindowProc(unsigned mess
     if (m_pContainer == nullptr) return CTovSubclassWnd::WindowProc(message, wParam, lParam);
     // Others are asked below, and any of them may have this hook or the container end.
     std::shared_ptr<CTovSubclassDlgItem> const keep = shared_from_this();
+    if (message == WM_SHOWWINDOW) m_pContainer->CheckEmptyFieldsSoon();
     if (m_nDlgCtrlID == IDCANCEL) {
         if (message == WM_SETFOCUS) {
             if (CTovInputControlContainer* const active = m_pContainer->GetActiveContainer())

@@ -8,6 +8,9 @@
 
 namespace tov {
 
+// In the place of what a control tells (WM_TOV_INPUT_CONTROL_EMPTY_CHANGED).
+inline constexpr LPARAM checkAllFields = -1;
+
 class CTovInputControlContainer::CTovSubclassContainer
     : public CTovSubclassWnd,
       public std::enable_shared_from_this<CTovSubclassContainer> {

@@ -159,7 +159,7 @@ LRESULT CTovEditSwitched::WindowProc(unsigned message, WPARAM wParam, LPARAM lPa
     HWND const child{static_cast<std::uint64_t>(lParam)};
     switch (message) {
         case WM_TOV_INPUT_CONTROL_EMPTY_CHANGED:
-            OnEmptyChanged();
+            if (m_edit) OnEmptyChanged();  // and not of one that goes
             return 0;
         case WM_TOV_INPUT_CONTROL_CHILD_ADDED:
             OnDlgCtrlChildAdded(child);

@@ -24,6 +24,8 @@
 #include <QTemporaryFile>
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace tov {
@@ -113,8 +115,12 @@ class PrinterOfToolkit final : public ITovPrinter {
         bool const isEnded = EndPainting() && m_printer.printerState() != QPrinter::Error;
         if (m_written.isEmpty()) return isEnded ? 1 : -1;
         if (isEnded && IsWholePdf(m_written)) {
-            QFile::remove(m_target);
-            if (QFile::rename(m_written, m_target)) {
+            QFileInfo const before(m_target);
+            if (before.exists()) QFile::setPermissions(m_written, before.permissions());
+            std::error_code error;
+            std::filesystem::rename(QFileInfo(m_written).filesystemFilePath(), before.filesystemFilePath(),
+                                    error);
+            if (!error) {
                 m_written.clear();
                 return 1;
             }
@@ -132,10 +138,10 @@ class PrinterOfToolkit final : public ITovPrinter {
     bool IsOpen() const { return m_dc != nullptr && m_dc->Native().isActive(); }
     bool EndPainting() { return IsOpen() && m_dc->Native().end(); }
 
-    // Empty where nothing can be written there.
+    // Empty where nothing can be written there. The file itself is made anew by who writes it, with the
+    // rights of any new file.
     static QString NameBeside(QString const& path) {
         QTemporaryFile file(path + QStringLiteral(".XXXXXX"));
-        file.setAutoRemove(false);
         return file.open() ? file.fileName() : QString();
     }
 

@@ -96,6 +96,9 @@ HWND CTovHostContainer::GetWindowAbove() const {
 void CTovHostContainer::OnDlgCtrlEmptyChanged(unsigned int id, int empty) {
     HWND const self = HandleOf(GetContainerWnd());
     unsigned long data = 0;
+    // It may be one that has come since.
+    if (m_isReady != 0 && m_hooksAll != 0)
+        HookNewDlgCtrl(GetContainerWnd()->GetDlgItem(static_cast<int>(id)));
     // One that nobody would be led to, such as a field of a child dialog that is not shown, does not count.
     int const counts = empty != 0 && GetFirstEmptyDlgItem(data) != nullptr;
     CTovInputControlContainer::OnDlgCtrlEmptyChanged(id, counts);

@@ -118,14 +118,18 @@ class TOV_CORE_API CTovInputControlContainer {
     void HookDlgCtrl(HWND window);
     void UnhookDlgCtrl(HWND window);
 
+    // The same unless it is hooked already.
+    void HookNewDlgCtrl(HWND window);
+
     // A window that came into a control; remembered until HookAllDlgCtrls runs.
     void AddDlgCtrlChild(HWND control, HWND child);
 
     int GetEmptyFields() const { return m_bEmptyFields; }
     void SetEmptyFields(int emptyFields) { m_bEmptyFields = emptyFields; }
 
-    // A control has gone, maybe the last one that was wrongly empty: asks the others soon (by a post).
-    void CheckEmptyFieldsAgain();
+    // A control has gone, or is shown or hidden by whatever stands around it: asks all soon (by a post)
+    // whether one is wrongly empty.
+    void CheckEmptyFieldsSoon();
 
     // The window is a file dialog, which asks for the validation itself.
     void SetIsFileDialog(int isFileDialog) { m_bIsFileDialog = isFileDialog; }
@@ -145,6 +149,7 @@ class TOV_CORE_API CTovInputControlContainer {
 
     LRESULT PaintTransparent(LRESULT result);
     bool LetCommandPass(WPARAM wParam, LPARAM lParam);
+    void CheckEmptyFields();
 
     CWnd* const m_pWnd;
     std::shared_ptr<void const> m_life = std::make_shared<char>();  // asked for after calls to the host
@@ -154,6 +159,7 @@ class TOV_CORE_API CTovInputControlContainer {
     int m_bDlgCtrlsHooked = 0;
     int m_bIgnoreEmptyChanged = 0;
     int m_bEmptyFields = 0;
+    HWND m_checksSoon;  // the window that the post is on its way to
     int m_bHandleTabKey = 0;
     int m_bEmptyBlocksFocus = 0;
     CTovInputControlContainer* m_pActiveContainer = nullptr;

@@ -106,7 +106,7 @@ class CTovSheetCVOf : public Sheet, public CTovSheetContainer {
     // Also one that is deleted by its host.
     void PageRemoved(CPropertyPage& page, int index) override {
         Sheet::PageRemoved(page, index);
-        CheckEmptyFieldsAgain();
+        CheckEmptyFieldsSoon();
     }
     int OnInitDialog() override {
         HWND const self = this->GetSafeHwnd();

@@ -342,6 +342,22 @@ TEST_F(Dialog, IsNotConfusedByWhatComesAndGoes) {
     delete form.group;  // and the cell of the child dialog
     QCoreApplication::processEvents();
     EXPECT_TRUE(ok->isEnabled());
+    // One that comes late counts, as long as it is there and is not hidden with what it stands in.
+    auto* const late = new QWidget(&form);
+    auto* const more = new CTovEditString(late);
+    form.column.addWidget(late);
+    for (bool const isShown : {true, false, true}) {
+        late->setVisible(isShown);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(ok->isEnabled(), !isShown);
+    }
+    more->hide();
+    EXPECT_TRUE(ok->isEnabled());
+    more->show();
+    EXPECT_FALSE(ok->isEnabled());
+    delete more;
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(ok->isEnabled());
     QTest::keyClick(form.other, Qt::Key_Return);  // which is never the default button
     EXPECT_FALSE(form.isVisible());
     EXPECT_TRUE(inner.isVisible());

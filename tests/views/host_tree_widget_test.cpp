@@ -102,7 +102,6 @@ struct Tree {
         field.SetString(wanted.isEmpty ? "" : "right");
         field.SetReadOnlyMode(wanted.isReadOnly);
         field.SetEmptyAllowed(wanted.mayBeEmpty);
-        CTovInputControl::CTovNotifyEmptyChanged const scope(field);
         field.setVisible(!wanted.isHidden);
     }
     void Switch(HostNode const& dialog, unsigned child) {

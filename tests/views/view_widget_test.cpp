@@ -267,6 +267,7 @@ TEST(Views, PrintPagesIntoAFileOrLeaveNothing) {
     OutputOf("pdftoppm", {"-r", "20", "-png", "-singlefile", path, picture});
     QImage const page(picture + ".png");
     ASSERT_FALSE(page.isNull());
+    EXPECT_EQ(QFile::permissions(path), QFile::permissions(picture + ".png"));  // as any new file
     EXPECT_EQ(page.pixel(page.width() * 3 / 4, page.height() * 3 / 4), qRgb(0, 128, 0));
     EXPECT_EQ(page.pixel(page.width() / 4, page.height() * 3 / 4), qRgb(255, 255, 255));
 
