@@ -46,6 +46,7 @@ struct CTovDialogProgress::State {
     QPointer<QLabel> comment;
     int commentWidth = 0;
     ProgressClock::time_point lastBreath;
+    QMetaObject::Connection leavesParent;
 };
 
 CTovDialogProgress::CTovDialogProgress(CWnd* parent, CWnd* center) : m_state(std::make_unique<State>()) {
@@ -88,8 +89,9 @@ int CTovDialogProgress::Make() {
     CWnd* const parent = CWnd::FromHandlePermanent(state.parent);
     if (Create(TovGetTovResourceHandle(), templates[state.style], parent) != 1) return 0;
     // A parent that dies takes its children along; this one belongs to whoever works.
+    disconnect(state.leavesParent);
     if (parentWidget() != nullptr) {
-        connect(parentWidget(), &QObject::destroyed, this, [this] {
+        state.leavesParent = connect(parentWidget(), &QObject::destroyed, this, [this] {
             bool const isShown = isVisible();
             setParent(nullptr, windowFlags());
             setVisible(isShown);

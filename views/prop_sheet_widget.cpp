@@ -449,7 +449,10 @@ void CTovPropSheet::keyPressEvent(QKeyEvent* event) {
         TurnTab(event->modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1);
     } else if (isEnter && (event->modifiers() & ~Qt::KeypadModifier) == 0) {
         QPushButton const* const ok = GetButton(IDOK);
-        if (QPushButton* const button = DefaultButtonOf(*this))
+        // Back is none that the toolkit would press.
+        if (QPushButton* const back = GetButton(ID_WIZBACK); back != nullptr && back->hasFocus())
+            back->click();
+        else if (QPushButton* const button = DefaultButtonOf(*this))
             button->click();
         else if (ok != nullptr && ok->isHidden() && qobject_cast<QPushButton*>(focusWidget()) == nullptr)
             accept();

@@ -200,8 +200,9 @@ void CTovSheetContainer::OnSheetMessage(unsigned message, LPARAM lParam) {
 }
 
 void CTovSheetContainer::OnDisabledOkButtonClicked(unsigned) {
+    HWND const sheet = m_sheet.GetSafeHwnd();
     CPropertyPage const* const shown = m_sheet.GetActivePage();
-    AskPages([shown](CTovHostContainer& asked, CPropertyPage& page) {
+    int const refusing = AskPages([shown](CTovHostContainer& asked, CPropertyPage& page) {
         HWND const self = page.GetSafeHwnd();
         if (&page == shown) {
             HWND const control = asked.GetWndTopmostFocus();
@@ -221,6 +222,8 @@ void CTovSheetContainer::OnDisabledOkButtonClicked(unsigned) {
         CTovOkHost* const host = CTovOkHost::Of(&page);
         return host != nullptr && host->OnEnableOkButton(0) == 0;
     });
+    // A control of the sheet itself.
+    if (refusing < 0 && IsWindow(sheet)) m_extensions.OnEnableOkButton(0);
 }
 
 }  // namespace tov

@@ -7,6 +7,7 @@
 #include <tov310/help_app.h>
 #include <tov310/menu.h>
 #include <tov310/messages.h>
+#include <tov310/requirements.h>
 #include <tov310/styles.h>
 #include <tov310/system.h>
 
@@ -164,7 +165,7 @@ void CTovViewExtensions::InitMenuPopupFix(CWnd* window, CMenu* menu, unsigned, i
 
 int CTovViewExtensions::DrawFrame(CDC* dc) {
     CRect const client = m_view->GetClientRect();
-    if (dc == nullptr || client.Width() <= 0 || client.Height() <= 0) return 0;
+    if (TovIsComCtlXP() == 0 || dc == nullptr || client.Width() <= 0 || client.Height() <= 0) return 0;
     return dc->FillSolidRect(client, TovGetSystem()->GetSysColor(COLOR_WINDOW)) != 0;
 }
 

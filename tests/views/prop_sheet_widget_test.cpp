@@ -196,6 +196,10 @@ TEST_F(PropSheet, LeadsThroughAWizard) {
         Click(sheet.GetButton(ID_WIZFINISH));
         EXPECT_EQ(QApplication::focusWidget(), sheet.a.edit);
         QTest::keyClicks(sheet.a.edit, "y");
+        sheet.SetActivePage(2);
+        sheet.GetButton(ID_WIZBACK)->setFocus();
+        QTest::keyClick(sheet.GetButton(ID_WIZBACK), Qt::Key_Return);
+        EXPECT_EQ(sheet.GetActivePage(), &sheet.b);
         Click(sheet.GetButton(ID_WIZFINISH));
     });
     EXPECT_EQ(end, ID_WIZFINISH);
