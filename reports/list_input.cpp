@@ -58,43 +58,43 @@ int CTovListInput::HandleNavigation(int key, TOV_LISTKEYS keys) {
     static_assert(VK_PRIOR < VK_DOWN && VK_DOWN - VK_PRIOR == 7);
     if (key < VK_PRIOR || key > VK_DOWN) return 0;
     if (m_layout.GetItemCount() == 0) return 1;
-    unsigned int const focused = m_actions.GetFocusedItem();
+    unsigned int const focused = m_actions->GetFocusedItem();
     unsigned int const target = Target(focused, key);
-    m_actions.FocusItem(target, 1);
+    m_actions->FocusItem(target, 1);
     if (keys.shift && multilineSelection != 0) {
-        if (m_actions.GetSelectionAnchor() >= m_layout.GetItemCount())
-            m_actions.SetSelectionAnchor(focused < m_layout.GetItemCount() ? focused : target);
-        m_actions.SetItemSelection(m_actions.GetSelectionAnchor(), target, 1);
+        if (m_actions->GetSelectionAnchor() >= m_layout.GetItemCount())
+            m_actions->SetSelectionAnchor(focused < m_layout.GetItemCount() ? focused : target);
+        m_actions->SetItemSelection(m_actions->GetSelectionAnchor(), target, 1);
     } else if (!keys.ctrl) {
-        m_actions.SetItemSelection(target, 1);
-        m_actions.SetSelectionAnchor(target);
+        m_actions->SetItemSelection(target, 1);
+        m_actions->SetSelectionAnchor(target);
     }
     return 1;
 }
 
 void CTovListInput::TurnCheck(unsigned int item) {
-    int const check = m_actions.GetItemChecked(item) == 0;
-    if (m_actions.GetItemSelected(item) != 0)
-        m_actions.CheckSelectedItems(check, 1);
-    else if (m_actions.GetItemDisabled(item) == 0)
-        m_actions.CheckItem(item, check, 1);
+    int const check = m_actions->GetItemChecked(item) == 0;
+    if (m_actions->GetItemSelected(item) != 0)
+        m_actions->CheckSelectedItems(check, 1);
+    else if (m_actions->GetItemDisabled(item) == 0)
+        m_actions->CheckItem(item, check, 1);
 }
 
 int CTovListInput::HandleSpace(TOV_LISTKEYS keys) {
-    unsigned int const focused = m_actions.GetFocusedItem();
+    unsigned int const focused = m_actions->GetFocusedItem();
     if (focused >= m_layout.GetItemCount()) return 1;
     if (keys.ctrl) {
-        bool const select = m_actions.GetItemSelected(focused) == 0;
+        bool const select = m_actions->GetItemSelected(focused) == 0;
         if (select && multilineSelection == 0)
-            m_actions.SetItemSelection(focused, 1);
+            m_actions->SetItemSelection(focused, 1);
         else
-            m_actions.SelectItem(focused, select, 1, 0);
-        m_actions.SetSelectionAnchor(focused);
-    } else if (m_actions.ShowCheckboxes() != 0) {
+            m_actions->SelectItem(focused, select, 1, 0);
+        m_actions->SetSelectionAnchor(focused);
+    } else if (m_actions->ShowCheckboxes() != 0) {
         TurnCheck(focused);
-    } else if (m_actions.GetItemSelected(focused) == 0) {
-        m_actions.SetItemSelection(focused, 1);
-        m_actions.SetSelectionAnchor(focused);
+    } else if (m_actions->GetItemSelected(focused) == 0) {
+        m_actions->SetItemSelection(focused, 1);
+        m_actions->SetSelectionAnchor(focused);
     }
     return 1;
 }
@@ -131,30 +131,30 @@ eTovListPress CTovListInput::OnLButtonDown(TOV_LISTHIT hit, TOV_LISTKEYS keys) {
         return eListPressDone;
     }
     unsigned int const item = hit.item;
-    if (hit.flags == LVHT_ONITEMSTATEICON && m_actions.ShowCheckboxes() != 0) {
+    if (hit.flags == LVHT_ONITEMSTATEICON && m_actions->ShowCheckboxes() != 0) {
         TurnCheck(item);
         return eListPressDone;
     }
-    unsigned int const focused = m_actions.GetFocusedItem();
+    unsigned int const focused = m_actions->GetFocusedItem();
     if (multilineSelection != 0 && keys.ctrl) {
-        m_actions.SelectItem(item, m_actions.GetItemSelected(item) == 0, 1, 0);
-        m_actions.FocusItem(item, 1);
+        m_actions->SelectItem(item, m_actions->GetItemSelected(item) == 0, 1, 0);
+        m_actions->FocusItem(item, 1);
     } else if (multilineSelection != 0 && keys.shift && focused < m_layout.GetItemCount()) {
-        m_actions.SetItemSelection(focused, item, 1);
-        m_actions.FocusItem(item, 1);
-        m_actions.SetSelectionAnchor(focused);
-    } else if (m_actions.GetItemSelected(item) != 0) {
-        m_actions.FocusItem(item, 1);
+        m_actions->SetItemSelection(focused, item, 1);
+        m_actions->FocusItem(item, 1);
+        m_actions->SetSelectionAnchor(focused);
+    } else if (m_actions->GetItemSelected(item) != 0) {
+        m_actions->FocusItem(item, 1);
     } else {
-        m_actions.SetItemSelection(item, 1);
-        m_actions.FocusItem(item, 1);
-        m_actions.SetSelectionAnchor(item);
+        m_actions->SetItemSelection(item, 1);
+        m_actions->FocusItem(item, 1);
+        m_actions->SetSelectionAnchor(item);
     }
     return eListPressRow;
 }
 
 void CTovListInput::OnBackgroundClick() {
-    m_actions.SelectAllItems(0, 1, 1);
+    m_actions->SelectAllItems(0, 1, 1);
 }
 
 void CTovListBand::Begin(CPoint const& point, TOV_LISTKEYS keys) {

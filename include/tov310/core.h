@@ -48,10 +48,12 @@
 #include <tov310/input_control_container.h>
 #include <tov310/last_documents.h>
 #include <tov310/leap_seconds.h>
+#include <tov310/list_controls.h>
 #include <tov310/list_input.h>
 #include <tov310/list_layout.h>
 #include <tov310/list_port.h>
 #include <tov310/list_source.h>
+#include <tov310/list_stored.h>
 #include <tov310/log_file.h>
 #include <tov310/mail_message.h>
 #include <tov310/mapi.h>

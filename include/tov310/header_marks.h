@@ -53,6 +53,9 @@ class TOV_CORE_API CTovHeaderMarks {
     TOV_HEADERCOLUMN* GetColumn(unsigned int col) {
         return col < m_columns.size() ? &m_columns[col] : nullptr;
     }
+    TOV_HEADERCOLUMN const* GetColumn(unsigned int col) const {
+        return col < m_columns.size() ? &m_columns[col] : nullptr;
+    }
 
     // True: the mark has changed.
     bool SetInbuildIcon(unsigned int col, eInbuildIcon icon, unsigned int number);

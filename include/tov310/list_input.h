@@ -55,7 +55,8 @@ class TOV_CORE_API CTovListInput {
  public:
     // Both are borrowed.
     CTovListInput(CTovListLayout const& layout, ITovListActions& actions)
-        : m_layout(layout), m_actions(actions) {}
+        : m_layout(layout), m_actions(&actions) {}
+    void SetActions(ITovListActions& actions) { m_actions = &actions; }
 
     int multilineSelection = 1;
     int fullRowSelect = 1;  // 0: in a report only the first column counts
@@ -79,7 +80,7 @@ class TOV_CORE_API CTovListInput {
     void TurnCheck(unsigned int item);
 
     CTovListLayout const& m_layout;
-    ITovListActions& m_actions;
+    ITovListActions* m_actions;
 };
 
 // The rubber band: what lies under it is selected while it is dragged, and what it leaves again deselected.

@@ -10,7 +10,9 @@
 #include <tov310/dlg_tool_bar.h>
 #include <tov310/edit.h>
 #include <tov310/form_guard.h>
+#include <tov310/header_ctrl.h>
 #include <tov310/input_control_container.h>
+#include <tov310/list_ctrl.h>
 #include <tov310/number_edits.h>
 #include <tov310/painter_dc.h>
 #include <tov310/prop_page.h>
