@@ -254,13 +254,6 @@ int CTovDialogExtensions::OnHelpInfo(HELPINFO const& info) {
 
 // --------------------------------------------------------------------------------------------- layout
 
-void CTovDialogExtensions::TakeUnits() {
-    if (m_dialog == nullptr) return;
-    CSize const letters = TovGetSystem()->GetTextExtent(
-        m_dialog->GetFont(), "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
-    m_arrangement.SetUnits(letters.cx / (4.0 * 52), letters.cy / 8.0);
-}
-
 CWnd* CTovDialogExtensions::ItemToArrange(unsigned id) const {
     if (m_dialog == nullptr) return nullptr;
     CWnd* const control = CWnd::FromHandlePermanent(m_dialog->GetDlgItem(static_cast<int>(id)));
@@ -271,14 +264,14 @@ CWnd* CTovDialogExtensions::ItemToArrange(unsigned id) const {
 void CTovDialogExtensions::AddItemToArrange(int moveX, int sizeX, int moveY, int sizeY, unsigned id) {
     CWnd const* const item = ItemToArrange(id);
     if (!HandleOf(item)) return;
-    TakeUnits();
+    m_arrangement.TakeUnits(*m_dialog);
     m_arrangement.Add(moveX, sizeX, moveY, sizeY, id, TovRectWithin(*item, *m_dialog));
 }
 
 void CTovDialogExtensions::AddItemToArrange(int flags, unsigned id) {
     CWnd const* const item = ItemToArrange(id);
     if (!HandleOf(item)) return;
-    TakeUnits();
+    m_arrangement.TakeUnits(*m_dialog);
     m_arrangement.Add(flags, id, TovRectWithin(*item, *m_dialog));
 }
 
@@ -350,25 +343,13 @@ int CTovDialogExtensions::OnExtensionMessage(unsigned message, WPARAM wParam) {
             return 1;
         case WM_FONTCHANGE:
             if (m_arrangement.IsEmpty()) return 0;
-            TakeUnits();
+            m_arrangement.TakeUnits(*m_dialog);
             m_arrangement.ArrangeAgain(ClientSizeOf(*m_dialog), [this](ARRANGE_ITEM const& item, int dx,
                                                                        int dy) { PlaceItem(item, dx, dy); });
             return 0;
         default:
             return 0;
     }
-}
-
-void CTovDialogExtensions::OnControlNotice(WPARAM wParam, LPARAM lParam) {
-    unsigned const code = TovNotificationOf(wParam);
-    if (code != CBN_SELCHANGE && code != CBN_EDITCHANGE) return;
-    CWnd const* const control = CWnd::FromHandlePermanent(HWND{static_cast<std::uint64_t>(lParam)});
-    CString const kind = control != nullptr ? control->GetClassName() : CString();
-    unsigned const id = TovCommandOf(wParam);
-    if (kind == "ComboBox")
-        code == CBN_SELCHANGE ? OnComboBoxSelChange(id) : OnComboBoxEditChange(id);
-    else if (kind == "ListBox" && code == LBN_SELCHANGE)
-        OnListBoxSelChange(id);
 }
 
 }  // namespace tov

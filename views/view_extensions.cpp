@@ -238,15 +238,6 @@ void CTovViewExtensions::ActivationPassed(int activate, CView* activated) {
     TovPostMessage(HandleOf(m_view->GetParent()), WM_TOV_POST_ACTIVATECHILDVIEW, state, view);
 }
 
-CTovViewExtensions::ControlNotice CTovViewExtensions::NoticeOf(WPARAM wParam, LPARAM lParam) {
-    CWnd const* const control = CWnd::FromHandlePermanent(HWND{static_cast<std::uint64_t>(lParam)});
-    CString const kind = control != nullptr ? control->GetClassName() : CString();
-    unsigned const code = TovNotificationOf(wParam);
-    if (kind == "ComboBox" && code == CBN_SELCHANGE) return kComboBoxSelChange;
-    if (kind == "ComboBox" && code == CBN_EDITCHANGE) return kComboBoxEditChange;
-    return kind == "ListBox" && code == LBN_SELCHANGE ? kListBoxSelChange : kOther;
-}
-
 int CTovViewExtensions::EndSlowDoubleClick() {
     if (std::exchange(m_isClickPending, 0) == 0) return 0;
     m_view->KillTimer(slowClickTimer);

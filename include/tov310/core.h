@@ -10,6 +10,7 @@
 #include <tov310/bitmap.h>
 #include <tov310/cmd_ui.h>
 #include <tov310/compare.h>
+#include <tov310/control_events.h>
 #include <tov310/controls.h>
 #include <tov310/device_context.h>
 #include <tov310/dialog.h>

@@ -13,6 +13,7 @@
 #pragma once
 
 #include <tov310/arrange.h>
+#include <tov310/control_events.h>
 #include <tov310/dialog.h>
 #include <tov310/document.h>
 #include <tov310/edit_filename.h>
@@ -37,7 +38,9 @@ struct HELPINFO {
 };
 class CTovEditSwitched;
 
-class TOV_CORE_API CTovDialogExtensions : public CTovOkHost, public CTovTipExtensions {
+class TOV_CORE_API CTovDialogExtensions : public CTovOkHost,
+                                          public CTovTipExtensions,
+                                          public CTovControlEvents {
  public:
     using eEditType = eTovSwitchedType;
     static constexpr unsigned none = 0xFFFFFFFF;  // no index, and no control id
@@ -129,8 +132,7 @@ class TOV_CORE_API CTovDialogExtensions : public CTovOkHost, public CTovTipExten
 
  protected:
     // --- Controls that grow with the dialog (arrange.h). A number that no control has is ignored, but for
-    // the
-    // --- placeholder's: that stands for all child dialogs.
+    // --- the placeholder's: that stands for all child dialogs.
 
     void AddItemToArrange(int moveX, int sizeX, int moveY, int sizeY, unsigned id);
     void AddItemToArrange(int flags, unsigned id);  // TovArrangeFlags
@@ -147,11 +149,6 @@ class TOV_CORE_API CTovDialogExtensions : public CTovOkHost, public CTovTipExten
 
     // All that opens with the dialog is there, and it is laid out (a post behind OnInitDialog).
     virtual void OnPostInitDialog() {}
-
-    // A control of the dialog tells of itself: another item is selected, the text has been changed.
-    virtual void OnComboBoxSelChange(unsigned /*id*/) {}
-    virtual void OnComboBoxEditChange(unsigned /*id*/) {}
-    virtual void OnListBoxSelChange(unsigned /*id*/) {}
 
     // The document has come, or is about to go: told to the child dialogs.
     virtual void OnSetDialogDocument();
@@ -188,9 +185,6 @@ class TOV_CORE_API CTovDialogExtensions : public CTovOkHost, public CTovTipExten
     // the font, and calls OnPostInitDialog. Answers 1 for what is done with.
     int OnExtensionMessage(unsigned message, WPARAM wParam);
 
-    // The parameters of a WM_COMMAND that the dialog has dealt with: calls OnComboBoxSelChange and its like.
-    void OnControlNotice(WPARAM wParam, LPARAM lParam);
-
     CDialog* GetExtendedDialog() const { return m_dialog; }
 
     std::shared_ptr<CTovDlgToolBar> m_toolbar;
@@ -207,7 +201,6 @@ class TOV_CORE_API CTovDialogExtensions : public CTovOkHost, public CTovTipExten
 
     void Add(std::unique_ptr<CDialog> dialog, HINSTANCE module, unsigned id, int first);
     CWnd* ItemToArrange(unsigned id) const;
-    void TakeUnits();
     void PlaceItem(ARRANGE_ITEM const& item, int dx, int dy);
 
     CTovPtrSmart<CTovDocument> m_document;

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <tov310/arrange.h>
+#include <tov310/control_events.h>
 #include <tov310/document.h>
 #include <tov310/export.h>
 #include <tov310/ok_host.h>
@@ -172,10 +173,6 @@ class TOV_CORE_API CTovViewExtensions : public CTovTipExtensions {
     LRESULT Answer(unsigned message, WPARAM wParam, LPARAM lParam, Pass pass);
     int RouteCommand(unsigned id, int code, void* extra, CTovCommandInfo* info);
     void InitialUpdatePassed();
-
-    // What a control has told by WM_COMMAND.
-    enum ControlNotice { kOther, kComboBoxSelChange, kComboBoxEditChange, kListBoxSelChange };
-    static ControlNotice NoticeOf(WPARAM wParam, LPARAM lParam);
     void ActivationPassed(int activate, CView* activated);
 
     virtual int ExchangeDlgItem(CWnd* parent, unsigned id, int initialUpdate, unsigned showCommand,
@@ -239,7 +236,7 @@ class CTovViewOf : public W, public CTovViewExtensions {
 
 // A class of forms: a view that holds controls, and on whose content the OK of a dialog around it depends.
 template <class W>
-class CTovFormViewOf : public CTovViewOf<W>, public CTovOkHost {
+class CTovFormViewOf : public CTovViewOf<W>, public CTovOkHost, public CTovControlEvents {
  public:
     using CTovViewOf<W>::CTovViewOf;
 
@@ -249,28 +246,9 @@ class CTovFormViewOf : public CTovViewOf<W>, public CTovOkHost {
     int OnCommand(WPARAM wParam, LPARAM lParam) override {
         HWND const self = this->GetSafeHwnd();
         int const result = CTovViewOf<W>::OnCommand(wParam, lParam);
-        if (!IsWindow(self)) return result;
-        switch (this->NoticeOf(wParam, lParam)) {
-            case CTovViewExtensions::kComboBoxSelChange:
-                OnComboBoxSelChange(static_cast<unsigned>(wParam & 0xFFFF));
-                break;
-            case CTovViewExtensions::kComboBoxEditChange:
-                OnComboBoxEditChange(static_cast<unsigned>(wParam & 0xFFFF));
-                break;
-            case CTovViewExtensions::kListBoxSelChange:
-                OnListBoxSelChange(static_cast<unsigned>(wParam & 0xFFFF));
-                break;
-            default:
-                break;
-        }
+        if (IsWindow(self)) OnControlNotice(wParam, lParam);
         return result;
     }
-
- protected:
-    // A control tells of itself: another item is selected, the text has been changed.
-    virtual void OnComboBoxSelChange(unsigned /*id*/) {}
-    virtual void OnComboBoxEditChange(unsigned /*id*/) {}
-    virtual void OnListBoxSelChange(unsigned /*id*/) {}
 };
 
 }  // namespace tov
