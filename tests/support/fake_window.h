@@ -97,4 +97,13 @@ class FakeWindowOf : public Base, public FakeFamily {
 
 using FakeWindow = FakeWindowOf<>;
 
+// One that stands somewhere.
+template <class Base>
+struct Placed : Base {
+    using Base::Base;
+    CRect GetWindowRect() const override { return rect; }
+    void MoveWindow(CRect const& to) override { rect = to; }
+    CRect rect;
+};
+
 }  // namespace tov::test

@@ -5,3 +5,33 @@
 
 #include <QTest>
 #include <QtWidgets>
+
+namespace tov::test {
+
+inline bool Activate(QWidget& window) {
+    window.show();
+    window.activateWindow();
+    return QTest::qWaitForWindowActive(&window);
+}
+
+// In its middle, unless another place is told.
+inline void ClickOn(QWidget const& widget, QPoint place = {}, Qt::MouseButton button = Qt::LeftButton) {
+    if (place.isNull()) place = widget.rect().center();
+    QTest::mouseClick(widget.window()->windowHandle(), button, {}, widget.mapTo(widget.window(), place));
+}
+
+inline void Wheel(QWidget& widget, int delta) {
+    QWidget& window = *widget.window();
+    QPointF const place = widget.mapTo(&window, widget.rect().center());
+    QWheelEvent event(place, window.mapToGlobal(place), {}, {0, delta}, {}, {}, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(window.windowHandle(), &event);
+}
+
+// As an input method does.
+inline void Commit(QWidget& widget, char const* text) {
+    QInputMethodEvent commit;
+    commit.setCommitString(QString::fromUtf8(text));
+    QCoreApplication::sendEvent(&widget, &commit);
+}
+
+}  // namespace tov::test

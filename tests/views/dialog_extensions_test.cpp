@@ -1,4 +1,5 @@
 // What dialogs have beside their base, without a screen.
+#include "support/dialogs_module.h"
 #include "support/fake_window.h"
 #include "support/faults.h"
 
@@ -17,25 +18,15 @@ using test::FakeDesk;
 using test::FakeWindowOf;
 using testing::ElementsAre;
 
-HINSTANCE Module() {
-    static HINSTANCE const module = TovLoadResourceModule(TOV_TEST_SOURCE_DIR "/tests/views/dialogs_module");
-    return module;
-}
-
-struct Control : FakeWindowOf<CWnd> {
-    using FakeWindowOf::FakeWindowOf;
-    CRect GetWindowRect() const override { return rect; }
-    void MoveWindow(CRect const& to) override { rect = to; }
-    CRect rect;
-};
+using Control = test::Placed<test::FakeWindow>;
 
 FakeDesk* theDesk = nullptr;
 
 // Notes what its handlers are called for.
-struct Dialog : FakeWindowOf<CTovDialogOf<CDialog>> {
+struct Dialog : test::Placed<FakeWindowOf<CTovDialogOf<CDialog>>> {
     TOV_DYNCREATE(Dialog, CDialog)
 
-    Dialog() : FakeWindowOf(*theDesk) {}
+    Dialog() : Placed(*theDesk) {}
     int CreateIndirect(CTovDialogTemplate const& dialog, CWnd* around) override {
         style = dialog.style;
         ModifyStyle(0, dialog.style);
@@ -56,16 +47,13 @@ struct Dialog : FakeWindowOf<CTovDialogOf<CDialog>> {
         log.append(GetDialogDocument() ? "unset " : "late ");
         CTovDialogOf::OnUnsetDialogDocument();
     }
-    CRect GetWindowRect() const override { return rect; }
     CRect GetClientRect() const override { return {0, 0, 7, 5}; }
-    void MoveWindow(CRect const& to) override { rect = to; }
     unsigned long GetHelpTopic() const override { return 500; }
 
     using CTovDialogOf::AddItemToArrange;
     using CTovDialogOf::ArrangeItems;
     using CTovDialogOf::GetNextFreeDlgItemID;
     using CTovDialogOf::ShiftDlgItem;
-    CRect rect;
     std::string log;
     unsigned long style = 0;
 };
@@ -92,11 +80,11 @@ TEST_F(Extensions, ChildDialogsTakeTurnsAtOnePlace) {
     Control& placeholder = Add(dialog, 50, {10, 20, 110, 220});
     Add(dialog, IDOK, {}, "Button").ModifyStyle(0, BS_DEFPUSHBUTTON);
     dialog.ExchangeChildDialogId(50, 1);
-    dialog.AddChildDialog(Module(), 1000);
-    dialog.AddChildDialog(&Dialog::classDialog, Module(), 2000, 1);
-    dialog.AddChildDialog(&CWinApp::classCWinApp, Module(), 2000);  // is no dialog
-    dialog.AddChildDialog(nullptr, Module(), 2000);
-    dialog.AddChildDialog(Module(), 4040);  // there is no such template
+    dialog.AddChildDialog(test::DialogsModule(), 1000);
+    dialog.AddChildDialog(&Dialog::classDialog, test::DialogsModule(), 2000, 1);
+    dialog.AddChildDialog(&CWinApp::classCWinApp, test::DialogsModule(), 2000);  // is no dialog
+    dialog.AddChildDialog(nullptr, test::DialogsModule(), 2000);
+    dialog.AddChildDialog(test::DialogsModule(), 4040);  // there is no such template
     ASSERT_EQ(dialog.GetChildDialogCount(), 3u);
     auto* const first = dynamic_cast<Dialog*>(dialog.ChildDialog(1000, 1));
     auto* const second = dynamic_cast<Dialog*>(dialog.ChildDialog(1, 0));
@@ -164,14 +152,14 @@ struct File : CTovDocument {
 
 TEST_F(Extensions, DocumentsAreSharedWithChildDialogs) {
     CTovPtrSmart<CTovDocument> const a(new File(1)), sameAsA(new File(1)), b(new File(2));
-    dialog.AddChildDialog(Module(), 1000);
+    dialog.AddChildDialog(test::DialogsModule(), 1000);
     auto& child = dynamic_cast<Dialog&>(*dialog.ChildDialog(0, 0));
     for (auto const& document : {a, sameAsA, b})
         dialog.SetDialogDocument(document);
     EXPECT_EQ(dialog.log, "set unset set ");
     EXPECT_EQ(child.log, dialog.log);
     EXPECT_EQ(child.GetDialogDocument(), b);
-    dialog.AddChildDialog(&Dialog::classDialog, Module(), 1000);
+    dialog.AddChildDialog(&Dialog::classDialog, test::DialogsModule(), 1000);
     EXPECT_EQ(dynamic_cast<Dialog&>(*dialog.ChildDialog(1, 0)).GetDialogDocument(), b);
     dialog.UnsetDialogDocument();
     dialog.UnsetDialogDocument();
@@ -202,7 +190,7 @@ TEST_F(Extensions, TellsOfControlsAndShowsHelp) {
     HelpApp app;
     Add(dialog, 50, {});
     dialog.ExchangeChildDialogId(50, 1);
-    dialog.AddChildDialog(Module(), 1000);
+    dialog.AddChildDialog(test::DialogsModule(), 1000);
     dialog.InitDialog();
     auto& child = dynamic_cast<Dialog&>(*dialog.ChildDialog(0, 0));
     child.OnHelpInfo(ofControl);

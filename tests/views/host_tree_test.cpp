@@ -1,7 +1,9 @@
 // Hosts in one another without a screen: OK is true to all that stands in them, and a click on it while it is
 // disabled shows what is missing.
+#include "support/dialogs_module.h"
 #include "support/fake_control.h"
 #include "support/host_model.h"
+#include "support/tip_desk.h"
 
 #include <tov310/application.h>
 #include <tov310/dialog_template.h>
@@ -10,6 +12,7 @@
 #include <gmock/gmock.h>
 
 #include <map>
+#include <memory>
 
 namespace tov {
 namespace {
@@ -19,46 +22,9 @@ using test::FakeWindow;
 using test::FakeWindowOf;
 using test::HostField;
 using test::HostNode;
+using test::Placed;
 using testing::ElementsAre;
 
-HINSTANCE Module() {
-    static HINSTANCE const module = TovLoadResourceModule(TOV_TEST_SOURCE_DIR "/tests/views/dialogs_module");
-    return module;
-}
-
-// Remembers what tips say and where.
-struct Desk : test::FakeDesk {
-    struct Tip final : ITovTip {
-        explicit Tip(Desk& desk) : m_desk(desk) {}
-        void Show(char const* words, CPoint const& corner, CTovToolTipText::eAcross across,
-                  CTovToolTipText::eDown down) override {
-            EXPECT_EQ(across, CTovToolTipText::eLeft);
-            EXPECT_EQ(down, CTovToolTipText::eTop);
-            m_desk.text = words;
-            m_desk.place = corner;
-        }
-        void Hide() override { m_desk.text.clear(); }
-        Desk& m_desk;
-    };
-    std::unique_ptr<ITovTip> CreateTip(HWND) override { return std::make_unique<Tip>(*this); }
-    int SetTimer(HWND window, WPARAM id, unsigned milliseconds) override {
-        timers[{window, id}] = milliseconds;
-        return 1;
-    }
-    int KillTimer(HWND window, WPARAM id) override { return timers.erase({window, id}) != 0; }
-
-    CString text;
-    CPoint place;
-    std::map<std::pair<HWND, WPARAM>, unsigned> timers;
-};
-
-template <class Base>
-struct Placed : Base {
-    using Base::Base;
-    CRect GetWindowRect() const override { return rect; }
-    void MoveWindow(CRect const& to) override { rect = to; }
-    CRect rect;
-};
 using Field = Placed<FakeControl>;
 using Button = Placed<FakeWindow>;
 
@@ -162,16 +128,16 @@ struct Tree {
         return field != nullptr ? field->GetDlgCtrlID() - 100 : -1;
     }
     int ClickOnDisabled(int id) {
-        desk.text.clear();
+        desk.tip.clear();
         TovSendMessage(root->GetSafeHwnd(), WM_LBUTTONDOWN, 0, TovPackPoint({id + 1, 1001}));
-        EXPECT_EQ(desk.text, "字段不能为空");
+        EXPECT_EQ(desk.tip, "字段不能为空");
         int const shown = desk.place.x;
         EXPECT_EQ(desk.place.y, 20 * shown + 15);
         EXPECT_EQ(desk.focus, fields.at(shown)->GetSafeHwnd());
         return shown;
     }
 
-    Desk desk;
+    test::TipDesk desk;
     std::map<int, CTovDialogExtensions*> dialogs;
     std::map<int, std::unique_ptr<Field>> fields;
     std::vector<std::unique_ptr<Form>> forms;
@@ -187,7 +153,7 @@ HostOf<Base>::HostOf(Tree& owner, HostNode const& model)
     placeholder.rect = {10, 20, 30, 40};
     this->ExchangeChildDialogId(50, 1);
     for (std::size_t i = 0; i < node.children.size(); ++i)
-        this->AddChildDialog(Module(), 1000);
+        this->AddChildDialog(test::DialogsModule(), 1000);
 }
 
 template <class Base>

@@ -1,6 +1,7 @@
 // Sheets that keep OK true to the fields on their pages, without a screen.
 #include "support/fake_control.h"
 #include "support/host_model.h"
+#include "support/tip_desk.h"
 
 #include <tov310/sheet_container.h>
 
@@ -16,20 +17,7 @@ using test::FakeControl;
 using test::FakeWindow;
 using test::FakeWindowOf;
 using test::HostField;
-
-struct TipDesk : test::FakeDesk {
-    struct Tip : ITovTip {
-        explicit Tip(TipDesk& itsDesk) : desk(itsDesk) {}
-        void Show(char const* text, CPoint const&, CTovToolTipText::eAcross,
-                  CTovToolTipText::eDown) override {
-            desk.tip = text;
-        }
-        void Hide() override {}
-        TipDesk& desk;
-    };
-    std::unique_ptr<ITovTip> CreateTip(HWND) override { return std::make_unique<Tip>(*this); }
-    CString tip;
-};
+using test::TipDesk;
 
 struct Page : FakeWindowOf<CTovPageCVOf<CTovPageOf<CPropertyPage>>> {
     Page(TipDesk& desk, CWnd& sheet) : FakeWindowOf(desk, &sheet) {}

@@ -5,11 +5,10 @@
 #include <tov310/view_extensions.h>
 
 #include "support/fake_device.h"
-#include "support/fake_window.h"
+#include "support/tip_desk.h"
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <memory>
 #include <random>
 
@@ -19,28 +18,16 @@ namespace {
 using namespace test;
 using Document = CTovPtrSmart<CTovDocument>;
 
-struct Desk : FakeDesk {
-    int SetTimer(HWND, WPARAM id, unsigned milliseconds) override {
-        timers[id] = milliseconds;
-        return 1;
-    }
-    int KillTimer(HWND, WPARAM id) override { return static_cast<int>(timers.erase(id)); }
-    unsigned GetDoubleClickTime() override { return 400; }
-
-    std::map<WPARAM, unsigned> timers;
-};
-
+using Desk = TipDesk;
 constexpr unsigned command = 40000;
 
 template <class W>
-struct ViewOf : FakeWindowOf<CTovViewOf<W>> {
-    using Base = FakeWindowOf<CTovViewOf<W>>;
+struct ViewOf : Placed<FakeWindowOf<CTovViewOf<W>>> {
+    using Base = Placed<FakeWindowOf<CTovViewOf<W>>>;
     using Base::AddItemToArrange;
     using Base::ArrangeItems;
     using Base::Base;
 
-    CRect GetWindowRect() const override { return rect; }
-    void MoveWindow(CRect const& to) override { rect = to; }
     CRect GetClientRect() const override { return {0, 0, 100, 50}; }
     CPoint GetScrollPosition() const override { return scrolled; }
     int SubclassDlgItem(unsigned id, CWnd* around) override {
@@ -74,7 +61,6 @@ struct ViewOf : FakeWindowOf<CTovViewOf<W>> {
     }
     CString Told() { return std::exchange(told, ""); }
 
-    CRect rect;
     CPoint scrolled;
     LRESULT allowed = 0;
     int asked = 0;
@@ -82,12 +68,10 @@ struct ViewOf : FakeWindowOf<CTovViewOf<W>> {
 };
 using View = ViewOf<CView>;
 
-struct Control : FakeWindow {
-    using FakeWindow::FakeWindow;
-    CRect GetWindowRect() const override { return rect; }
-    void MoveWindow(CRect const& to) override { rect = to; }
-    CRect rect;
-};
+template <class W>
+std::unique_ptr<CWnd> Make(FakeDesk& desk, CWnd* around) {
+    return std::make_unique<FakeWindowOf<W>>(desk, around);
+}
 
 TEST(ViewExtensions, WalksOfRandomParentsAgreeWithAPlainModel) {
     enum Kind { kFrame, kMDIChild, kDialog, kForm, kNested, kPlainView, kPlain, kKinds };
@@ -99,32 +83,10 @@ TEST(ViewExtensions, WalksOfRandomParentsAgreeWithAPlainModel) {
         for (auto i = random() % 6; i-- > 0;) {
             CWnd* const around = chain.empty() ? nullptr : chain.back().get();
             kinds.push_back(static_cast<Kind>(random() % kKinds));
-            auto const add = [&]<class W>(std::type_identity<W>) {
-                chain.push_back(std::make_unique<FakeWindowOf<W>>(desk, around));
-            };
-            switch (kinds.back()) {
-                case kFrame:
-                    add(std::type_identity<CFrameWnd>());
-                    break;
-                case kMDIChild:
-                    add(std::type_identity<CMDIChildWnd>());
-                    break;
-                case kDialog:
-                    add(std::type_identity<CDialog>());
-                    break;
-                case kForm:
-                    add(std::type_identity<CFormView>());
-                    break;
-                case kNested:
-                    add(std::type_identity<CTovNestedView>());
-                    break;
-                case kPlainView:
-                    add(std::type_identity<CView>());
-                    break;
-                default:
-                    add(std::type_identity<CWnd>());
-                    break;
-            }
+            static constexpr std::unique_ptr<CWnd> (*makers[])(FakeDesk&, CWnd*) = {
+                Make<CFrameWnd>,      Make<CMDIChildWnd>, Make<CDialog>, Make<CFormView>,
+                Make<CTovNestedView>, Make<CView>,        Make<CWnd>};
+            chain.push_back(makers[kinds.back()](desk, around));
         }
         View view(desk, chain.empty() ? nullptr : chain.back().get());
         // The first window outwards of the wanted kinds, if nothing of the others is before it.
@@ -371,7 +333,7 @@ TEST(ViewExtensions, AViewTakesThePlaceOfAControl) {
 TEST(ViewExtensions, ControlsKeepTheirPlaceOnTheScrolledPage) {
     Desk desk;
     View view(desk);
-    Control control(desk, &view, 5);
+    Placed<FakeWindow> control(desk, &view, 5);
     control.rect = {10, 10, 30, 20};
     view.scrolled = {0, 100};  // it stands at 110 of the page
     view.AddItemToArrange(ARRANGE_MOVE_X | ARRANGE_SIZE_Y, 5);
