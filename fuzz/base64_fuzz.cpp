@@ -1,18 +1,15 @@
 // Base64 comes in mails and in files that others wrote: any text is decoded without a step outside it, what
 // is no digit does not count, and bytes come back through every length of line.
+#include "fuzz/expect.h"
+
 #include <tov310/base64.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
 
 namespace {
-
-void Expect(bool good) {
-    if (!good) std::abort();
-}
 
 std::string Decoded(std::string const& text) {
     std::vector<unsigned char> buffer(text.c_str(), text.c_str() + text.size() + 1);

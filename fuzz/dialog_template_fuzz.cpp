@@ -1,16 +1,12 @@
 // Dialogs of resource modules come from translators: any bytes are read or refused with a reason, and what
 // was read keeps the bounds that the layer of the toolkit relies on.
+#include "fuzz/expect.h"
 #include "views/dialog_resource.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <set>
 
 namespace {
-
-void Expect(bool good) {
-    if (!good) std::abort();
-}
 
 bool IsWithin(int value) {
     return value >= -0x7FFF && value <= 0x7FFF;

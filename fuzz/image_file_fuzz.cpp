@@ -1,18 +1,14 @@
 // Pictures from outside: any bytes are read without harm, and what is read is a whole picture.
+#include "fuzz/expect.h"
 #include "imaging/bitmap_readers.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <numeric>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace {
-
-void Expect(bool good) {
-    if (!good) std::abort();
-}
 
 // Every pixel is there.
 void Visit(tov::HBITMAP const& bitmap) {

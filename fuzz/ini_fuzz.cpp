@@ -1,18 +1,14 @@
 // Initialisation files from outside: any bytes can be read and edited, an edit is read back as what it was,
 // and all that it was not about stays.
+#include "fuzz/expect.h"
 #include "util/ini_text.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
 namespace {
-
-void Expect(bool good) {
-    if (!good) std::abort();
-}
 
 // All entries of all sections but one, with their values, and the lines that are none.
 std::string Others(tov::IniText const& text, std::string_view section, std::string_view entry) {

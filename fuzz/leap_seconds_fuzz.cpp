@@ -1,6 +1,7 @@
 // A list of leap seconds as others publish it, and the text of rows as a profile gives it back. A list that
 // is taken has sound rows, and with any digit less its hash is another one; what is no row adds nothing to
 // what is built in, and what was added is stored and read alike.
+#include "fuzz/expect.h"
 #include "util/sha1.h"
 #include "values/leap_seconds_file.h"
 #include "values/leap_seconds_rows.h"
@@ -10,14 +11,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 namespace {
-
-void Expect(bool good) {
-    if (!good) std::abort();
-}
 
 void ReadList(std::string const& text) {
     std::string reason;

@@ -1,18 +1,15 @@
 // Addresses and names come from people and from other mails: whatever they hold, each stays in its line of
 // the header, what is taken is what was checked, and a list is the sum of its pieces.
+#include "fuzz/expect.h"
+
 #include <tov310/mime.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 namespace {
 
 using Mail = tov::CTovMailMessageMimeContainer;
-
-void Expect(bool good) {
-    if (!good) std::abort();
-}
 
 // The header is lines of known fields and of what continues them.
 void CheckLines(std::string const& header) {

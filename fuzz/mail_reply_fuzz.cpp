@@ -2,21 +2,13 @@
 // connection, or a mail that was taken.
 #include <tov310/smtp.h>
 
+#include "fuzz/expect.h"
 #include "tests/support/scripted_server.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <utility>
 #include <vector>
-
-namespace {
-
-void Expect(bool good) {
-    if (!good) std::abort();
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     using namespace tov::test;

@@ -2,18 +2,14 @@
 // boundary that stands in no part.
 #include <tov310/mime.h>
 
+#include "fuzz/expect.h"
 #include "mail/transfer_encoding.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 namespace {
-
-void Expect(bool good) {
-    if (!good) std::abort();
-}
 
 std::string Decoded(std::string const& text) {
     std::string bytes;

@@ -1,17 +1,13 @@
 // Menus of resource modules come from translators: any bytes are read or refused, a menu that was read is
 // written and read again as the same, and tidying ends with nothing left to tidy.
 #include "frame/menu_resource.h"
+#include "fuzz/expect.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <string>
 
 namespace {
-
-void Expect(bool good) {
-    if (!good) std::abort();
-}
 
 nlohmann::json Written(tov::CMenu const& menu) {
     nlohmann::json entries = nlohmann::json::array();

@@ -1,20 +1,13 @@
 // Text tables of resource modules come from translators: any bytes are read or refused, a table that was read
 // is written and read again as the same, and a reason names a line that there is, in whole characters.
 #include "frame/string_table.h"
+#include "fuzz/expect.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <string>
-
-namespace {
-
-void Expect(bool good) {
-    if (!good) std::abort();
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     std::string_view const bytes(reinterpret_cast<char const*>(data), size);

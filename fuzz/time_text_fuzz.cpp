@@ -1,11 +1,12 @@
 // Formats of times and spans, and texts that are read by them, as users and translations give them: the first
 // bytes choose a moment and how to round, then comes the format, and behind a line end the text.
+#include "fuzz/expect.h"
+
 #include <tov310/time_helper.h>
 #include <tov310/tov_time.h>
 
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -13,10 +14,6 @@ namespace {
 
 using Helper = tov::CTovTimeHelper;
 using SpanHelper = tov::CTovTimeSpanHelper;
-
-void Expect(bool good) {
-    if (!good) std::abort();
-}
 
 // What is printed is at most a date and time in words for every two bytes of the format.
 void ExpectSize(tov::CString const& text, std::string const& format) {

@@ -1,18 +1,14 @@
 // Toolbars of resource modules come from translators: any bytes are read or refused, and a toolbar that was
 // read is written and read again as the same.
+#include "fuzz/expect.h"
 #include "imaging/toolbar_resource.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <string>
 
 namespace {
-
-void Expect(bool good) {
-    if (!good) std::abort();
-}
 
 bool IsSide(int pixels) {
     return pixels >= 1 && pixels <= 1024;
