@@ -15,10 +15,13 @@
 
 #include <functional>
 #include <memory>
-#include <random>
 
 namespace tov {
 namespace {
+
+using test::Activate;
+using test::ClickOn;
+using test::Commit;
 
 // A form with one edit, and another to go to.
 template <class Edit>
@@ -28,9 +31,7 @@ struct EditForm : QWidget {
         layout->addWidget(&edit);
         layout->addWidget(&other);
         resize(300, 120);
-        show();
-        activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(this));
+        EXPECT_TRUE(Activate(*this));
         edit.setFocus();
     }
     void Type(char const* text) { QTest::keyClicks(&edit, text); }
@@ -58,9 +59,7 @@ TEST(EditWidget, FiltersWhateverWayTextComesIn) {
     form.Type("a");
     EXPECT_EQ(form.edit.text(), QString::fromUtf8("ABC中A"));
     form.Control(Qt::Key_A);
-    QInputMethodEvent commit;
-    commit.setCommitString(QString::fromUtf8("中x国b"));
-    QCoreApplication::sendEvent(&form.edit, &commit);
+    Commit(form.edit, "中x国b");
     EXPECT_EQ(form.edit.text(), QString::fromUtf8("中B"));
     EXPECT_EQ(form.edit.GetRawString(), "中B");
     EXPECT_EQ(form.edit.GetChangedByUser(), 1);
@@ -141,21 +140,6 @@ TEST(EditWidget, IsDisabledWhenReadOnlyUnlessTheHostWantsTheFocus) {
     EXPECT_EQ(QApplication::clipboard()->text(), "fixed");
 }
 
-TEST(EditWidget, PaintsInTheColoursOfItsState) {
-    TextForm form;
-    auto const base = [&] { return form.edit.palette().color(QPalette::Base); };
-    QColor const usual = base();
-    form.edit.SetColorBk(0x00FFEEDD);
-    EXPECT_EQ(base(), QColor(0xDD, 0xEE, 0xFF));
-    form.edit.SetColorBkReadOnly(0x000000FF);
-    form.edit.ReadOnlyKeepsFocus(1);
-    form.edit.SetReadOnlyMode(1);
-    EXPECT_EQ(base(), QColor(0xFF, 0, 0));
-    form.edit.SetReadOnlyMode(0);
-    form.edit.SetColorBk(tovPlatformColor);
-    EXPECT_EQ(base(), usual);
-}
-
 TEST(EditWidget, KeepsItsContentAcrossItsBirth) {
     CTovEditFloating edit;
     edit.SetInputFormat(2);
@@ -172,25 +156,6 @@ TEST(EditWidget, KeepsItsContentAcrossItsBirth) {
 
 using NumberForm = EditForm<CTovEditFloating>;
 
-TEST(NumberEditWidget, IsNotChangedByLooking) {
-    NumberForm form;
-    form.edit.SetInputFormat(6);
-    form.edit.SetDisplayFormat("%.2f m");
-    std::mt19937_64 random(7);
-    std::uniform_real_distribution<double> numbers(-1e6, 1e6);
-    for (int i = 0; i < 200; ++i) {
-        double const value = numbers(random);
-        form.edit.SetDouble(value);
-        form.other.setFocus();
-        ASSERT_TRUE(form.edit.text().endsWith(" m"));
-        form.edit.setFocus();
-        ASSERT_FALSE(form.edit.text().endsWith("m"));
-        ASSERT_EQ(form.edit.Validate(nullptr), CTovInputControl::eStateValid);
-        form.other.setFocus();
-        ASSERT_EQ(form.edit.GetDouble(), value);
-    }
-}
-
 TEST(NumberEditWidget, SteppsByKeysArrowsAndWheel) {
     EditForm<CTovEditInteger> form;
     form.edit.SetRange(0, 5);
@@ -204,14 +169,12 @@ TEST(NumberEditWidget, SteppsByKeysArrowsAndWheel) {
     form.edit.CreateSpinButton();
     CTovEditSpin& spin = *form.edit.GetEditSpin();
     EXPECT_GE(spin.x() + spin.width(), form.edit.width() - 4);
-    QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {}, spin.mapTo(&form, QPoint(4, 2)));
+    ClickOn(spin, {4, 2});
     EXPECT_EQ(form.edit.GetLong(), 5);
     EXPECT_TRUE(form.edit.hasFocus());
-    QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {}, spin.mapTo(&form, QPoint(4, 2)));
+    ClickOn(spin, {4, 2});
     EXPECT_EQ(form.edit.GetLong(), 0) << "round the range";
-    QWheelEvent wheel({4, 2}, spin.mapToGlobal(QPointF(4, 2)), {}, {0, 240}, Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(&spin, &wheel);
+    test::Wheel(spin, 240);
     EXPECT_EQ(form.edit.GetLong(), 2);
     QTest::mousePress(form.windowHandle(), Qt::LeftButton, {}, spin.mapTo(&form, QPoint(4, 2)));
     EXPECT_TRUE(QTest::qWaitFor([&] { return form.edit.GetLong() == 5; }, 2000)) << "again while it lasts";
@@ -228,7 +191,7 @@ TEST(NumberEditWidget, PutsTheCaretWhereThePressMeansIt) {
     // Behind the 2 as it is shown without the focus.
     form.edit.setCursorPosition(8);
     QRect const place = form.edit.inputMethodQuery(Qt::ImCursorRectangle).toRect();
-    QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {}, form.edit.mapTo(&form, place.center()));
+    ClickOn(form.edit, place.center());
     EXPECT_EQ(form.edit.text(), "1234.5");
     EXPECT_EQ(form.edit.cursorPosition(), 2);
 }
@@ -327,11 +290,7 @@ TEST(NumberEditWidget, MayBeDeletedByWhomItTells) {
             other.setFocus();
         },
         [](CTovEditInteger& edit, QWidget&) { edit.Empty(); },
-        [](CTovEditInteger& edit, QWidget&) {
-            QWheelEvent wheel({4, 2}, edit.GetEditSpin()->mapToGlobal(QPointF(4, 2)), {}, {0, 360},
-                              Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-            QCoreApplication::sendEvent(edit.GetEditSpin(), &wheel);
-        }};
+        [](CTovEditInteger& edit, QWidget&) { test::Wheel(*edit.GetEditSpin(), 360); }};
     int deleted = 0;
     for (auto const& connect : signals_) {
         for (auto const& act : acts) {
@@ -371,14 +330,9 @@ TEST(NumberEditWidget, StepsByWhoeverHasTheFocus) {
     CTovEditSpin& spin = *form.edit.GetEditSpin();
     form.Key(Qt::Key_Up);
     form.Key(Qt::Key_Down);
-    auto const turn = [&](int delta) {
-        QWheelEvent wheel({4, 2}, spin.mapToGlobal(QPointF(4, 2)), {}, {0, delta}, Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&spin, &wheel);
-    };
-    turn(120);
+    test::Wheel(spin, 120);
     form.other.setFocus();
-    turn(120);
+    test::Wheel(spin, 120);
     EXPECT_EQ(form.edit.told, (std::vector<std::pair<bool, int>>{{true, -3}, {false, 3}, {true, -3}}));
 }
 
@@ -474,6 +428,11 @@ TEST(EditWidget, KeepsWhatTheHostGaveItsWidget) {
     form.edit.SetColorBk(0x000000FF);
     EXPECT_EQ(color(QPalette::Base), QColor(255, 0, 0));
     EXPECT_EQ(color(QPalette::Text), QColor(Qt::blue));
+    form.edit.SetColorBkReadOnly(0x00FFEEDD);
+    form.edit.ReadOnlyKeepsFocus(1);
+    form.edit.SetReadOnlyMode(1);
+    EXPECT_EQ(color(QPalette::Base), QColor(0xDD, 0xEE, 0xFF));
+    form.edit.SetReadOnlyMode(0);
     form.edit.SetColorBk(tovPlatformColor);
     EXPECT_EQ(color(QPalette::Base), QColor(Qt::yellow));
 
@@ -575,7 +534,7 @@ TEST(EditWidget, StandsWithItsButtonInItsOwnRectangle) {
     EXPECT_EQ(button.geometry().right(), form.edit.width() - 1);
     EXPECT_EQ(form.edit.GetMinWidth(), button.width());
     EXPECT_EQ(TovWnd(&button)->GetParent(), &form.edit);
-    QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {}, button.mapTo(&form, button.rect().center()));
+    ClickOn(button);
     EXPECT_EQ(form.edit.clicked, 1);
     form.edit.setFixedWidth(150);
     QCoreApplication::processEvents();

@@ -40,9 +40,7 @@ struct Form : QDialog {
         edit.SetDlgCtrlID(idEdit);
         unit.setProperty(tovIdProperty, idEdit + 1);
         container.HookContainer();
-        show();
-        activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(this));
+        EXPECT_TRUE(test::Activate(*this));
         container.HookAllDlgCtrls(nullptr);
         setTabOrder(&before, &edit);
         edit.SetFocusInputControl();
@@ -104,7 +102,7 @@ TEST(FilenameEdit, LetsTheUserChooseInTheToolkitsDialog) {
     });
     QWidget& button = *form.edit.GetEditButton();
     EXPECT_EQ(static_cast<QPushButton&>(button).text(), "...");
-    QTest::mouseClick(form.windowHandle(), Qt::LeftButton, {}, button.mapTo(&form, QPoint(4, 4)));
+    test::ClickOn(button, {4, 4});
     EXPECT_EQ(filters, (QStringList{"可执行文件 (*.exe *.dll)", "程序 (*.exe)", "动态链接库 (*.dll)",
                                     "所有文件 (*)"}));
     CString both;
@@ -116,8 +114,7 @@ TEST(FilenameEdit, LetsTheUserChooseInTheToolkitsDialog) {
     EXPECT_EQ(form.edit.GetString(), both);
     EXPECT_EQ(form.edit.GetChangedByUser(), 1);
     EXPECT_EQ(form.edit.GetNames().size(), 2u);
-    form.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    ASSERT_TRUE(test::Activate(form));
     form.behind.setFocus();
     EXPECT_TRUE(form.behind.hasFocus());
     form.edit.setFocus();
@@ -237,9 +234,7 @@ TEST(SwitchedEdit, LeavesTheCellByTab) {
         edit.CreateInline(0, {5, 5, 300, 30}, TovWnd(&form), idEdit, nullptr);
         bool const isAngle = type == eTovSwitchedLatitude;
         if (isAngle) static_cast<CTovEditLatitude&>(edit.GetEdit()).SetUnit(12);
-        form.show();
-        form.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+        ASSERT_TRUE(test::Activate(form));
         cell.HookAllDlgCtrls(nullptr);
         edit.SetFocusInputControl();
         for (Qt::Key const key : {Qt::Key_Tab, Qt::Key_Backtab}) {
