@@ -20,24 +20,14 @@ namespace {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
+using test::Mouse;
+using test::Press;
+using test::Release;
 
 constexpr int abortId = 26506;
 
 QWindow* WindowOf(QWidget const& widget) {
     return widget.window()->windowHandle();
-}
-
-// From the screen, on whatever thread; nobody hears of it before the events are pumped.
-void Mouse(QWidget const& widget, QEvent::Type type, Qt::MouseButtons buttons) {
-    QPoint const local = widget.mapTo(widget.window(), widget.rect().center());
-    QPoint const global = widget.mapToGlobal(widget.rect().center());
-    qt_handleMouseEvent(WindowOf(widget), local, global, buttons, Qt::LeftButton, type, {}, 0);
-}
-void Press(QWidget const& widget) {
-    Mouse(widget, QEvent::MouseButtonPress, Qt::LeftButton);
-}
-void Release(QWidget const& widget) {
-    Mouse(widget, QEvent::MouseButtonRelease, {});
 }
 
 // A dialog with two buttons, one of which is the real one under the live one, and another window beside it.

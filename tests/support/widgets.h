@@ -11,7 +11,20 @@ namespace tov::test {
 inline bool Activate(QWidget& window) {
     window.show();
     window.activateWindow();
-    return QTest::qWaitForWindowActive(&window);
+    return QTest::qWaitForWindowActive(&window) && QTest::qWaitForWindowExposed(&window);
+}
+
+// From the screen, on whatever thread; nobody hears of it before the events are pumped.
+inline void Mouse(QWidget const& widget, QEvent::Type type, Qt::MouseButtons buttons) {
+    QPoint const middle = widget.rect().center();
+    qt_handleMouseEvent(widget.window()->windowHandle(), widget.mapTo(widget.window(), middle),
+                        widget.mapToGlobal(middle), buttons, Qt::LeftButton, type, {}, 0);
+}
+inline void Press(QWidget const& widget) {
+    Mouse(widget, QEvent::MouseButtonPress, Qt::LeftButton);
+}
+inline void Release(QWidget const& widget) {
+    Mouse(widget, QEvent::MouseButtonRelease, {});
 }
 
 // In its middle, unless another place is told.

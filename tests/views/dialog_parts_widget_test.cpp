@@ -1,4 +1,5 @@
 // Tool bars in dialogs, the sizes of controls and the dialog of a long work.
+#include "support/dialogs_module.h"
 #include "support/files.h"
 #include "support/temporary_folder.h"
 #include "support/widgets.h"
@@ -69,10 +70,9 @@ struct HostsOwnClass : ITovControlFactory {
 TEST(DlgTemplate, MakesDialogsAsTheTextFormDoes) {
     TovSetFaultHandler([](char const*) {});  // some words have no room
     HostsOwnClass const known;
-    HINSTANCE const module = TovLoadResourceModule(TOV_TEST_SOURCE_DIR "/tests/views/dialogs_module");
     CTovDialog dialog(CString("extended"));
     dialog.AutoDelete(0);
-    ASSERT_EQ(dialog.Create(module), 1);
+    ASSERT_EQ(dialog.Create(test::DialogsModule()), 1);
     auto const item = [&dialog](int id) { return TovWidget(dialog.GetDlgItem(id)); };
     EXPECT_EQ(dialog.windowTitle(), "新建");
     EXPECT_EQ(dialog.size(), TovMapDialogRect(dialog.font(), {0, 0, 170, 62}).size());
@@ -183,13 +183,6 @@ TEST(DialogProgress, CountsToItsEndOrRoundAndRound) {
     }
 }
 
-// As from the screen, on whatever thread; answers when it has been dealt with.
-void MouseAsUser(QWidget const& widget, QEvent::Type type, Qt::MouseButtons buttons) {
-    QPoint const local = widget.mapTo(widget.window(), widget.rect().center());
-    QPoint const global = widget.mapToGlobal(widget.rect().center());
-    qt_handleMouseEvent(widget.window()->windowHandle(), local, global, buttons, Qt::LeftButton, type, {}, 0);
-}
-
 TEST(DialogProgress, IsAbortedWithinATenthOfASecondWhileOthersWait) {
     QPushButton other("other");
     other.setGeometry(600, 600, 100, 50);
@@ -216,14 +209,14 @@ TEST(DialogProgress, IsAbortedWithinATenthOfASecondWhileOthersWait) {
         std::atomic<bool> isDone{false};
         std::thread user([&] {
             std::this_thread::sleep_for(120ms);
-            MouseAsUser(other, QEvent::MouseButtonPress, Qt::LeftButton);
-            MouseAsUser(other, QEvent::MouseButtonRelease, {});
+            test::Press(other);
+            test::Release(other);
             std::this_thread::sleep_for(30ms);
             int const start = calls;
-            MouseAsUser(abort, QEvent::MouseButtonPress, Qt::LeftButton);
+            test::Press(abort);
             event.Lock(5000);
             waited = calls - start;
-            MouseAsUser(abort, QEvent::MouseButtonRelease, {});
+            test::Release(abort);
             isDone = true;
         });
         int const before = clicks;

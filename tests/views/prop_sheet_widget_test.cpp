@@ -1,3 +1,4 @@
+#include "support/dialogs_module.h"
 #include "support/faults.h"
 #include "support/widgets.h"
 
@@ -16,11 +17,6 @@ namespace tov {
 namespace {
 
 using testing::ElementsAre;
-
-HINSTANCE Module() {
-    static HINSTANCE const module = TovLoadResourceModule(TOV_TEST_SOURCE_DIR "/tests/views/dialogs_module");
-    return module;
-}
 
 // Pages of plain code with one field.
 struct FieldPage : CTovPropPageCV {
@@ -83,14 +79,10 @@ class PropSheet : public testing::Test {
         });
         return sheet.DoModal();
     }
-    static void Click(QWidget* widget) {
-        QTest::mouseClick(widget->window()->windowHandle(), Qt::LeftButton, {},
-                          widget->mapTo(widget->window(), widget->rect().center()));
-    }
+    static void Click(QWidget* widget) { test::ClickOn(*widget); }
     static void ClickTab(Options const& sheet, int tab) {
-        QTabBar* const bar = sheet.GetTabWidget()->tabBar();
-        QTest::mouseClick(bar->window()->windowHandle(), Qt::LeftButton, {},
-                          bar->mapTo(bar->window(), bar->tabRect(tab).center()));
+        QTabBar const& bar = *sheet.GetTabWidget()->tabBar();
+        test::ClickOn(bar, bar.tabRect(tab).center());
     }
 };
 
@@ -257,7 +249,7 @@ TEST_F(PropSheet, IsNotConfusedByWhatComesAndGoes) {
 // Templates, their numbers, a modeless life, and pages that go before or after their sheet.
 TEST_F(PropSheet, MakesPagesOfTemplates) {
     auto sheet = std::make_unique<CTovPropSheet>("x");
-    auto page = std::make_unique<CTovPropPage>(Module(), 1000u);
+    auto page = std::make_unique<CTovPropPage>(test::DialogsModule(), 1000u);
     auto gone = std::make_unique<CTovPropPage>();
     QWidget shelf;
     FieldPage lent("?");
