@@ -74,22 +74,14 @@ std::string Count(std::size_t number, char const* one, char const* more) {
     return std::to_string(number) + " " + (number == 1 ? one : more);
 }
 
-bool IsRoot(Search const& search) {
-    return search.directory.find_first_not_of('/') == search.directory.npos;
-}
-
-// The list's first text is folder and pattern in one. It searches nothing when its only separator comes
-// first, so the root has two.
-std::vector<tov::CString> SearchTexts(Search const& search) {
-    std::vector<tov::CString> texts(search.patterns.begin(), search.patterns.end());
-    std::string const folder = search.directory.substr(0, search.directory.find_last_not_of('/') + 1);
-    texts.front().insert(0, IsRoot(search) ? "//" : folder + "/");
-    return texts;
+bool IsRoot(std::string_view folder) {
+    return folder.find_first_not_of('/') == folder.npos;
 }
 
 class SearchWindow : public tov::CTovMessageWindow {
  public:
-    explicit SearchWindow(Search const& search) : m_list(SearchTexts(search), !search.flat, 1, 0) {
+    explicit SearchWindow(Search const& search)
+        : m_list(SearchTexts(search.directory, search.patterns), !search.flat, 1, 0) {
         constexpr List::eSortMode modes[] = {List::eSortNone, List::eSortNone, List::eSortFullFilename,
                                              List::eSortSize, List::eSortLastWriteTime};
         // What is told to an empty list counts for the search, which then sorts in its own thread.
@@ -261,6 +253,16 @@ Search ReadSearch(Arguments& arguments, CommonOptions& common) {
 
 }  // namespace
 
+// The list's first text is folder and pattern in one. It searches nothing when its only separator comes
+// first, so the root has two.
+std::vector<tov::CString> SearchTexts(std::string_view folder, std::vector<std::string> const& patterns) {
+    std::vector<tov::CString> texts(patterns.begin(), patterns.end());
+    std::string way(folder.substr(0, folder.find_last_not_of('/') + 1));
+    way += IsRoot(folder) ? "//" : "/";
+    texts.front().insert(0, way);
+    return texts;
+}
+
 std::string FindHelp() {
     return R"(Searches DIR and the folders below it for files whose names match a pattern, in which
 * is any text and ? any character; put it in quotes. Folders that may not be read are
@@ -296,7 +298,7 @@ int RunFind(Arguments& arguments, CommonOptions& common) {
     Table table({{"Size", Table::Align::kNumber}, {"Changed"}, {"File"}});
     for (auto const* const file : files) {
         std::string_view name = file->GetFullFilename();
-        if (IsRoot(search)) name.remove_prefix(1);
+        if (IsRoot(search.directory)) name.remove_prefix(1);
         table.Add({std::to_string(file->FileSize()), TimeText(file->ftLastWriteTime), Shown(name)});
     }
     table.Print(std::cout);

@@ -1,5 +1,6 @@
 #include "gallery.h"
 
+#include "gallery_dialogs.h"
 #include "gallery_page.h"
 #include "window_ids.h"
 
@@ -33,6 +34,8 @@ Gallery::Gallery(QWidget* parent)
         area->setWidget(page.release());
         m_pages.addWidget(area);
     }
+    m_list.addItem(Words(pageDialogs));
+    m_pages.addWidget(std::make_unique<GalleryDialogs>(&m_pages).release());
     m_list.setFixedWidth(m_list.sizeHintForColumn(0) + 40);
     auto* const layout = std::make_unique<QHBoxLayout>(this).release();
     layout->addWidget(&m_list);

@@ -16,7 +16,7 @@ class Gallery : public QWidget {
  public:
     explicit Gallery(QWidget* parent = nullptr);
 
-    int Count() const { return m_list.count(); }
+    int Count() const { return static_cast<int>(m_all.size()); }  // of controls; the dialogs follow
     void ShowPage(int index) { m_list.setCurrentRow(index); }
     GalleryPage& Page(int index) const { return *m_all[static_cast<std::size_t>(index)]; }
 

@@ -117,7 +117,6 @@ std::optional<double> ReadRadians(std::string_view text, Unit const& unit, std::
     if (text.empty() || text.front() == '+' || text.front() == '-') return {};
     if (sign == 0) sign = 1;
 
-    tov::CTovValueAngle angle;
     std::array<double, 3> fields{};
     if (unit.id == tov::TOV_UNIT_DMS) {
         constexpr double most = 60;
@@ -128,13 +127,12 @@ std::optional<double> ReadRadians(std::string_view text, Unit const& unit, std::
         constexpr double largest = 1000;
         if (!(fields[0] < largest)) return {};
         if (isWhole) {
-            double const packed = tov::VeskJoinPackedDms(sign, static_cast<int>(fields[0]),
-                                                         static_cast<int>(fields[1]), fields[2]);
-            angle.ConvertToStd(packed, tov::TOV_UNIT_DMS, -1, 0UL);
-        } else {
-            angle.ConvertToStd(sign * degrees, tov::TOV_UNIT_DEGREES, -1, 0UL);
+            return tov::VeskPackedDmsToRad(tov::VeskJoinPackedDms(sign, static_cast<int>(fields[0]),
+                                                                  static_cast<int>(fields[1]), fields[2]));
         }
-        return angle.GetDouble();
+        double radians = 0;
+        tov::CTovValue::Convert(sign * degrees, tov::TOV_UNIT_DEGREES, radians, tov::TOV_UNIT_RADIANS);
+        return radians;
     }
     if (unit.id == tov::TOV_UNIT_GON) {
         constexpr double most = 100;
@@ -197,21 +195,24 @@ std::optional<ImportFault> ReadLine(std::string_view line, ImportFormat const& f
 // Where the cells of a line are titles: sets the columns that they name, and answers whether latitude and
 // longitude are among them.
 bool TakeTitles(std::vector<std::string> const& cells, ImportFormat& format) {
-    using Words = std::initializer_list<std::string_view>;
-    std::pair<int ImportFormat::*, Words> const meanings[] = {
-        {&ImportFormat::latitude, {"lat", "纬"}},
-        {&ImportFormat::longitude, {"lon", "lng", "经"}},
-        {&ImportFormat::height, {"height", "elev", "alt", "高"}},
-        {&ImportFormat::comment, {"remark", "comment", "note", "备注"}},
-        {&ImportFormat::name, {"name", "place", "point", "id", "名", "点"}}};
+    struct Meaning {
+        int ImportFormat::*column;
+        std::array<std::string_view, 6> words;  // the last ones may be empty
+    };
+    constexpr Meaning meanings[] = {{&ImportFormat::latitude, {"lat", "纬"}},
+                                    {&ImportFormat::longitude, {"lon", "lng", "经"}},
+                                    {&ImportFormat::height, {"height", "elev", "alt", "高"}},
+                                    {&ImportFormat::comment, {"remark", "comment", "note", "备注"}},
+                                    {&ImportFormat::name, {"name", "place", "point", "id", "名", "点"}}};
     ImportFormat named = format;
     for (auto const& [column, words] : meanings)
         named.*column = 0;
     for (std::size_t i = 0; i < cells.size(); ++i) {
         std::string const title = Folded(cells[i]);
         for (auto const& [column, words] : meanings) {
-            bool const isMeant = std::ranges::any_of(
-                words, [&title](std::string_view word) { return title.find(word) != title.npos; });
+            bool const isMeant = std::ranges::any_of(words, [&title](std::string_view word) {
+                return !word.empty() && title.find(word) != title.npos;
+            });
             if (!isMeant) continue;
             if (named.*column == 0) named.*column = static_cast<int>(i) + 1;
             break;
@@ -246,7 +247,10 @@ void TakeColumns(std::vector<std::string> const& cells, bool areNamed, ImportFor
             others.push_back(angles.front());
             angles.erase(angles.begin());
         }
-        if (!others.empty()) format.name = others.front();
+        // A name that is no number is likelier one.
+        auto const name =
+            std::ranges::find_if(others, [&cells](int column) { return !ReadNumber(CellOf(cells, column)); });
+        if (!others.empty()) format.name = name != others.end() ? *name : others.front();
         if (angles.size() > 1) {
             format.latitude = angles[0];
             format.longitude = angles[1];
@@ -256,6 +260,8 @@ void TakeColumns(std::vector<std::string> const& cells, bool areNamed, ImportFor
                 break;
             }
         }
+        while (!IsWhole(format))
+            ++format.name;
     }
     int const last = std::max(format.latitude, format.longitude);
     if (!IsWhole(format) || static_cast<int>(cells.size()) < last) return;

@@ -1,5 +1,7 @@
 #include "window_frame.h"
 
+#include "dialog_find.h"
+#include "dialog_import.h"
 #include "dialog_options.h"
 #include "files.h"
 #include "recent.h"
@@ -162,6 +164,20 @@ void SurveyFrame::Speak(std::string const& language) {
     m_view.LanguageChanged();
 }
 
+void SurveyFrame::OnImport() {
+    ImportWizard wizard(m_document->Places(), {}, this);
+    if (wizard.DoModal() != tov::ID_WIZFINISH) return;
+    std::vector<Place>& places = wizard.Model().import.places;
+    statusBar()->showMessage(Words(textImported).arg(places.size()), 10'000);
+    m_document->PutPlaces(std::move(places), wizard.Model().inPlaceOfAll);
+    m_view.SelectPlace(m_document->Places().size() - 1);
+}
+
+void SurveyFrame::OnFind() {
+    FindDialog dialog(QFileInfo(tov::TovQString(m_document->File())).path().toStdString(), this);
+    if (dialog.exec() == QDialog::Accepted) Open(dialog.ChosenFile());
+}
+
 void SurveyFrame::OnOptions() {
     OptionsModel model{m_document->CurrentSettings(), LanguageInUse(),
                        [this](Choice const& choice) { m_document->Choose(choice); },
@@ -205,6 +221,8 @@ tov::CTovCommandTable const* SurveyFrame::GetCommandTable() const {
         tov::TovCommand<Self, &Self::OnReload>(idReload),
         tov::TovCommand<Self, &Self::OnClose>(idClose),
         tov::TovCommand<Self, &Self::OnOptions>(idOptions),
+        tov::TovCommand<Self, &Self::OnImport>(idImport),
+        tov::TovCommand<Self, &Self::OnFind>(idFind),
         tov::TovCommand<Self, &Self::OnRecent>(idRecent, idRecent + mostRecent - 1),
         tov::TovCommand<Self, &Self::OnToggle, &Self::OnUpdateToggle>(idToolBar, idStatusBar)};
     static tov::CTovCommandTable const table{CTovFrameWnd::GetCommandTable(), handlers};

@@ -64,6 +64,8 @@ class SurveyFrame : public CTovFrameWnd {
     void OnOpen();
     void OnRecent(unsigned id);
     void OnReload();
+    void OnImport();
+    void OnFind();
     void OnOptions();
     void OnClose();
     void OnToggle(unsigned id);

@@ -1,10 +1,14 @@
 #include "window_shots.h"
 
 #include "answer.h"
+#include "dialog_find.h"
+#include "dialog_import.h"
 #include "dialog_options.h"
 #include "dialog_place.h"
+#include "dialog_progress.h"
 #include "files.h"
 #include "gallery.h"
+#include "gallery_dialogs.h"
 #include "gallery_page.h"
 #include "window_frame.h"
 #include "window_ids.h"
@@ -105,15 +109,6 @@ void Click(QWidget const& widget) {
     }
 }
 
-std::vector<Place> const& ShippedPlaces() {
-    static std::vector<Place> const places = [] {
-        std::string bytes;
-        ReadFile(DataFile("zone1970.tab"), bytes);
-        return ReadPlaces(bytes).places;
-    }();
-    return places;
-}
-
 // A place whose name is taken, which a click on OK tells.
 Scene PlaceWithTip() {
     auto dialog = std::make_unique<PlaceDialog>(ShippedPlaces(), std::nullopt);
@@ -138,6 +133,30 @@ Scene Options() {
     return {std::move(sheet), {}, {}};
 }
 
+// The wizard at one of its pages, with a file whose fourth line is no place.
+template <int page>
+Scene Wizard() {
+    auto wizard = std::make_unique<ImportWizard>(ShippedPlaces(), SampleImport().toStdString());
+    ImportWizard* const shown = wizard.get();
+    return {std::move(wizard), {}, [shown] {
+                for (int i = 0; i < page; ++i) {
+                    shown->PressButton(tov::ID_WIZNEXT);
+                    QCoreApplication::processEvents();
+                }
+            }};
+}
+
+template <SearchProgress::eStyles style>
+Scene Progress() {
+    auto progress = std::make_unique<SearchProgress>(style);
+    ShowSampleProgress(*progress);
+    return {std::move(progress), {}, {}};
+}
+
+Scene Find() {
+    return {std::make_unique<FindDialog>("/"), {}, {}};
+}
+
 Scene Gripper() {
     auto form = std::make_unique<QWidget>();
     form->resize(200, 120);
@@ -160,6 +179,14 @@ Shot const shots[] = {
     {"dialog_options", Options<OptionsSheet::kAngles>},
     {"dialog_distances", Options<OptionsSheet::kDistances>},
     {"dialog_language", Options<OptionsSheet::kLanguage>},
+    {"wizard_file", Wizard<ImportWizard::kFile>},
+    {"wizard_columns", Wizard<ImportWizard::kColumns>},
+    {"wizard_preview", Wizard<ImportWizard::kPreview>},
+    {"progress", Progress<SearchProgress::eStylePlain>},
+    {"progress22", Progress<SearchProgress::eStyleRoom22>},
+    {"progress33", Progress<SearchProgress::eStyleRoom33>},
+    {"progress41", Progress<SearchProgress::eStyleRoom41>},
+    {"dialog_find", Find},
 };
 
 QPalette DarkPalette() {
@@ -238,6 +265,11 @@ std::vector<Shot> AllShots() {
                            return Scene{std::move(gallery), {}, {}};
                        }});
     }
+    all.push_back({"gallery_dialogs", [] {
+                       auto gallery = std::make_unique<Gallery>();
+                       gallery->ShowPage(gallery->Count());
+                       return Scene{std::move(gallery), {}, {}};
+                   }});
     return all;
 }
 

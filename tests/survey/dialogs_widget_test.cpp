@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <functional>
 #include <numbers>
 
@@ -171,6 +172,89 @@ TEST_F(Dialogs, ApplyOptionsToTheTable) {
         EXPECT_FALSE(sheet.GetTabWidget()->isTabVisible(2));
         sheet.reject();
     });
+}
+
+TEST_F(Dialogs, ImportPlacesPageByPage) {
+    tov::test::PutFile(folder.File("empty.txt"), "\n\n");
+    tov::test::PutFile(folder.File("p.csv"),
+                       "Name;Lat;Lon;Height\nGraz;47 4 15;15 26 22;353\nBerlin;52;13;34\nPole;91;0;0\n");
+    Command<tov::CTovPropSheetCV>(idImport, [&](tov::CTovPropSheetCV& wizard) {
+        QPushButton& next = *wizard.GetButton(tov::ID_WIZNEXT);
+        Click(next);
+        EXPECT_EQ(wizard.GetActiveIndex(), 0) << "no file yet";
+        auto& file = dynamic_cast<tov::CTovEdit&>(Item(*wizard.GetPage(0), 1401));
+        for (char const* const bad : {"none.csv", "empty.txt"}) {
+            file.setText(QString::fromStdString(folder.File(bad)));
+            Click(next);
+            EXPECT_EQ(wizard.GetActiveIndex(), 0) << bad;
+        }
+        file.setText(QString::fromStdString(folder.File("p.csv")));
+        Click(next);
+        ASSERT_EQ(wizard.GetActiveIndex(), 1);
+        auto& height = dynamic_cast<tov::CTovEditInteger&>(Item(*wizard.GetPage(1), 1506));
+        EXPECT_EQ(height.GetInt(), 4);
+        height.SetInt(3);
+        Click(next);
+        EXPECT_EQ(wizard.GetActiveIndex(), 1) << "two columns are one";
+        height.SetInt(4);
+        Click(next);
+        ASSERT_EQ(wizard.GetActiveIndex(), 2);
+        EXPECT_EQ(dynamic_cast<QTreeWidget&>(Item(*wizard.GetPage(2), 1601)).topLevelItemCount(), 1);
+        auto& skipped = dynamic_cast<QComboBox&>(Item(*wizard.GetPage(2), 1603));
+        EXPECT_EQ(skipped.itemText(0), "Line 3: the name is taken");
+        EXPECT_EQ(skipped.itemText(1), "Line 4: no latitude in this unit");
+        // In degrees and with another separator nothing is left to be read.
+        Click(*wizard.GetButton(tov::ID_WIZBACK));
+        dynamic_cast<QComboBox&>(Item(*wizard.GetPage(1), 1501)).setCurrentIndex(0);
+        Click(next);
+        EXPECT_FALSE(wizard.GetButton(tov::ID_WIZFINISH)->isEnabled());
+        Click(*wizard.GetButton(tov::ID_WIZBACK));
+        dynamic_cast<QComboBox&>(Item(*wizard.GetPage(1), 1501)).setCurrentIndex(1);
+        Click(next);
+        Click(*wizard.GetButton(tov::ID_WIZFINISH));
+    });
+    ASSERT_EQ(Places().size(), 3U);
+    EXPECT_EQ(Places()[2].name, "Graz");
+    EXPECT_EQ(Cell(2, PlacesModel::kHeight), "353.0");
+    EXPECT_EQ(frame->View().currentIndex().row(), 2);
+}
+
+TEST_F(Dialogs, FindFilesUntilTheUserAborts) {
+    constexpr int folders = 40;
+    for (int i = 0; i < folders; ++i) {
+        std::filesystem::create_directory(folder.path() / std::to_string(i));
+        tov::test::PutFile(folder.path() / std::to_string(i) / "x.tab", "DE\t+5230+01322\tBerlin\n");
+    }
+    Command<tov::CTovDialogCV>(idFind, [&](tov::CTovDialogCV& dialog) {
+        auto const& files = dynamic_cast<QListWidget&>(Item(dialog, 1703));
+        auto const& state = dynamic_cast<QLabel&>(Item(dialog, 1704));
+        auto& pattern = dynamic_cast<tov::CTovEdit&>(Item(dialog, 1702));
+        pattern.setText("a/b");
+        Click(Item(dialog, tov::IDOK));
+        EXPECT_EQ(files.count(), 0) << "a pattern is no way";
+        pattern.setText("x.*");
+        bool isAsked = false;
+        QObject const guard;
+        QObject::connect(qApp, &QApplication::focusWindowChanged, &guard, [&isAsked] {
+            for (QWidget* const window : QApplication::topLevelWidgets()) {
+                auto* const progress = dynamic_cast<tov::CTovDialogProgress*>(window);
+                if (progress == nullptr || isAsked) continue;
+                isAsked = true;
+                progress->reject();
+            }
+        });
+        Click(Item(dialog, tov::IDOK));
+        EXPECT_TRUE(isAsked);
+        EXPECT_EQ(state.text(), "The search was aborted.");
+        EXPECT_EQ(files.count(), 0);
+        Click(Item(dialog, tov::IDOK));
+        EXPECT_EQ(state.text(), "40 files found");
+        EXPECT_EQ(files.count(), folders);
+        EXPECT_FALSE(Item(dialog, 1705).isEnabled());
+        QTest::mouseClick(files.viewport(), Qt::LeftButton, {}, files.visualItemRect(files.item(0)).center());
+        Click(Item(dialog, 1705));
+    });
+    EXPECT_EQ(Places().size(), 1U) << "the file is open";
 }
 
 }  // namespace
