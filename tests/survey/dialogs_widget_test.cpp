@@ -248,7 +248,7 @@ TEST_F(Dialogs, FindFilesUntilTheUserAborts) {
         EXPECT_EQ(state.text(), "The search was aborted.");
         EXPECT_EQ(files.count(), 0);
         Click(Item(dialog, tov::IDOK));
-        EXPECT_EQ(state.text(), "40 files found");
+        EXPECT_EQ(state.text(), "Files found: 40");
         EXPECT_EQ(files.count(), folders);
         EXPECT_FALSE(Item(dialog, 1705).isEnabled());
         QTest::mouseClick(files.viewport(), Qt::LeftButton, {}, files.visualItemRect(files.item(0)).center());
