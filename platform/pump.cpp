@@ -124,6 +124,21 @@ std::function<std::unique_ptr<QEvent>()> Maker(QEvent const& event) {
     return [copy = std::shared_ptr<QEvent>(event.clone())] { return std::unique_ptr<QEvent>(copy->clone()); };
 }
 
+// Whether an event that nobody waits to see accepted has the points of its device.
+bool SharesPoints(QEvent::Type type) {
+    switch (type) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseMove:
+        case QEvent::Wheel:
+        case QEvent::Enter:
+            return true;
+        default:
+            return false;
+    }
+}
+
 bool IsTouch(QEvent::Type type) {
     return type == QEvent::TouchBegin || type == QEvent::TouchUpdate || type == QEvent::TouchEnd;
 }
@@ -174,7 +189,13 @@ bool WindowPump::eventFilter(QObject* receiver, QEvent* event) {
     if (!m_isPumping) {
         // The main loop has its turn, and this comes after what was held.
         QPointer<QObject> const alive(receiver);
-        if (receiver->isWindowType()) Release();
+        if (!m_held.empty() && receiver->isWindowType()) {
+            // Made anew, what was held moves the points of its device, and this event would move with them.
+            bool const isLast = SharesPoints(event->type());
+            if (isLast) Hold(*receiver, *event);
+            Release();
+            if (isLast) return true;
+        }
         return !alive || (m_isPenMouse && IsPen(event->type()) && TakeAsMouse(*receiver, *event));
     }
     if (IsOfPumped(*receiver, *event)) return false;

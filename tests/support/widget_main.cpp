@@ -1,6 +1,8 @@
 // Runs the tests of one program with an application object. A warning of Qt's that no test expects fails it.
 #include "support/widgets.h"
 
+#include <QPointingDevice>
+
 #include <gtest/gtest.h>
 #include <tov310/export.h>
 
@@ -55,5 +57,7 @@ int main(int argc, char** argv) {
     QApplication const application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     qInstallMessageHandler(OnQtMessage);
+    // Made where it is first asked for, which must not be a test's thread.
+    QPointingDevice::primaryPointingDevice();
     return RUN_ALL_TESTS();
 }
