@@ -5,6 +5,7 @@
 #include "platform/printing.h"
 #include "platform/pump.h"
 #include "platform/screen.h"
+#include "reports/list_metrics.h"
 
 #include <tov310/window.h>
 #include <tov310/window_messages.h>
@@ -94,6 +95,7 @@ void StopPlatform() {
     TovSetDefaultAnnounce(nullptr);
     TovSetDefaultPump(nullptr);
     TovSetDefaultPrinting(nullptr);
+    CTovListCtrlMetrics::SetMeasure(nullptr);
     std::unique_ptr<MainLoop> ended;
     {
         std::scoped_lock const lock(loopGuard);
@@ -125,6 +127,7 @@ void StartPlatform() {
     TovSetDefaultAnnounce(announcer.get());
     TovSetDefaultPump(windowPump.get());
     TovSetDefaultPrinting(printing.get());
+    CTovListCtrlMetrics::SetMeasure(MeasureListCtrl);
     TovSetPostWaker(WakeMainLoop);
     if (TovGetMenuPort() == nullptr) TovSetMenuPort(&menus);
     qAddPostRoutine(StopPlatform);

@@ -151,6 +151,8 @@ void CTovListCtrlQuickDraw::TakeColumns() {
     for (unsigned int col = 0; col < widths.size(); ++col)
         widths[col] = m_header->GetColumnWidth(col);
     m_layout.SetColumns(widths, m_header->GetColumnOrder());
+    // The first column brings the header's height.
+    if (GetViewType() == LVS_REPORT && m_header->height() != m_header->sizeHint().height()) PlaceHeader();
     ShowPosition();
     viewport()->update();
 }

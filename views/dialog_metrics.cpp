@@ -4,6 +4,7 @@
 #include "views/dialog_units.h"
 
 #include <tov310/dialog_template.h>
+#include <tov310/list_metrics.h>
 #include <tov310/system.h>
 
 namespace tov {
@@ -85,19 +86,19 @@ CSize CTovDialogMetrics::ComboboxEx() {
 }
 
 int CTovDialogMetrics::ListCtrlHeaderHeight() {
-    return 0;
+    return CTovListCtrlMetrics::HeaderHeight();
 }
 int CTovDialogMetrics::ListCtrlRVItemHeight() {
-    return 0;
+    return CTovListCtrlMetrics::RVItemHeight();
 }
 int CTovDialogMetrics::ListCtrlRVItemHeightCheck() {
-    return 0;
+    return CTovListCtrlMetrics::RVItemHeightCheck();
 }
 int CTovDialogMetrics::ListCtrlRVItemHeightIcon() {
-    return 0;
+    return CTovListCtrlMetrics::RVItemHeightIcon();
 }
 int CTovDialogMetrics::ListCtrlRVItemHeightCheckAndIcon() {
-    return 0;
+    return CTovListCtrlMetrics::RVItemHeightCheckAndIcon();
 }
 
 }  // namespace tov

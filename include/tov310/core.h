@@ -52,6 +52,7 @@
 #include <tov310/list_controls.h>
 #include <tov310/list_input.h>
 #include <tov310/list_layout.h>
+#include <tov310/list_metrics.h>
 #include <tov310/list_port.h>
 #include <tov310/list_source.h>
 #include <tov310/list_stored.h>

@@ -31,8 +31,7 @@ class TOV_CORE_API CTovDialogMetrics {
     static CSize IpAddress();
     static CSize ComboboxEx();  // its field
 
-    // The header and the rows of a list: plain, with check boxes, with pictures, with both. The library has
-    // no list control yet, and until it has these answer 0.
+    // The header and the rows of a list: plain, with check boxes, with pictures, with both.
     static int ListCtrlHeaderHeight();
     static int ListCtrlRVItemHeight();
     static int ListCtrlRVItemHeightCheck();

@@ -1,6 +1,7 @@
 // Lists and headers on the screen, by keys and the mouse.
 #include "support/widgets.h"
 
+#include <tov310/dialog_metrics.h>
 #include <tov310/list_ctrl.h>
 #include <tov310/qt_values.h>
 
@@ -212,6 +213,31 @@ TEST(ListCtrl, PaintsInEveryStyleAndOnlyWhenItIsAllowedTo) {
     shown.list.ContinueWindowUpdate(before);
     QTest::qWait(10);
     EXPECT_GT(many.texts, 0);
+}
+
+TEST(ListCtrl, HeightsAreThoseOfListsInTheFontOfDialogs) {
+    QFont const usual = QApplication::font();
+    for (int const points : {9, 24}) {
+        QFont font = usual;
+        font.setPointSize(points);
+        QApplication::setFont(font);
+        ShownList shown;
+        shown.Show();
+        EXPECT_EQ(CTovDialogMetrics::ListCtrlHeaderHeight(), shown.Header().height());
+        EXPECT_GE(shown.Header().height(), QFontMetrics(font).height());
+        EXPECT_EQ(CTovDialogMetrics::ListCtrlRVItemHeight(), shown.list.GetRowHeight());
+        EXPECT_EQ(CTovDialogMetrics::ListCtrlRVItemHeightIcon(), shown.list.GetRowHeight());
+        shown.list.ShowCheckboxes(1);
+        EXPECT_EQ(CTovDialogMetrics::ListCtrlRVItemHeightCheck(), shown.list.GetRowHeight());
+        EXPECT_EQ(CTovDialogMetrics::ListCtrlRVItemHeightCheckAndIcon(), shown.list.GetRowHeight());
+    }
+    QApplication::setFont(usual);
+    CTovListCtrlQuickDraw late;  // the columns come when it is shown already
+    late.show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&late));
+    late.GetHeaderCtrl().InsertColumn(0, LVCFMT_LEFT, 90, "Late");
+    EXPECT_EQ(late.GetHeaderCtrl().height(), CTovDialogMetrics::ListCtrlHeaderHeight());
+    EXPECT_EQ(late.viewport()->y() - late.GetHeaderCtrl().y(), late.GetHeaderCtrl().height());
 }
 
 TEST(HeaderCtrl, ColumnsComeGoAndAreDraggedWithTheirMarks) {
