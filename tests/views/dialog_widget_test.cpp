@@ -1,3 +1,4 @@
+#include "support/dialogs_module.h"
 #include "support/faults.h"
 #include "support/widgets.h"
 
@@ -20,11 +21,6 @@ namespace tov {
 namespace {
 
 using testing::ElementsAre;
-
-HINSTANCE Module() {
-    static HINSTANCE const module = TovLoadResourceModule(TOV_TEST_SOURCE_DIR "/tests/views/dialogs_module");
-    return module;
-}
 
 // Notes what its handlers are called for, and lets a test answer.
 struct Station : CTovDialog {
@@ -67,7 +63,7 @@ class Dialog : public testing::Test {
             EXPECT_TRUE(IsActivated(dialog));
             drive();
         });
-        return withTemplate ? dialog.DoModal(Module()) : dialog.exec();
+        return withTemplate ? dialog.DoModal(test::DialogsModule()) : dialog.exec();
     }
     static int FocusId() {
         CWnd const* const window = CWnd::FromHandlePermanent(TovGetFocus());
@@ -194,8 +190,8 @@ TEST_F(Dialog, EndsByOneRoad) {
 
 TEST_F(Dialog, IsNotShownWithAFault) {
     Station dialog(nullptr, "faulty");
-    EXPECT_EQ(dialog.DoModal(Module()), -1);
-    EXPECT_EQ(dialog.Create(Module()), 0);
+    EXPECT_EQ(dialog.DoModal(test::DialogsModule()), -1);
+    EXPECT_EQ(dialog.Create(test::DialogsModule()), 0);
     dialog.show();
     EXPECT_FALSE(dialog.isVisible());
     EXPECT_TRUE(dialog.findChildren<QWidget*>().isEmpty());
@@ -230,7 +226,7 @@ TEST_F(Dialog, IsShownAgainAndAgainAndInOneAnother) {
                           own.setText("changed");
                           EXPECT_EQ(Run(inner,
                                         [&] {
-                                            EXPECT_EQ(outer.DoModal(Module()), -1);
+                                            EXPECT_EQ(outer.DoModal(test::DialogsModule()), -1);
                                             EXPECT_EQ(test::TakeFaults().size(), 1u);
                                             inner.accept();
                                         }),
@@ -262,14 +258,14 @@ TEST_F(Dialog, OutlivesWhatItStandsOn) {
     EXPECT_EQ(Run(dialog, [&] { dynamic_cast<QRadioButton&>(dialog.Item(1012)).click(); }), IDCANCEL);
     // Ended before it is shown; with its object, modally; and modelessly with a second life.
     dialog.onInit = [&] { return dialog.EndDialog(5), 1; };
-    EXPECT_EQ(dialog.DoModal(Module()), 5);
+    EXPECT_EQ(dialog.DoModal(test::DialogsModule()), 5);
     auto* const lost = std::make_unique<Station>().release();
     lost->onCommand = [&](int) { return lost->EndDialog(6), delete lost, true; };
     EXPECT_EQ(Run(*lost, [&] { lost->accept(); }), 6);
     Station modeless;
     for (int round = 0; round < 2; ++round) {
-        EXPECT_EQ(modeless.Create(Module()), 1);
-        EXPECT_EQ(modeless.Create(Module()), 0);
+        EXPECT_EQ(modeless.Create(test::DialogsModule()), 1);
+        EXPECT_EQ(modeless.Create(test::DialogsModule()), 0);
         modeless.ShowWindow(1);
         EXPECT_TRUE(IsActivated(modeless));
         QTest::mouseClick(&modeless.Item(IDOK), Qt::LeftButton);
@@ -279,12 +275,12 @@ TEST_F(Dialog, OutlivesWhatItStandsOn) {
 
 TEST_F(Dialog, BesideOthersDeletesItselfWhenItEnds) {
     CTovDialog without;
-    EXPECT_EQ(without.Create(Module()), -1);
+    EXPECT_EQ(without.Create(test::DialogsModule()), -1);
     for (int const autoDelete : {1, 0}) {
         auto* const dialog = std::make_unique<Station>().release();
         QPointer<Station> const alive(dialog);
         dialog->AutoDelete(autoDelete);
-        EXPECT_EQ(dialog->Create(Module()), 1);
+        EXPECT_EQ(dialog->Create(test::DialogsModule()), 1);
         EXPECT_EQ(dialog->Modeless(), 1);
         dialog->show();
         // In its own handler, which goes on.
@@ -300,10 +296,10 @@ TEST_F(Dialog, BesideOthersDeletesItselfWhenItEnds) {
         delete alive.data();
     }
     Station owner;
-    EXPECT_EQ(owner.Create(Module()), 1);
+    EXPECT_EQ(owner.Create(test::DialogsModule()), 1);
     auto* const owned = std::make_unique<CTovDialog>("1000").release();
     QPointer<CTovDialog> const alive(owned);
-    EXPECT_EQ(owned->Create(Module(), &owner), 1);
+    EXPECT_EQ(owned->Create(test::DialogsModule(), &owner), 1);
     owner.DestroyWindow();
     EXPECT_FALSE(owned->GetSafeHwnd());
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -419,7 +415,7 @@ TEST_F(Dialog, OfPlainCodeIsAskedOnce) {
                       QDialog::Rejected);
         }
         EXPECT_EQ(dialog.result(), IDCANCEL);
-        EXPECT_EQ(dialog.DoModal(Module()), -1);
+        EXPECT_EQ(dialog.DoModal(test::DialogsModule()), -1);
     }
 }
 

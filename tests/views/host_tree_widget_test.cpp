@@ -1,5 +1,6 @@
 // Hosts in one another on the screen: OK is true to all that stands in them, a click on it while it is
 // disabled shows what is missing, and a host of Qt's own gets the same in three lines.
+#include "support/dialogs_module.h"
 #include "support/faults.h"
 #include "support/host_model.h"
 #include "support/widgets.h"
@@ -23,11 +24,6 @@ namespace {
 using test::HostField;
 using test::HostNode;
 using testing::ElementsAre;
-
-HINSTANCE Module() {
-    static HINSTANCE const module = TovLoadResourceModule(TOV_TEST_SOURCE_DIR "/tests/views/dialogs_module");
-    return module;
-}
 
 struct Listener : ITovAnnounce {
     Listener() { TovSetAnnounce(this); }
@@ -57,7 +53,7 @@ struct Host : Base {
     Host(Tree& owner, HostNode const& model) : tree(owner), node(model) {
         this->ExchangeChildDialogId(50, 1);
         for (std::size_t i = 0; i < node.children.size(); ++i)
-            this->AddChildDialog(Module(), 2000);
+            this->AddChildDialog(test::DialogsModule(), 2000);
     }
     int OnInitDialog() override;
     std::unique_ptr<CDialog> MakePlainDialog() override {
