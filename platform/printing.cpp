@@ -169,6 +169,10 @@ class PrintingDialog final : public CTovDialog, public ITovPrintProgress {
     void Show(char const* document, char const* printer, char const* port) {
         CWnd* const owner = TovWnd(QApplication::activeWindow());
         if (Create(TovGetTovResourceHandle(), owner) != 1) return;
+        // An owner that dies meanwhile takes its children along; this one belongs to whoever prints.
+        if (parentWidget() != nullptr) {
+            connect(parentWidget(), &QObject::destroyed, this, [this] { setParent(nullptr, windowFlags()); });
+        }
         SetWindowText(TovText(QApplication::applicationDisplayName()).c_str());
         SetItem(itemDocument, document);
         SetItem(itemPrinter, printer);

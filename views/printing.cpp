@@ -250,10 +250,10 @@ int CTovViewExtensions::OnFilePrint(CView* view, unsigned command) {
         }
     }
     HWND const self = view->GetSafeHwnd();
-    if (view->OnPreparePrinting(&job) == 0 || (self && !IsWindow(self)) || job.m_pPrinter == nullptr)
-        return 0;
+    auto const isGone = [self] { return self && !IsWindow(self); };
+    if (view->OnPreparePrinting(&job) == 0 || isGone() || job.m_pPrinter == nullptr) return 0;
     if (job.m_bPrintToFile != 0 && job.m_bDocObject == 0 && job.m_strOutput.empty() &&
-        TovGetPrinting()->AskForFile(*view, job.m_strOutput) == 0)
+        (TovGetPrinting()->AskForFile(*view, job.m_strOutput) == 0 || isGone()))
         return 0;
     int failed = 0;
     int const isPrinted = TovPrintPages(*view, job, *job.m_pPrinter, &failed);

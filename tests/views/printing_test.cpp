@@ -90,7 +90,8 @@ struct Printing : ITovPrinting {
         printer = std::make_unique<Printer>(faults);
         return answer;
     }
-    int AskForFile(CView&, CString& path) override {
+    int AskForFile(CView& view, CString& path) override {
+        if (viewDies) view.DestroyWindow();
         path = "/out/plan.pdf";
         return answerOfFile;
     }
@@ -105,6 +106,7 @@ struct Printing : ITovPrinting {
     Faults faults;
     unsigned from = 1, to = 2;
     int toFile = 0, answer = 1, answerOfFile = 1;
+    bool viewDies = false;
 };
 
 struct View : FakeWindowOf<CTovViewOf<CView>> {
@@ -209,6 +211,8 @@ TEST_F(PrintingTest, NothingIsBegunThatNobodyWants) {
     view.most = 1;
     EXPECT_EQ(Run(1, ID_FILE_PRINT_DIRECT)[0], "open >") << "without asking";
     EXPECT_EQ(CTovViewExtensions::OnFilePrint(nullptr, ID_FILE_PRINT), 0);
+    printing.viewDies = true;
+    EXPECT_EQ(Run(0), Steps()) << "gone while its file was asked for";
 }
 
 TEST_F(PrintingTest, PagesOfRandomRangesInBothDirections) {

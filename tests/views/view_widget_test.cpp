@@ -225,6 +225,7 @@ TEST(Views, ShowPictures) {
 
 struct Pages : Drawn<CTovView> {
     void OnPrint(CDC* dc, CPrintInfo* job) override {
+        owner.reset();
         CRect const& page = job->m_rectDraw;
         CString text = "Sheet ";
         dc->TextOut(page.Width() / 10, page.Height() / 10,
@@ -236,6 +237,7 @@ struct Pages : Drawn<CTovView> {
             dc->TextOut(0, i, std::to_string(i * 7919).c_str());
     }
     int lines = 0;
+    std::unique_ptr<QWidget> owner;
 };
 
 QByteArray OutputOf(QString const& program, QStringList const& arguments) {
@@ -256,6 +258,11 @@ TEST(Views, PrintPagesIntoAFileOrLeaveNothing) {
         job.m_strOutput = TovText(path);
         return TovPrintPages(view, job, *TovPdfPrinter());
     };
+    // The window that the dialog of the job belongs to dies meanwhile.
+    view.owner = std::make_unique<QWidget>();
+    view.owner->show();
+    view.owner->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(view.owner.get()));
     ASSERT_EQ(print(3, 1), 1);
     QStringList words;
     QByteArray const text = OutputOf("pdftotext", {path, "-"});
