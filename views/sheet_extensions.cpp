@@ -277,9 +277,10 @@ int CTovSheetExtensions::ApplyPage(CPropertyPage& page) {
     CTovSheetExtensions* const own = OfSheet(sheet);
     if (own == nullptr) return page.CPropertyPage::OnApply();
     if (own->m_handleApply == 0 && sheet->IsApplying() == 0) return 0;
-    if (own->EnableOkButton() == 0) return 0;
+    std::weak_ptr<void const> const life = sheet->m_life;
+    if (own->EnableOkButton() == 0 || life.expired()) return 0;
     int const isApplied = page.CPropertyPage::OnApply();
-    return own->m_handleApply != 0 ? isApplied : 1;
+    return life.expired() || own->m_handleApply != 0 ? isApplied : 1;
 }
 
 }  // namespace tov

@@ -50,6 +50,10 @@ struct FakePage : FakeWindowOf<CPropertyPage>, CTovOkHost {
         m_notes.Add("apply" + name);
         return answer;
     }
+    void OnOK() override {
+        CPropertyPage::OnOK();
+        m_notes.Add("ok" + name);
+    }
     int OnQueryCancel() override { return mayCancel; }
     void OnCancel() override { m_notes.Add("cancel" + name); }
     int OnWizardNext() override { return nextPage; }
@@ -327,6 +331,8 @@ TEST(PropertySheet, SurvivesItsHost) {
     for (int round = 0; round < 2000; ++round) {
         bool const isWild = round % 2 != 0;
         Desk desk(pick(5));
+        for (auto const& page : desk.pages)
+            page->asLibrary = round % 4 == 3;
         int depth = 0;
         auto const act = [&] {
             FakeSheet* const sheet = desk.sheet.get();
