@@ -222,12 +222,13 @@ struct Pad : QWidget {
 };
 
 TEST(Pump, KeepsFingersAndPensAsTheMouse) {
+    std::unique_ptr<QPointingDevice> const device(QTest::createTouchDevice());
+    QPointingDevice* const screen = device.get();
     Desk desk;
     Pad pad(&desk.other);
     pad.setAttribute(Qt::WA_AcceptTouchEvents);
     pad.setGeometry(100, 100, 50, 50);
     pad.show();
-    QPointingDevice* const screen = QTest::createTouchDevice();
     auto const at = [](QWidget const& widget, QPoint place) {
         return widget.mapTo(widget.window(), place.isNull() ? widget.rect().center() : place);
     };

@@ -16,10 +16,12 @@ extern "C" char const* __tsan_default_suppressions() {
            "called_from_lib:libQt6Gui.so.6\n";
 }
 
-// The desktop's message bus keeps what it connected with.
+// The desktop's message bus keeps what it connected with, and the C library what it reads for a locale, which
+// libraries that come with printers ask for.
 extern "C" TOV_EXPORT char const* __lsan_default_suppressions();
 extern "C" char const* __lsan_default_suppressions() {
-    return "leak:libdbus-1.so\n";
+    return "leak:libdbus-1.so\n"
+           "leak:__argz_add_sep\n";
 }
 
 namespace {
