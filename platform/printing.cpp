@@ -161,10 +161,10 @@ class PrinterOfToolkit final : public ITovPrinter {
 };
 
 // Shows the job and has a button that ends it.
-class PrintingDialog final : public CTovDialog, public ITovPrintProgress {
+class CTovPrintingDialog final : public CTovDialog, public ITovPrintProgress {
  public:
-    PrintingDialog() : CTovDialog(dialogPrinting) { AutoDelete(0); }
-    ~PrintingDialog() override = default;
+    CTovPrintingDialog() : CTovDialog(dialogPrinting) { AutoDelete(0); }
+    ~CTovPrintingDialog() override = default;
 
     void Show(char const* document, char const* printer, char const* port) {
         CWnd* const owner = TovWnd(QApplication::activeWindow());
@@ -286,7 +286,7 @@ int PrintingOnScreen::AskForFile(CView& view, CString& path) {
 
 std::unique_ptr<ITovPrintProgress> PrintingOnScreen::ShowProgress(char const* document, char const* printer,
                                                                   char const* port) {
-    auto dialog = std::make_unique<PrintingDialog>();
+    auto dialog = std::make_unique<CTovPrintingDialog>();
     dialog->Show(document, printer, port);
     return dialog;
 }

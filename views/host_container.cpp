@@ -27,7 +27,7 @@ CTovHostContainer* CTovHostContainer::Of(CWnd* window) {
     return dynamic_cast<CTovHostContainer*>(window);
 }
 
-CTovHostContainer* CTovHostContainer::CurrentChild() const {
+CTovHostContainer* CTovHostContainer::GetSafeCurrentChildTovDialogCV() const {
     if (m_extensions == nullptr || m_extensions->PlaceholderId() == CTovDialogExtensions::none)
         return nullptr;
     return Of(m_extensions->CurrentChildDialog());
@@ -38,7 +38,8 @@ template <class Ask>
 bool CTovHostContainer::AskInner(Ask&& ask) {
     if (m_extensions == nullptr) return false;
     HWND const self = HandleOf(GetContainerWnd());
-    if (CTovHostContainer* const child = CurrentChild(); child != nullptr && ask(*child)) return true;
+    if (CTovHostContainer* const child = GetSafeCurrentChildTovDialogCV(); child != nullptr && ask(*child))
+        return true;
     if (!IsWindow(self)) return false;
     for (HWND const handle : GetContainerWnd()->GetChildren()) {
         CTovHostContainer* const form = Of(CWnd::FromHandlePermanent(handle));

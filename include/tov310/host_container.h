@@ -74,7 +74,7 @@ class TOV_CORE_API CTovHostContainer : public CTovInputControlContainer {
  private:
     template <class Ask>
     bool AskInner(Ask&& ask);
-    CTovHostContainer* CurrentChild() const;
+    CTovHostContainer* GetSafeCurrentChildTovDialogCV() const;
     CTovHostContainer* KeeperOfActive() const;
     unsigned DisabledOkAt(CPoint const& place) const;
     int ShowFirstEmpty();
